@@ -1,0 +1,49 @@
+# Two interface targets: corvane_settings for all of our code, corvane_stub_settings for what is
+# shipped to users.
+add_library(corvane_settings INTERFACE)
+add_library(corvane_stub_settings INTERFACE)
+
+target_compile_options(corvane_settings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor
+  -Wold-style-cast -Wformat=2 -Wimplicit-fallthrough -Wundef)
+if(CORVANE_WERROR)
+  target_compile_options(corvane_settings INTERFACE -Werror)
+endif()
+
+if(CMAKE_BUILD_TYPE STREQUAL "Debug")
+  target_compile_definitions(corvane_settings INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
+
+if(CORVANE_SANITIZE)
+  target_compile_options(corvane_settings INTERFACE
+    -fsanitize=${CORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(corvane_settings INTERFACE -fsanitize=${CORVANE_SANITIZE})
+elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
+  # Hardening; fortified functions need optimisation and do not go with the sanitizers.
+  target_compile_options(corvane_settings INTERFACE
+    -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong
+    -ffunction-sections -fdata-sections)
+  target_link_options(corvane_stub_settings INTERFACE
+    -Wl,--gc-sections -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -s)
+endif()
+
+if(CORVANE_COVERAGE)
+  target_compile_options(corvane_settings INTERFACE --coverage)
+  target_link_options(corvane_settings INTERFACE --coverage)
+endif()
+
+if(CORVANE_STATIC)
+  # A static position-independent executable where the toolchain can make one.
+  include(CheckCXXSourceCompiles)
+  set(CMAKE_REQUIRED_FLAGS "-fPIE")
+  set(CMAKE_REQUIRED_LINK_OPTIONS -static-pie)
+  check_cxx_source_compiles("int main() { return 0; }" CORVANE_HAS_STATIC_PIE)
+  unset(CMAKE_REQUIRED_FLAGS)
+  unset(CMAKE_REQUIRED_LINK_OPTIONS)
+  if(CORVANE_HAS_STATIC_PIE)
+    target_compile_options(corvane_settings INTERFACE -fPIE)
+    target_link_options(corvane_stub_settings INTERFACE -static-pie)
+  else()
+    target_link_options(corvane_stub_settings INTERFACE -static)
+  endif()
+endif()

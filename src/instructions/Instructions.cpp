@@ -1,0 +1,1 @@
+#include "instructions/Instructions.h"

@@ -1,0 +1,57 @@
+// Instructions: the interpreter of the instruction script.
+//
+// The script is the values of the tag INSTRUCTIONS, one statement per line: labels, comments, two
+// jumps, SET, and commands that call operations of Launcher (docs/instructions.md). The tag file
+// is not owned and must outlive the interpreter.
+//
+// Instructions.cpp runs the statements; InstructionsExpressions.cpp evaluates arguments. Errors of
+// the script are InstructionsException; a LauncherException of an operation passes through.
+// Jumping backwards and substitution look at the cancel flag, so that a script that loops for ever
+// can be stopped: they throw LauncherException "Canceled by the user.".
+#ifndef CORVANE_INSTRUCTIONS_INSTRUCTIONS_H
+#define CORVANE_INSTRUCTIONS_INSTRUCTIONS_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "tagfile/TagFile.h"
+#include "util/SString.h"
+
+class Instructions {
+ public:
+  explicit Instructions(const TagFile& instructions) : m_tagFile(instructions) {}
+
+  // Runs the script and returns the result of the last LAUNCH or ILAUNCH, 0 when none ran.
+  int execute() const;
+  // The index of the line that defines the label, which may hold variable references. The first
+  // line is never looked at.
+  unsigned long gotoLabel(const SString& label) const;
+  // Throws InstructionsException with the number of the line being executed.
+  [[noreturn]] void throwException(const SString& message) const;
+
+  // Replaces every @NAME@ in `text` by the variable's value and @@ by @, until a pass changes
+  // nothing. `prefix` opens every error text.
+  void evalExpr(SString& text, const SString& prefix) const;
+  // The substituted text as a number or a boolean (0 or 1).
+  std::int32_t evalLongExpr(const SString& text, const SString& prefix) const;
+  std::int16_t evalShortExpr(const SString& text, const SString& prefix) const;
+  bool evalBoolExpr(const SString& text, const SString& prefix) const;
+  // Unquotes `text`, then substitutes. An empty text stays empty.
+  void evalStringExpr(SString& text, const SString& prefix) const;
+  // Reads one argument, quoted or not, of `line` from `position` into `out`, unquoted and
+  // substituted; `position` is left where the next argument may begin.
+  void evalStringExpr(const SString& line, std::size_t& position, SString& out,
+                      const SString& prefix) const;
+
+ private:
+  struct Statement;  // a line being executed: its text, the position in it, the run's result
+  struct CommandRow;
+  static const CommandRow kCommands[];
+
+  const TagFile& m_tagFile;
+  mutable std::uint32_t m_currentLine = 0;  // from 0; also read by throwException
+};
+
+#endif

@@ -1,0 +1,58 @@
+// JVMFiles: the jvm files that the launcher carries, and the search over them.
+//
+// `search` finds one JVM: a home given by the user, then the hints of each jvm file, then, where a
+// jvm file asks for it, a scan of the disks. `searchAll` finds every JVM by the scan alone. Owns
+// its JVMFiles and is the listener of the scan: candidates are gathered while it walks and
+// verified afterwards. LauncherExceptions of verification pass through.
+#ifndef CORVANE_JVM_JVMFILES_H
+#define CORVANE_JVM_JVMFILES_H
+
+#include <cstdint>
+#include <memory>
+
+#include "jvm/JVMFilePtrDeque.h"
+#include "jvm/JVMMatch.h"
+#include "jvm/UnverifiedJVMMatch.h"
+#include "platform/FileFindListener.h"
+#include "util/SString.h"
+
+class JVMFiles : public FileFindListener {
+ public:
+  constexpr JVMFiles() = default;
+  JVMFiles(const JVMFiles&) = delete;
+  JVMFiles& operator=(const JVMFiles&) = delete;
+
+  // Appends in the order of search; takes ownership.
+  void addJVMFile(std::unique_ptr<JVMFile> jvmFile);
+  long getJVMFileCount() const { return m_jvmFiles.size(); }
+  // Throws LauncherException with the text of MSG_INVALID_JVM_FILE_ID for an index that is none.
+  JVMFile* getJVMFile(std::int32_t index) const;
+
+  // Appends at most one match.
+  void search(JVMMatchPtrDeque& matches);
+  // Appends every match of the scan; with `stopAtFirst` the scan ends with the first.
+  void searchAll(JVMMatchPtrDeque& matches, bool stopAtFirst);
+  void exhaustiveSearch(JVMMatchPtrDeque& matches);
+  bool foundFile(const SString& path) override;
+  void addUnverifiedMatch(JVMFile* jvmFile, const SString& home);
+
+  // Make sure that the class path and the class for verification are known: set by the input file,
+  // or the embedded verify archive is extracted, once in a run. The second form copies them out.
+  void writeVerifyJar();
+  void writeVerifyJar(SString& classpath, SString& verifyClass);
+  void setVerifyClass(const SString& classpath, const SString& verifyClass);
+
+ private:
+  void searchUserHome();
+  bool searchHints();  // true when the last jvm file looked at asks for the scan
+  void verifyUnverifiedMatches(JVMMatchPtrDeque& matches);
+
+  JVMFilePtrDeque m_jvmFiles;
+  UnverifiedJVMMatchPtrDeque m_unverifiedMatches;
+  std::unique_ptr<JVMMatch> m_currentMatch;
+  bool m_stopAtFirst = false;
+  SString m_verifyClasspath;
+  SString m_verifyClass;
+};
+
+#endif

@@ -1,0 +1,1 @@
+#include "jvm/JVMMatch.h"

@@ -1,0 +1,1 @@
+#include "jvm/UnverifiedJVMMatch.h"

@@ -1,0 +1,159 @@
+// Launcher: the driver of a run and the process's own state.
+//
+// Everything is static: the state lives for the whole process. An instance exists only so that its
+// destructor cleans up (temporary files, and the running copy of the launcher where asked for).
+// The class is declared whole here and defined in several files, cut by concern and height:
+//
+//   Launcher.cpp         state, variables, log, file names, purpose byte
+//   LauncherRun.cpp      process and run, destructor
+//   LauncherCmdLine.cpp  the options of the command line
+//   LauncherActions.cpp  the input-file protocol ("-cv:in")
+//   LauncherInputs.cpp   the input files
+//   LauncherFind.cpp     finding and verifying a JVM
+//   LauncherInstall.cpp  installing the bundled JVM
+//   LauncherLaunch.cpp   running the wizard, handing over, the application archive
+//
+// Operations that fail throw LauncherException and nothing else.
+#ifndef CORVANE_LAUNCHER_LAUNCHER_H
+#define CORVANE_LAUNCHER_LAUNCHER_H
+
+#include <cstdint>
+
+#include "util/SString.h"
+#include "util/StringDeque.h"
+
+class Instructions;
+class JVMMessage;
+class LauncherInputFiles;
+class TagFile;
+
+enum LogMessageType { LOG_INFO = 0, LOG_WARNING = 1, LOG_ERROR = 2 };
+
+enum InstallJVMOption {
+  INSTALL_JVM_OPTION_HIDDEN = 0,  // into a new temporary directory, console hidden
+  INSTALL_JVM_OPTION_TEMP = 1,    // into a new temporary directory, console shown
+  INSTALL_JVM_OPTION_PROMPT = 2   // into a directory that the user names
+};
+
+class Launcher {
+ public:
+  Launcher() = default;
+  ~Launcher();  // PlatformImpl::cleanup; whatever it throws is swallowed
+  Launcher(const Launcher&) = delete;
+  Launcher& operator=(const Launcher&) = delete;
+
+  // --- The run (LauncherRun, LauncherCmdLine, LauncherActions) ---
+
+  // Runs the launcher at `launcherPath` (absolute) with the arguments behind argv[0]. Returns the
+  // status for the exit code; -1 after a LauncherException, which is shown and logged.
+  static std::int32_t process(StringDeque& args, const SString& launcherPath);
+  // Applies the options from left to right and, unless one of them said otherwise, loads the
+  // embedded files and runs the instruction script.
+  static std::int32_t processCmdLine(const StringDeque& args);
+  // Runs the instruction script; -1 when there is none. An error in the script is thrown as
+  // "Error in instructions. TEXT Line number (N)".
+  static std::int32_t run();
+
+  // --- Log (docs/formats.md, "Log file") ---
+
+  // Appends one line to the log file; does nothing when none is named or it cannot be opened. May
+  // be called at any time, also while something else fails; errno is left as it was.
+  static void logMessage(const char* text, LogMessageType type);
+  static void logMessage(const SString& text, LogMessageType type);
+  static void setLogFileName(const SString& name) { m_logFileName = name; }
+
+  // --- File names and the purpose byte ---
+
+  static SString getLauncherFileName() { return m_launcherFileName; }
+  static SString getOriginalLauncherFileName() { return m_origLauncherFileName; }
+  // What stands before the last "/" or "\" of the original launcher's path; empty without one.
+  static SString getOriginalLauncherDir();
+  // The byte in front of the file's trailer, 0..255; -1 when it cannot be read. The running
+  // launcher's is read once.
+  static std::int32_t getLauncherPurpose(const char* file);
+  // True for the purposes 0 and 2 of the running launcher.
+  static bool isQuietPurpose();
+
+  // --- The script's variables: N1..N5 and S1..S10 ---
+
+  static bool isValidStringVariable(std::int32_t number);
+  static bool isValidLongVariable(std::int32_t number);
+  // Throw "Invalid string variable number: N" or "Invalid numeric variable number: N".
+  static SString getStringVariable(std::int32_t number);
+  static void setStringVariable(std::int32_t number, const SString& value);
+  static std::int32_t getLongVariable(std::int32_t number);
+  static void setLongVariable(std::int32_t number, std::int32_t value);
+
+  // --- State that other parts read ---
+
+  static LauncherInputFiles& getInputFiles();
+  static SString& getUserJavaHome() { return m_userJavaHome; }
+  static SString& getPrependClasspath() { return m_prependClasspath; }
+  static SString& getAppendClasspath() { return m_appendClasspath; }
+  static SString& getErrOutput() { return m_errOutput; }
+
+  // --- Finding and verifying (LauncherFind) ---
+  // showProgress: show the console and a status line; showFailMsg: show failures on the console.
+
+  static void initializeUI();
+  // N1 = found; S1 = home and S2 = path of the written jvm file when found.
+  static void findJVM(bool showProgress, bool showFailMsg);
+  static void search(bool showProgress, bool showFailMsg);
+  static void searchAll(bool showProgress, bool showFailMsg);
+  // N1 = valid; S1 = home when valid. Throws when `fileId` is not that of an embedded jvm file.
+  static void verifyJVM(bool showProgress, bool showFailMsg, std::int32_t fileId);
+  static void verifyJVM(bool showProgress, bool showFailMsg, TagFile& jvmFile,
+                        const SString& javaHome);
+  static void verifyJVM(bool showProgress, bool showFailMsg, const SString& jvmFileName,
+                        const SString& javaHome);
+
+  // --- Installing (LauncherInstall) ---
+
+  // N1 = installed; S1 = path of the installed JVM's "jvm" file.
+  static void installJVM(InstallJVMOption option);
+  static void installJVM(bool showProgress, bool showFailMsg, const SString& installerCommand,
+                         const SString& destination);
+
+  // --- Launching (LauncherLaunch) ---
+
+  // Run the launch script with a jvm file on disk, or with an embedded one. Return the wizard's
+  // exit code, or -1 when it could not be started for want of a file.
+  static std::int32_t launch(const SString& jvmFileName, std::int16_t uiSeconds);
+  static std::int32_t ilaunch(std::int32_t fileId, std::int16_t uiSeconds);
+  // Replaces this process by the launcher embedded at `position` of the file index. Returns only
+  // when that fails.
+  static void executeEmbeddedLauncher(std::int32_t position);
+  // The application archive on disk: the embedded one, or the one of that name beside the
+  // launcher. Extracted or copied once; both forms share the result.
+  static const SString& getApplicationArchive();
+  static const SString& getApplicationArchive(const SString& name);
+
+ private:
+  friend class LauncherTestAccess;  // tests set and reset the state below
+
+  struct Options;  // what the options say about the run itself
+  struct OptionRow;
+  struct ActionRow;
+
+  // The state of the process: name, first value, writer.
+  static SString m_logFileName;               // empty: no log; "-cv:log", LOGFILE
+  static bool m_logFileInitialized;           // false; logMessage, with the separator line
+  static SString m_launcherFileName;          // empty; process
+  static SString m_origLauncherFileName;      // empty; process, "-cv:orig"
+  static SString m_stringVariables[10];       // empty; the script
+  static LauncherInputFiles m_inputFiles;     // nothing loaded; defined in LauncherInputs.cpp
+  static StringDeque m_passThroughArgs;       // empty; arguments that are not ours
+  static StringDeque m_args;                  // empty; process
+  static bool m_showJavaConsole;              // false; "-cv:javaconsole" and its like
+  static SString m_userJavaHome;              // empty; "-cv:javahome"
+  static SString m_prependClasspath;          // empty; "-cp:p"
+  static SString m_appendClasspath;           // empty; "-cp:a"
+  static SString m_applicationArchive;        // empty; getApplicationArchive
+  static std::int32_t m_launcherPurpose;      // -1: not read yet; getLauncherPurpose
+  static SString m_stdOutput;                 // empty; launch and ilaunch
+  static SString m_errOutput;                 // empty; launch and ilaunch
+  static std::int32_t m_numericVariables[5];  // 0; the script
+  static const JVMMessage* m_jvmMessage;      // none; findJVM. Owned by m_inputFiles
+};
+
+#endif

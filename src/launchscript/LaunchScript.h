@@ -1,0 +1,89 @@
+// LaunchScript: the template of the command that starts the Java wizard, and its run.
+//
+// Built from a tag file, or from a command text (verification). The template language is described
+// in docs/launch-script.md. LaunchScript.cpp holds the fields and the run; LaunchScriptMacros.cpp
+// the "%" functions; LaunchScriptClasspath.cpp the class path, side files and properties.
+//
+// Errors of the template are LauncherException "Launch script error: " and the reason, after the
+// command has been logged.
+#ifndef CORVANE_LAUNCHSCRIPT_LAUNCHSCRIPT_H
+#define CORVANE_LAUNCHSCRIPT_LAUNCHSCRIPT_H
+
+#include "launchscript/MacroHandler.h"
+#include "tagfile/TagFile.h"
+#include "util/SString.h"
+#include "util/StringDeque.h"
+
+class JVMFile;
+
+class LaunchScript : public MacroHandler {
+ public:
+  // Reads COMMAND, DISPLAY_CONSOLE, AUTO_SET_WORKING_DIR, DESC and ARCHIVE; the tag file is not
+  // kept.
+  LaunchScript(const TagFile& script, bool captureOutput);
+  // `embeddedJars`: the class path includes the jar files carried in the launcher.
+  LaunchScript(const SString& command, bool captureOutput, bool embeddedJars);
+
+  // The concrete command for a JVM: "%" functions, then the jvm file's "@" macros, then "#"
+  // environment variables.
+  SString resolve(const JVMFile& jvm) const;
+  // Resolves and runs the command with `extraArgs` (may be null) behind it, each in double quotes,
+  // and returns its exit code. JAVA_HOME names the JVM during the run.
+  int execute(const JVMFile& jvm, const StringDeque* extraArgs, bool forceConsole);
+
+  // Output of the last run; empty when it was not captured.
+  SString getStdOut() const { return m_standardOutput; }
+  SString getStdErr() const { return m_standardError; }
+  SString getDesc() const { return m_description; }
+
+  void processMacro(SString& text, char delimiter, std::size_t start,
+                    std::size_t& end) const override;
+  // Reads a parenthesised list of quoted strings from `position`, which is left behind it (npos
+  // at the end of the text). Throws as throwException, with the position of the failing token.
+  void getArguments(const SString& text, std::size_t& position, StringDeque& args) const;
+  // Logs the command and throws "Launch script error: " and the message.
+  [[noreturn]] void throwException(const SString& command, const char* message) const;
+
+  // Builders of the "%" functions; entries are joined by the jvm file's CLASSPATH_SEPARATOR.
+  SString buildJVMClasspath() const;
+  SString buildClasspathFromFile(const JVMFile& jvm, const SString& fileName,
+                                 bool reportMissing) const;
+  SString buildRuntimeClasspath(const JVMFile& jvm, const char* extension) const;
+  SString buildRuntimeSystemProps(const JVMFile& jvm) const;
+  SString buildRuntimeJavaArgs(const JVMFile& jvm) const;
+  SString buildJARClasspath(bool quote) const;
+  void addToClasspath(const JVMFile& jvm, SString& classpath, const SString& entry) const;
+  void appendClasspathArg(const JVMFile& jvm, SString& classpath, const SString& arg) const;
+  SString makeSystemProp(const JVMFile& jvm, const SString& name, const SString& value) const;
+
+ private:
+  struct FunctionRow;
+  static const FunctionRow kFunctions[];
+
+  void resolveFunction(SString& text, std::size_t start, std::size_t end) const;
+  SString tagValue(const char* key) const;  // of the current jvm file
+  SString callReplace(const StringDeque& args) const;
+  SString callRuntimeSystemProp(const StringDeque& args) const;
+  SString callRuntimeJavaArgs(const StringDeque& args) const;
+  SString callSystemProp(const StringDeque& args) const;
+  SString callCP(const StringDeque& args) const;
+  SString callIfExists(const StringDeque& args) const;
+  SString callLauncherFile(const StringDeque& args) const;
+  SString callLauncherDir(const StringDeque& args) const;
+  SString callApplicationArchive(const StringDeque& args) const;
+  SString callTempDir(const StringDeque& args) const;
+  SString buildClasspath(const StringDeque& args, bool forEnvironment) const;
+
+  SString m_command;
+  bool m_captureOutput;
+  bool m_displayConsole = false;
+  bool m_autoSetWorkingDir = true;
+  SString m_standardOutput;
+  SString m_standardError;
+  mutable const JVMFile* m_currentJVMFile = nullptr;  // during `resolve` only; not owned
+  bool m_embeddedJars;
+  SString m_description;
+  SString m_archive;
+};
+
+#endif

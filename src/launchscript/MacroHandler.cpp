@@ -1,0 +1,1 @@
+#include "launchscript/MacroHandler.h"

@@ -1,0 +1,51 @@
+// FileNavigator: a depth-first walk through a directory tree with an explicit stack.
+//
+// Base of FindFiles and DeleteFullDir. Symbolic links are never followed: a link, also one to a
+// directory, is handed to `processFile`. Entries come in the order of readdir; the directories of
+// one directory are visited in the reverse of that order. A directory that cannot be opened is
+// passed over. One buffer holds the path being looked at; the memory is what is pending (and, for
+// who asks for it, the list of what was visited).
+#ifndef CORVANE_PLATFORM_FILENAVIGATOR_H
+#define CORVANE_PLATFORM_FILENAVIGATOR_H
+
+#include "util/SString.h"
+#include "util/StringDeque.h"
+
+class FileNavigator {
+ public:
+  virtual ~FileNavigator() = default;
+
+  // Walks the tree below `root`. True when a `processFile` ended the walk. The console's progress
+  // advances by 1 after every 1000th file.
+  virtual bool process(const SString& root);
+  // Called for every entry that is no directory. `path` is valid for the call only, unless copied.
+  // True ends the walk.
+  virtual bool processFile(const SString& path) = 0;
+  // True: the directory is neither listed nor descended into.
+  virtual bool skipDirectory(const SString& path);
+
+  // True when `path` itself (no link is followed) is a directory.
+  static bool isDirectory(const char* path);
+
+ protected:
+  enum class Visited { Forget, Record };
+  // A cancellable walk also ends when the user has canceled.
+  FileNavigator(bool cancellable, Visited visited)
+      : m_cancellable(cancellable), m_recordsVisited(visited == Visited::Record) {}
+
+  bool isCanceled() const;
+  // The directories taken from the stack, in that order; each comes before those inside it.
+  const StringDeque& visitedDirectories() const { return m_visited; }
+
+ private:
+  bool listDirectory(const SString& directory, bool isRoot);
+  bool visitFile(const SString& path);
+
+  StringDeque m_visited;
+  StringDeque m_pending;  // used as a stack
+  bool m_cancellable;
+  bool m_recordsVisited;
+  unsigned long m_fileCount = 0;
+};
+
+#endif

@@ -1,0 +1,26 @@
+// FindFiles: the walk that looks for files by the end of their paths.
+#ifndef CORVANE_PLATFORM_FINDFILES_H
+#define CORVANE_PLATFORM_FINDFILES_H
+
+#include "platform/FileFindListener.h"
+#include "platform/FileNavigator.h"
+#include "util/SString.h"
+#include "util/StringDeque.h"
+
+class FindFiles : public FileNavigator {
+ public:
+  // `names`: path endings such as "bin/java"; both referents must outlive this object. Throws as
+  // PlatformImpl::getSystemTempDirectory.
+  FindFiles(const StringDeque& names, FileFindListener& listener);
+
+  // Offers the path to the listener once for each name that it ends with, behind a "/".
+  bool processFile(const SString& path) override;
+  bool skipDirectory(const SString& path) override;
+
+ private:
+  const StringDeque& m_names;
+  FileFindListener& m_listener;
+  SString m_tempDir;  // with a separator at its end
+};
+
+#endif

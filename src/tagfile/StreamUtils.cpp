@@ -1,0 +1,1 @@
+#include "tagfile/StreamUtils.h"

@@ -1,0 +1,1 @@
+#include "tagfile/TagFile.h"

@@ -1,0 +1,90 @@
+// TagFile: the text format in which every input of the launcher is written.
+//
+// An ordered list of named tags, each with one or more text values. Tag names are compared byte by
+// byte and occur at most once. The format is described in docs/formats.md; the parser reads a
+// whole file or a stretch of bytes inside another file (the launcher executable).
+//
+// The document owns its tags. Failures are LauncherException; a document whose load failed keeps
+// the tags read so far and stays "not loaded".
+#ifndef CORVANE_TAGFILE_TAGFILE_H
+#define CORVANE_TAGFILE_TAGFILE_H
+
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+
+#include "util/PtrDeque.h"
+#include "util/SString.h"
+#include "util/StringDeque.h"
+
+struct TagFileEntry {
+  SString key;
+  std::unique_ptr<StringDeque> values;  // never null
+};
+
+using TagFileEntryPtrDeque = PtrDeque<TagFileEntry>;
+
+class TagFile {
+ public:
+  TagFile() = default;
+  // Loads the whole file. Throws "Unable to load input file: " and the path when it does not open,
+  // else as `load`.
+  explicit TagFile(const SString& path);
+  virtual ~TagFile() = default;
+  TagFile(const TagFile&) = delete;
+  TagFile& operator=(const TagFile&) = delete;
+
+  // Adds the tags that begin in the `length` bytes from byte `start` of `file` (to the end of the
+  // file when `length` is negative) to the document; a tag that it held already is replaced and
+  // moves to the end. `name` is used in messages. The bound is looked at before each tag only: a
+  // block that has begun is read to its "/:".
+  // Throws "Unable to read tag file." when `start` cannot be reached; "Syntax error in NAME at line
+  // N ==> " and the reason (logged as an error first); or the text of `parseStringArgument` for a
+  // quoted value without its closing quote (not logged).
+  void load(std::FILE* file, const SString& name, std::int32_t start, std::int32_t length);
+
+  bool isLoaded() const { return m_loaded; }
+  SString getName() const { return m_name; }
+
+  // The value at `index`; empty when there is no such tag or value.
+  SString getTagValue(const char* key, unsigned long index) const;
+  // The tag's values, owned by the document, or null.
+  const StringDeque* getValue(const char* key) const;
+  long getTagValueCount(const char* key) const;
+  // Makes `value` the tag's only value; a new tag goes to the end.
+  void setTagValue(const SString& key, const SString& value);
+  // Adds `value` behind the tag's values.
+  void appendTagValue(const SString& key, const SString& value);
+  // True for a number other than zero, false for zero, `defaultValue` for anything else (words
+  // such as "true" included). Numbers are 16-bit, what follows them is ignored.
+  bool getBoolTagValue(const char* key, bool defaultValue) const;
+  void setBoolTagValue(const SString& key, bool value);  // "1" or "0"
+  void removeValue(const SString& key);
+
+  // Records a found JVM: JVM_HOME, JVM_FILE and JVM_TEMP, in that order.
+  void setDynamicJVMTags(const SString& home, const SString& fileName, bool temporary);
+
+  // Writes the document to `path` so that `load` reads it back equal. False, with nothing said,
+  // when it cannot be opened or written.
+  bool write(const SString& path) const;
+
+  // Logs "Syntax error in FILE at line N ==> MESSAGE" as an error and throws it.
+  [[noreturn]] static void logSyntaxError(const SString& message, const SString& fileName,
+                                          std::int32_t lineNumber);
+
+ private:
+  TagFileEntry* findEntry(std::string_view key) const;
+  void readLine(std::FILE* file, SString& line);
+  void loadTag(std::FILE* file, const SString& line);
+  void loadBlock(std::FILE* file, const SString& key);
+  void loadSingleValue(const SString& key, const SString& line, std::size_t colon);
+
+  TagFileEntryPtrDeque m_entries;
+  bool m_loaded = false;
+  std::int32_t m_lineNumber = 0;  // of the current load; its first line is 1
+  SString m_name;
+};
+
+using TagFilePtrDeque = PtrDeque<TagFile>;
+
+#endif

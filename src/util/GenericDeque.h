@@ -1,0 +1,66 @@
+// GenericDeque: the growable sequence under every sequence of the launcher.
+//
+// Indexes are signed, from 0, and never fail: an index outside the sequence yields no entry, and
+// operations with such an index do nothing, except that a negative one appends on insertion.
+// Entries are owned by value. The first insertion makes room for thirty entries; from there on the
+// room grows by half, so that appending stays linear in the number of entries.
+#ifndef CORVANE_UTIL_GENERICDEQUE_H
+#define CORVANE_UTIL_GENERICDEQUE_H
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+template <class Entry>
+class GenericDeque {
+ public:
+  constexpr GenericDeque() noexcept = default;
+
+  long size() const { return static_cast<long>(m_entries.size()); }
+  bool empty() const { return m_entries.empty(); }
+
+  // The entry at `index`, or null when there is none. Valid until the sequence is changed.
+  Entry* at(long index) { return contains(index) ? &m_entries[asPosition(index)] : nullptr; }
+  const Entry* at(long index) const {
+    return contains(index) ? &m_entries[asPosition(index)] : nullptr;
+  }
+
+  void push_back(Entry entry) { insert(-1, std::move(entry)); }
+
+  // Puts `entry` in front of the entry at `index`. A negative index appends; an index at or past
+  // the end does nothing (`entry` is destroyed).
+  void insert(long index, Entry entry) {
+    if (index >= size()) {
+      return;
+    }
+    grow();
+    const auto place = index < 0 ? m_entries.end() : m_entries.begin() + index;
+    m_entries.insert(place, std::move(entry));
+  }
+
+  void erase(long index) {
+    if (contains(index)) {
+      m_entries.erase(m_entries.begin() + index);
+    }
+  }
+
+  void pop_back() { erase(size() - 1); }
+  void clear() { m_entries.clear(); }
+
+ private:
+  static constexpr std::size_t kFirstCapacity = 30;
+
+  static std::size_t asPosition(long index) { return static_cast<std::size_t>(index); }
+  bool contains(long index) const { return index >= 0 && index < size(); }
+
+  void grow() {
+    if (m_entries.size() == m_entries.capacity()) {
+      m_entries.reserve(std::max(kFirstCapacity, m_entries.size() + m_entries.size() / 2));
+    }
+  }
+
+  std::vector<Entry> m_entries;
+};
+
+#endif

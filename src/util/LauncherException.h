@@ -1,0 +1,30 @@
+// LauncherException: the one error that leaves an operation of the launcher.
+//
+// It carries one complete text, fit to be shown to the user as it stands. Whoever throws it words
+// it whole; a caller that knows the step puts its own words in front and throws on with
+// `LauncherException::prefixed`.
+#ifndef CORVANE_UTIL_LAUNCHEREXCEPTION_H
+#define CORVANE_UTIL_LAUNCHEREXCEPTION_H
+
+#include <exception>
+#include <utility>
+
+#include "util/SString.h"
+
+class LauncherException : public std::exception {
+ public:
+  explicit LauncherException(SString message) : m_message(std::move(message)) {}
+
+  // The same failure with `prefix` directly in front of its text (no blank is added).
+  static LauncherException prefixed(const SString& prefix, const LauncherException& cause) {
+    return LauncherException(prefix + cause.m_message);
+  }
+
+  const SString& getMessage() const { return m_message; }
+  const char* what() const noexcept override { return m_message.c_str(); }
+
+ private:
+  SString m_message;
+};
+
+#endif

@@ -1,0 +1,62 @@
+#!/usr/bin/env python3
+"""Plants violations of the rules of the house and expects the checks to find each.
+
+Usage: rules_test.py PROJECT
+"""
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+
+PLANTS = [
+    # (what is planted, file below the project, text added to it, check, words wanted)
+    ("upward include", "src/util/SString.cpp", '#include "launcher/Launcher.h"\n', "rooms",
+     "'util/SString' includes 'launcher/Launcher', which has no lower rank"),
+    ("circle through a header", "src/tagfile/TextUtils.h", '#include "tagfile/TagFile.h"\n', "rooms",
+     "'tagfile/TextUtils' includes 'tagfile/TagFile', which has no lower rank"),
+    ("room without a rank", "src/util/Newcomer.h", "\n", "rooms", "room 'util/Newcomer' has no rank"),
+    ("include from beside", "src/util/SString.cpp", '#include "SString.h"\n', "rooms",
+     'include "SString.h" is not written from src/'),
+    ("quirk without a test", "src/util/SString.cpp", "// QUIRK(planted-here): no test\n", "quirks",
+     "quirk 'planted-here' has no test"),
+    ("quirk without a reason", "src/util/SString.cpp", "// QUIRK(planted-here)\n", "quirks",
+     "quirk 'planted-here' gives no reason"),
+]
+
+
+def run_check(project, name):
+    script = project / "tools" / f"check_{name}.py"
+    result = subprocess.run([sys.executable, script, project], capture_output=True, text=True)
+    return result.returncode, result.stdout
+
+
+def plant(project, row):
+    what, file, text, check, wanted = row
+    with tempfile.TemporaryDirectory() as scratch:
+        copy = pathlib.Path(scratch) / "project"
+        for part in ("src", "tools"):
+            shutil.copytree(project / part, copy / part)
+        shutil.copytree(project / "tests", copy / "tests", ignore=shutil.ignore_patterns(
+            "corpus", "rules_test.py"))
+        with open(copy / file, "a") as target:
+            target.write(text)
+        status, output = run_check(copy, check)
+        if status != 1 or wanted not in output:
+            return f"{what}: status {status}, output:\n{output}"
+    return None
+
+
+def main():
+    project = pathlib.Path(sys.argv[1]).resolve()
+    failures = [failure for failure in (plant(project, row) for row in PLANTS) if failure]
+    for check in ("rooms", "quirks"):
+        status, output = run_check(project, check)
+        if status != 0:
+            failures.append(f"the tree itself fails check_{check}:\n{output}")
+    print("\n".join(failures) if failures else f"{len(PLANTS)} planted violations found")
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,46 @@
+#include "support/TestAccess.h"
+
+void LauncherTestAccess::setLauncherFileName(const std::string& path) {
+  Launcher::m_launcherFileName = path.c_str();
+  Launcher::m_origLauncherFileName = path.c_str();
+}
+
+void LauncherTestAccess::setOriginalLauncherFileName(const std::string& path) {
+  Launcher::m_origLauncherFileName = path.c_str();
+}
+
+void LauncherTestAccess::setPrependClasspath(const std::string& path) {
+  Launcher::m_prependClasspath = path.c_str();
+}
+
+void LauncherTestAccess::setAppendClasspath(const std::string& path) {
+  Launcher::m_appendClasspath = path.c_str();
+}
+
+void LauncherTestAccess::setUserJavaHome(const std::string& path) {
+  Launcher::m_userJavaHome = path.c_str();
+}
+
+void LauncherTestAccess::setPurpose(int purpose) {
+  Launcher::m_launcherPurpose = purpose;
+}
+
+void PlatformTestAccess::setCanceled(bool canceled) {
+  PlatformImpl::m_canceled = canceled ? 1 : 0;
+}
+
+bool PlatformTestAccess::isSilent() {
+  return PlatformImpl::m_silent;
+}
+
+const StringDeque& PlatformTestAccess::createdFiles() {
+  return PlatformImpl::m_sdqCreatedFiles;
+}
+
+const StringDeque& PlatformTestAccess::createdDirectories() {
+  return PlatformImpl::m_sdqCreatedDrs;
+}
+
+bool PlatformTestAccess::deletesLauncher() {
+  return PlatformImpl::m_deleteLauncher;
+}

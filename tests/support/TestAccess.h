@@ -1,0 +1,31 @@
+// The way of the tests to the process's state: sets what normally the command line or a signal
+// would. Each test runs in a process of its own, so nothing needs to be put back.
+#ifndef CORVANE_TESTS_SUPPORT_TESTACCESS_H
+#define CORVANE_TESTS_SUPPORT_TESTACCESS_H
+
+#include <string>
+
+#include "launcher/Launcher.h"
+#include "platform/PlatformImpl.h"
+#include "util/StringDeque.h"
+
+class LauncherTestAccess {
+ public:
+  static void setLauncherFileName(const std::string& path);  // the running and the original one
+  static void setOriginalLauncherFileName(const std::string& path);
+  static void setPrependClasspath(const std::string& path);
+  static void setAppendClasspath(const std::string& path);
+  static void setUserJavaHome(const std::string& path);
+  static void setPurpose(int purpose);
+};
+
+class PlatformTestAccess {
+ public:
+  static void setCanceled(bool canceled);
+  static bool isSilent();
+  static const StringDeque& createdFiles();
+  static const StringDeque& createdDirectories();
+  static bool deletesLauncher();
+};
+
+#endif
