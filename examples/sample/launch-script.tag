@@ -1,0 +1,5 @@
+DESC: Textbox Setup
+
+AUTO_SET_WORKING_DIR: 0
+
+COMMAND: exec "@JVM_HOME@/@JVM_EXE@" %CP%() %RUNTIME_SYSTEMPROP%() %RUNTIME_JAVAARGS%() textbox.Setup
