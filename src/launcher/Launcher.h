@@ -22,7 +22,7 @@
 #include "util/SString.h"
 #include "util/StringDeque.h"
 
-class Instructions;
+class JVMMatch;
 class JVMMessage;
 class LauncherInputFiles;
 class TagFile;
@@ -131,9 +131,32 @@ class Launcher {
  private:
   friend class LauncherTestAccess;  // tests set and reset the state below
 
-  struct Options;  // what the options say about the run itself
+  // What the options decide about the run.
+  struct RunPlan {
+    std::int32_t status = 0;
+    bool runInstructions = true;
+  };
   struct OptionRow;
+  static const OptionRow kOptions[];
+  static long applyOption(const StringDeque& args, long index, RunPlan& plan);
+  static void loadEmbeddedFiles();
+
+  struct InputRequest;
   struct ActionRow;
+  static const ActionRow kActions[];
+  static void performInputFile(const SString& argument, RunPlan& plan);
+  static void readInputFile(const SString& argument, TagFile& tags);
+  static void loadFilesOf(const TagFile& inputFile);
+  static void performAction(const InputRequest& request, RunPlan& plan);
+  static void performVerify(const InputRequest& request, RunPlan& plan);
+  static void endAction(RunPlan& plan);
+
+  static void recordMatch(JVMMatch& match);
+  static void reportNoJVM();
+  static void printSearchResult();
+
+  static std::int32_t runWizard(TagFile& jvmFile, std::int16_t uiSeconds);
+  static SString buildHandOverCommand(const SString& embeddedLauncher);
 
   // The state of the process: name, first value, writer.
   static SString m_logFileName;               // empty: no log; "-cv:log", LOGFILE

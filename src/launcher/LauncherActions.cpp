@@ -1,1 +1,144 @@
-// (being written)
+// The input-file protocol ("-cv:in"): a calling program asks for one action; docs/formats.md.
+#include <algorithm>
+#include <iterator>
+
+#include "archive/LauncherInputFiles.h"
+#include "launcher/Launcher.h"
+#include "platform/PlatformImpl.h"
+#include "tagfile/StreamUtils.h"
+#include "tagfile/TagFile.h"
+#include "tagfile/TextUtils.h"
+#include "util/LauncherException.h"
+
+namespace {
+
+constexpr const char* kVerifyValuesMissing =
+    "TO execute the VERIFY_JVM action, you must also provide values in the input file for "
+    "VERIFY_JVM_FILE and VERIFY_JVM_HOME.";
+
+SString messageText(MessageIdentifier id) {
+  return PlatformImpl::getMessageText(id);
+}
+
+// Opens the input file; a missing name and a file that does not open are the same to the caller.
+FilePtr openInputFile(const SString& argument) {
+  SString path = argument;
+  stripQuotes(path);
+  FilePtr file = path.empty() ? nullptr : openFile(path, "r");
+  if (file == nullptr) {
+    throw LauncherException(messageText(MSG_INPUT_FILE_OPEN_FAILED));
+  }
+  return file;
+}
+
+}  // namespace
+
+struct Launcher::ActionRow {
+  const char* name;
+  void (*perform)(const InputRequest& request, RunPlan& plan);
+};
+
+// What the input file asks for.
+struct Launcher::InputRequest {
+  const TagFile& tags;
+  bool showProgress;
+  bool showFailMsg;
+
+  SString value(const char* tag) const { return tags.getTagValue(tag, 0); }
+};
+
+void Launcher::endAction(RunPlan& plan) {
+  PlatformImpl::setUIProgress(100);
+  plan.runInstructions = false;
+}
+
+const Launcher::ActionRow Launcher::kActions[] = {
+    {"RUN_INSTRUCTIONS", [](const InputRequest&, RunPlan& plan) { plan.runInstructions = true; }},
+    {"SEARCH",
+     [](const InputRequest& request, RunPlan& plan) {
+       search(request.showProgress, request.showFailMsg);
+       endAction(plan);
+     }},
+    {"SEARCH_ALL",
+     [](const InputRequest& request, RunPlan& plan) {
+       searchAll(request.showProgress, request.showFailMsg);
+       endAction(plan);
+     }},
+    {"VERIFY_JVM",
+     [](const InputRequest& request, RunPlan& plan) { performVerify(request, plan); }},
+    {"INSTALL_JVM",
+     [](const InputRequest& request, RunPlan& plan) {
+       const SString installer = request.value("INSTALL_JVM_EXE");
+       const SString destination = request.value("INSTALL_JVM_DEST");
+       if (!installer.empty() && !destination.empty()) {
+         installJVM(request.showProgress, request.showFailMsg, installer, destination);
+       }
+       endAction(plan);
+     }},
+};
+
+void Launcher::performVerify(const InputRequest& request, RunPlan& plan) {
+  plan.runInstructions = false;
+  const SString jvmFile = request.value("VERIFY_JVM_FILE");
+  const SString home = request.value("VERIFY_JVM_HOME");
+  if (jvmFile.empty() || home.empty()) {
+    logMessage(kVerifyValuesMissing, LOG_ERROR);
+    plan.status = -1;
+    return;
+  }
+  verifyJVM(request.showProgress, request.showFailMsg, jvmFile, home);
+  PlatformImpl::setUIProgress(100);
+}
+
+// Reads the input file and turns logging over to the file that it names, or off. Failures are told
+// here, in front of what `process` says.
+void Launcher::readInputFile(const SString& argument, TagFile& tags) {
+  try {
+    const FilePtr file = openInputFile(argument);
+    logMessage("Loading input file " + argument, LOG_INFO);
+    tags.load(file.get(), argument, 0, -1);
+    setLogFileName(tags.getTagValue("LOGFILE", 0));
+  } catch (const LauncherException& e) {
+    PlatformImpl::showUIMessage(messageText(MSG_INPUT_FILE_LOAD_FAILED) + e.getMessage());
+    throw;
+  }
+}
+
+void Launcher::loadFilesOf(const TagFile& inputFile) {
+  try {
+    m_inputFiles.load(inputFile);
+  } catch (const LauncherException& e) {
+    PlatformImpl::showUIMessage(e.getMessage());
+    throw;
+  }
+  loadEmbeddedFiles();
+}
+
+void Launcher::performInputFile(const SString& argument, RunPlan& plan) {
+  TagFile tags;
+  readInputFile(argument, tags);
+  loadFilesOf(tags);
+  const InputRequest request{tags, tags.getBoolTagValue("SHOW_PROGRESS", false),
+                             tags.getBoolTagValue("SHOW_FAIL_MSG", false)};
+  if (request.showProgress || request.showFailMsg) {
+    PlatformImpl::showUI();
+  } else {
+    PlatformImpl::hideUI(0);
+  }
+  if (request.showProgress) {
+    PlatformImpl::setUIProgress(0);
+  }
+  performAction(request, plan);
+}
+
+void Launcher::performAction(const InputRequest& request, RunPlan& plan) {
+  const SString action = request.value("ACTION");
+  const auto* row = std::find_if(std::begin(kActions), std::end(kActions),
+                                 [&action](const ActionRow& r) { return action == r.name; });
+  if (row == std::end(kActions)) {
+    const SString text = messageText(MSG_INVALID_ACTION) + action;
+    PlatformImpl::showUIMessage(text);
+    throw LauncherException(text);
+  }
+  row->perform(request, plan);
+}

@@ -1,1 +1,150 @@
-// (being written)
+// The options of the command line, applied from left to right.
+#include <algorithm>
+#include <iterator>
+
+#include "archive/LauncherInputFiles.h"
+#include "launcher/Launcher.h"
+#include "platform/PlatformImpl.h"
+#include "util/LauncherException.h"
+
+namespace {
+
+constexpr const char* kVersion = "2.52";
+constexpr const char* kOrigNameMissing = "Missing original launcher file name.";
+constexpr const char* kConsoleOption = "-console";
+constexpr const char* kSilentOption = "-silent";
+
+void showMessage(MessageIdentifier id) {
+  PlatformImpl::showUIMessage(PlatformImpl::getMessageText(id));
+}
+
+// Runs one step; a failure is thrown on with the text of `id` in front.
+template <class Step>
+void withPrefix(MessageIdentifier id, Step step) {
+  try {
+    step();
+  } catch (const LauncherException& e) {
+    throw LauncherException::prefixed(PlatformImpl::getMessageText(id), e);
+  }
+}
+
+}  // namespace
+
+struct Launcher::OptionRow {
+  const char* name;
+  bool takesArgument;
+  void (*act)(RunPlan& plan, const SString& argument);
+  void (*actOnMissing)(RunPlan& plan);  // null: an option without its argument is passed over
+};
+
+// QUIRK(option-names-in-texts): the texts about missing arguments call the options "-log" and
+// "-in", as they have always been printed.
+// QUIRK(missing-log-name-goes-on): without its argument "-cv:log" (and "-cv:orig") sets the status
+// and goes on, so that the run's own status replaces it.
+const Launcher::OptionRow Launcher::kOptions[] = {
+    {"-cv:log", true, [](RunPlan&, const SString& name) { setLogFileName(name); },
+     [](RunPlan& plan) {
+       plan.status = -1;
+       showMessage(MSG_LOG_FILE_NAME_MISSING);
+     }},
+    {"-cv:orig", true,
+     [](RunPlan&, const SString& path) {
+       m_origLauncherFileName = path;
+       PlatformImpl::setDeleteLauncher(true);
+     },
+     [](RunPlan& plan) {
+       plan.status = -1;
+       PlatformImpl::showUIMessage(kOrigNameMissing);
+     }},
+    {"-cv:tempdir", true, [](RunPlan&, const SString& dir) { PlatformImpl::setSystemTempDir(dir); },
+     nullptr},
+    {"-cv:silent", false, [](RunPlan&, const SString&) { PlatformImpl::setSilent(true); }, nullptr},
+    {kSilentOption, false,
+     [](RunPlan&, const SString&) {
+       PlatformImpl::setSilent(true);
+       m_passThroughArgs.push_back(kSilentOption);
+     },
+     nullptr},
+    {"-cv:javahome", true, [](RunPlan&, const SString& home) { m_userJavaHome = home; }, nullptr},
+    {"-cv:extract", false,
+     [](RunPlan& plan, const SString&) {
+       withPrefix(MSG_FILE_INDEX_LOAD_FAILED, [] { m_inputFiles.load(false); });
+       withPrefix(MSG_EXTRACT_FAILED, [] { m_inputFiles.extractAll(); });
+       PlatformImpl::setUIProgress(100);
+       plan.runInstructions = false;
+     },
+     nullptr},
+    {"-cv:in", true, [](RunPlan& plan, const SString& path) { performInputFile(path, plan); },
+     [](RunPlan& plan) {
+       showMessage(MSG_INPUT_FILE_NAME_MISSING);
+       plan = {.status = -1, .runInstructions = false};
+     }},
+    {"-cv:version", false,
+     [](RunPlan& plan, const SString&) {
+       PlatformImpl::showUIMessage(kVersion);
+       plan.runInstructions = false;
+     },
+     nullptr},
+    {"-cv:javaconsole", false, [](RunPlan&, const SString&) { m_showJavaConsole = true; }, nullptr},
+    // QUIRK(accessibility-is-console): the wizard never sees "-accessibility", only "-console".
+    {"-accessibility", false,
+     [](RunPlan&, const SString&) {
+       m_showJavaConsole = true;
+       m_passThroughArgs.push_back(kConsoleOption);
+     },
+     nullptr},
+    {kConsoleOption, false,
+     [](RunPlan&, const SString&) {
+       m_showJavaConsole = true;
+       m_passThroughArgs.push_back(kConsoleOption);
+     },
+     nullptr},
+    {"-cp:p", true, [](RunPlan&, const SString& path) { m_prependClasspath = path; }, nullptr},
+    {"-cp:a", true, [](RunPlan&, const SString& path) { m_appendClasspath = path; }, nullptr},
+};
+
+// Applies the argument at `index`; returns the index of the next one to be looked at. The value of
+// an option is never compared with the option names.
+long Launcher::applyOption(const StringDeque& args, long index, RunPlan& plan) {
+  const SString& name = args[index];
+  const auto* row = std::find_if(std::begin(kOptions), std::end(kOptions),
+                                 [&name](const OptionRow& r) { return name == r.name; });
+  if (row == std::end(kOptions)) {
+    m_passThroughArgs.push_back(name);
+    return index + 1;
+  }
+  if (!row->takesArgument) {
+    row->act(plan, StringDeque::emptyString);
+    return index + 1;
+  }
+  if (index + 1 < args.size()) {
+    row->act(plan, args[index + 1]);
+    return index + 2;
+  }
+  if (row->actOnMissing != nullptr) {
+    row->actOnMissing(plan);
+  }
+  return index + 1;
+}
+
+std::int32_t Launcher::processCmdLine(const StringDeque& args) {
+  PlatformImpl::setDeleteLauncher(false);
+  PlatformImpl::setUIProgress(0);
+  RunPlan plan;
+  for (long i = 0; i < args.size();) {
+    i = applyOption(args, i, plan);
+  }
+  if (plan.runInstructions) {
+    loadEmbeddedFiles();
+    plan.status = run();
+    PlatformImpl::setUIProgress(100);
+  }
+  return plan.status;
+}
+
+// Loads the index and the tag files of the launcher, unless that has been done in this run.
+void Launcher::loadEmbeddedFiles() {
+  if (!m_inputFiles.areInternalFilesLoaded()) {
+    withPrefix(MSG_FILE_INDEX_LOAD_FAILED, [] { m_inputFiles.load(true); });
+  }
+}

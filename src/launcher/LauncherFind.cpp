@@ -1,1 +1,187 @@
-// (being written)
+// Finding a JVM and verifying a given one: for the instruction script and for calling programs.
+#include <cstdio>
+
+#include "archive/LauncherFileFormat.h"
+#include "archive/LauncherInputFiles.h"
+#include "jvm/JVMFiles.h"
+#include "jvm/JVMMatch.h"
+#include "launcher/Launcher.h"
+#include "platform/PlatformImpl.h"
+#include "tagfile/TextUtils.h"
+#include "util/LauncherException.h"
+
+namespace {
+
+// Where the operations leave their results for the script.
+constexpr std::int32_t kResultFlag = 1;  // N1
+constexpr std::int32_t kResultHome = 1;  // S1
+constexpr std::int32_t kResultFile = 2;  // S2
+
+// Results for a calling program are printed whatever is hidden or silent.
+void printNumber(std::int32_t number) {
+  std::printf("%ld\n", static_cast<long>(number));
+}
+void printLine(const SString& text) {
+  std::printf("%s\n", text.c_str());
+}
+
+// QUIRK(first-status-unseen): the status line comes before the console is switched on, so that
+// after an earlier hiding it is not seen.
+void showSearching(bool showProgress) {
+  if (showProgress) {
+    PlatformImpl::setUIStatus(UI_STATUS_SEARCHING);
+    PlatformImpl::showUI();
+  } else {
+    PlatformImpl::hideUI(0);
+  }
+}
+
+// Writes the match's jvm file for a calling program: it outlives the launcher.
+SString writeLastingFile(JVMMatch& match) {
+  const SString path = match.writeNewJVMFile();
+  PlatformImpl::removeFileFromCleanupList(path);
+  return path;
+}
+
+void printMatches(const JVMMatchPtrDeque& matches) {
+  printNumber(static_cast<std::int32_t>(matches.size()));
+  for (long i = 0; i < matches.size(); ++i) {
+    JVMMatch& match = *matches[i];
+    const SString path = writeLastingFile(match);
+    printLine(match.getJVMHome());
+    printLine(path);
+  }
+}
+
+}  // namespace
+
+void Launcher::initializeUI() {
+  PlatformImpl::setUIStatus(UI_STATUS_INITIALIZING);
+  PlatformImpl::setUISubStatus(UI_SUBSTATUS_NONE, "");
+  PlatformImpl::showUI();
+}
+
+void Launcher::findJVM(bool showProgress, bool showFailMsg) {
+  logMessage("Finding a JVM", LOG_INFO);
+  showSearching(showProgress);
+  setStringVariable(kResultHome, "");
+  setStringVariable(kResultFile, "");
+  setLongVariable(kResultFlag, 0);
+  JVMMatchPtrDeque matches;
+  m_inputFiles.getJVMFiles().search(matches);
+  if (JVMMatch* match = matches.at(0)) {
+    recordMatch(*match);
+  } else if (showFailMsg && !PlatformImpl::isCanceled()) {
+    reportNoJVM();
+  }
+}
+
+void Launcher::recordMatch(JVMMatch& match) {
+  const SString path = match.writeNewJVMFile();
+  const SString home = match.getJVMHome();
+  logMessage("Matching JVM home is " + home, LOG_INFO);
+  logMessage("Matching JVM file is " + path, LOG_INFO);
+  setStringVariable(kResultHome, home);
+  setStringVariable(kResultFile, path);
+  setLongVariable(kResultFlag, 1);
+}
+
+// Tells the user in the author's words, or in our own where the author gave none.
+void Launcher::reportNoJVM() {
+  m_jvmMessage = m_inputFiles.getJVMMessage();
+  const SString text = m_jvmMessage != nullptr ? m_jvmMessage->getMessage()
+                                               : PlatformImpl::getMessageText(MSG_NO_SUITABLE_JVM);
+  logMessage(text, LOG_INFO);
+  PlatformImpl::showUIMessage(text);
+}
+
+void Launcher::search(bool showProgress, bool showFailMsg) {
+  try {
+    findJVM(showProgress, showFailMsg);
+    printSearchResult();
+  } catch (const LauncherException&) {
+    printNumber(0);
+  } catch (...) {
+    logMessage("Unexpected failure in search.", LOG_ERROR);
+  }
+}
+
+void Launcher::printSearchResult() {
+  const std::int32_t found = getLongVariable(kResultFlag);
+  printNumber(found);
+  if (found == 0) {
+    return;
+  }
+  printLine(getStringVariable(kResultHome));
+  printLine(getStringVariable(kResultFile));
+  PlatformImpl::removeFileFromCleanupList(getStringVariable(kResultFile));
+}
+
+void Launcher::searchAll(bool showProgress, bool showFailMsg) {
+  try {
+    logMessage("Finding all matching JVMs", LOG_INFO);
+    showSearching(showProgress);
+    JVMMatchPtrDeque matches;
+    m_inputFiles.getJVMFiles().searchAll(matches, false);
+    printMatches(matches);
+  } catch (const LauncherException& e) {
+    const SString text = PlatformImpl::getMessageText(MSG_SEARCH_ALL_FAILED) + e.getMessage();
+    logMessage(text, LOG_ERROR);
+    if (showFailMsg) {
+      PlatformImpl::showUIMessage(text);
+    }
+    // QUIRK(zero-behind-partial-output): callers read this line also behind a count printed before.
+    printNumber(0);
+  }
+}
+
+void Launcher::verifyJVM(bool showProgress, bool showFailMsg, std::int32_t fileId) {
+  showSearching(showProgress);
+  const SString id = convertToString(fileId);
+  const FileIndexEntry* entry = m_inputFiles.getFile(fileId);
+  if (entry == nullptr) {
+    throw LauncherException("Cannot verify jvm file at index " + id +
+                            " because it does not exist.");
+  }
+  if (entry->getFileType() != FILE_TYPE_JVM) {
+    throw LauncherException(
+        "To verify a JVM, use an index of a jvm file. The index passed in was " + id +
+        " which corresponds to the file named " + entry->getFileName());
+  }
+  if (entry->getTagFile() == nullptr) {
+    throw LauncherException("The jvm file with file id " + id + " could not be read.");
+  }
+  verifyJVM(showProgress, showFailMsg, *entry->getTagFile(), m_userJavaHome);
+}
+
+void Launcher::verifyJVM(bool showProgress, bool showFailMsg, TagFile& jvmFile,
+                         const SString& javaHome) {
+  setLongVariable(kResultFlag, 0);
+  if (showProgress) {
+    PlatformImpl::setUISubStatus(UI_SUBSTATUS_VERIFYING, jvmFile.getTagValue("DESC", 0));
+  }
+  SString classpath;
+  SString verifyClass;
+  m_inputFiles.getJVMFiles().writeVerifyJar(classpath, verifyClass);
+  JVMFile candidate(jvmFile);
+  const auto match = javaHome.empty() ? candidate.verify(classpath, verifyClass)
+                                      : candidate.verify(javaHome, classpath, verifyClass);
+  if (match != nullptr) {
+    const SString home = jvmFile.getTagValue("JVM_HOME", 0);
+    setLongVariable(kResultFlag, 1);
+    setStringVariable(kResultHome, home);
+    logMessage("After VERIFY, the jvm home is " + home, LOG_INFO);
+    return;
+  }
+  if (showFailMsg) {
+    PlatformImpl::showUIMessage(PlatformImpl::getMessageText(MSG_INVALID_JVM));
+  }
+  logMessage("In VERIFY, the jvm is invalid.", LOG_INFO);
+}
+
+void Launcher::verifyJVM(bool showProgress, bool showFailMsg, const SString& jvmFileName,
+                         const SString& javaHome) {
+  TagFile jvmFile(jvmFileName);
+  verifyJVM(showProgress, showFailMsg, jvmFile, javaHome);
+  printNumber(getLongVariable(kResultFlag));
+}

@@ -1,1 +1,99 @@
-// (being written)
+// Installing a JVM: the one carried in the launcher, or one that a calling program names.
+#include <cstdio>
+
+#include "archive/LauncherFileFormat.h"
+#include "archive/LauncherInputFiles.h"
+#include "launcher/Launcher.h"
+#include "platform/PlatformImpl.h"
+#include "tagfile/TagFile.h"
+#include "util/LauncherException.h"
+
+namespace {
+
+constexpr const char* kMissingJVMFile = "Invalid bundled JVM. Missing 'jvm' file.";
+constexpr std::int32_t kResultFlag = 1;  // N1
+constexpr std::int32_t kResultFile = 1;  // S1: here the jvm file, where a find leaves the home
+
+SString chooseDestination(InstallJVMOption option) {
+  switch (option) {
+    case INSTALL_JVM_OPTION_HIDDEN:
+    case INSTALL_JVM_OPTION_TEMP:
+      return PlatformImpl::createTempSubDirectory();
+    case INSTALL_JVM_OPTION_PROMPT:
+      return PlatformImpl::promptJVMDestinationDirectory();
+  }
+  return {};
+}
+
+// One word for the shell, whatever bytes the path holds.
+SString quoteForShell(const SString& path) {
+  SString quoted("'");
+  for (const char c : path.view()) {
+    if (c == '\'') {
+      quoted += "'\\''";
+    } else {
+      quoted += c;
+    }
+  }
+  return quoted += '\'';
+}
+
+void runInstaller(const FileIndexEntry& installer, const SString& destination) {
+  const SString path = installer.extract(destination);
+  SString output;
+  SString errors;
+  PlatformImpl::executeProcess(quoteForShell(path), destination, false, true, true, &output,
+                               &errors, false);
+  PlatformImpl::deleteFile(path);
+}
+
+SString jvmFileIn(const SString& destination) {
+  return destination + PlatformImpl::getPathSeparator() + "jvm";
+}
+
+// Records in the installed JVM's own jvm file where it is.
+void recordHome(const SString& jvmPath, const SString& home, bool temporary) {
+  TagFile jvmFile(jvmPath);
+  jvmFile.setDynamicJVMTags(home, jvmPath, temporary);
+  jvmFile.write(jvmPath);
+}
+
+}  // namespace
+
+void Launcher::installJVM(InstallJVMOption option) {
+  setLongVariable(kResultFlag, 0);
+  setStringVariable(kResultFile, "");
+  if (option != INSTALL_JVM_OPTION_HIDDEN) {
+    PlatformImpl::showUI();
+    PlatformImpl::setUIStatus(UI_STATUS_PREPARING_JVM);
+  } else {
+    PlatformImpl::hideUI(0);
+  }
+  const FileIndexEntry* installer = m_inputFiles.findFileOfType(FILE_TYPE_JVM_INSTALLER);
+  if (installer == nullptr) {
+    throw LauncherException(PlatformImpl::getMessageText(MSG_NO_JVM_INSTALLER));
+  }
+  const SString destination = chooseDestination(option);
+  if (destination.empty()) {
+    return;
+  }
+  runInstaller(*installer, destination);
+  const SString jvmPath = jvmFileIn(destination);
+  if (!PlatformImpl::fileExists(jvmPath)) {
+    logMessage(kMissingJVMFile, LOG_ERROR);
+    return;
+  }
+  recordHome(jvmPath, destination, true);
+  setLongVariable(kResultFlag, 1);
+  // QUIRK(install-leaves-file): S1 holds the jvm file here, while a find leaves the home in it.
+  setStringVariable(kResultFile, jvmPath);
+}
+
+void Launcher::installJVM(bool showProgress, bool, const SString& installerCommand,
+                          const SString& destination) {
+  PlatformImpl::executeProcess(installerCommand, destination, showProgress, false, true, nullptr,
+                               nullptr, false);
+  const SString jvmPath = jvmFileIn(destination);
+  recordHome(jvmPath, destination, false);
+  std::printf("%s\n", jvmPath.c_str());
+}

@@ -1,1 +1,169 @@
-// (being written)
+// Running the wizard, handing over to an embedded launcher, the application archive.
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+#include "archive/LauncherFileFormat.h"
+#include "archive/LauncherInputFiles.h"
+#include "jvm/JVMFile.h"
+#include "launcher/Launcher.h"
+#include "launchscript/LaunchScript.h"
+#include "platform/PlatformImpl.h"
+#include "tagfile/StreamUtils.h"
+#include "tagfile/TagFile.h"
+#include "tagfile/TextUtils.h"
+#include "util/LauncherException.h"
+
+namespace {
+
+constexpr const char* kInternalLaunchFailed =
+    "Unable to launch the internal launch script with the internal JVM file. Either the launch "
+    "script or the JVM file is missing from the launcher.";
+constexpr const char* kHandOverFailed = "Unable to execute the embedded launcher.";
+constexpr std::size_t kCopyChunk = 4096;
+
+TagFile* tagFileOfJVM(const FileIndexEntry* entry) {
+  const bool isJVM = entry != nullptr && entry->getFileType() == FILE_TYPE_JVM;
+  return isJVM ? entry->getTagFile() : nullptr;
+}
+
+SString inQuotes(const SString& text) {
+  return "\"" + text + "\"";
+}
+
+// Blanks would split the program's path; only then it needs quotes.
+SString asProgram(const SString& path) {
+  return path.find_first_of(kBlanks) == SString::npos ? path : inQuotes(path);
+}
+
+SString baseName(const SString& path) {
+  const std::size_t separator = path.find_last_of("/\\");
+  return separator == SString::npos ? path : path.substr(separator + 1);
+}
+
+// Copies what can be read. Returns 0, or the errno of the last write that failed; the copy goes on
+// behind a failed write.
+int copyStream(std::FILE* source, std::FILE* target) {
+  int error = 0;
+  char chunk[kCopyChunk];
+  while (!isAtEnd(source)) {
+    const std::size_t got = std::fread(chunk, 1, sizeof chunk, source);
+    if (got > 0 && std::fwrite(chunk, 1, got, target) < got) {
+      error = errno;
+    }
+  }
+  return error;
+}
+
+// Copies `from` to `to`. False when one of them does not open; `error` is that of copyStream.
+bool copyFile(const SString& from, const SString& to, int& error) {
+  const FilePtr source = openFile(from, "rb");
+  FilePtr target = source == nullptr ? nullptr : openFile(to, "wb");
+  if (target == nullptr) {
+    return false;
+  }
+  std::setvbuf(target.get(), nullptr, _IONBF, 0);  // so that each failed write is seen
+  error = copyStream(source.get(), target.get());
+  if (std::fclose(target.release()) != 0 && error == 0) {
+    error = errno;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::int32_t Launcher::launch(const SString& jvmFileName, std::int16_t uiSeconds) {
+  if (m_inputFiles.getLaunchScript() == nullptr) {
+    return -1;
+  }
+  TagFile jvmFile(jvmFileName);
+  return runWizard(jvmFile, uiSeconds);
+}
+
+std::int32_t Launcher::ilaunch(std::int32_t fileId, std::int16_t uiSeconds) {
+  TagFile* jvmFile = tagFileOfJVM(m_inputFiles.getFile(fileId));
+  if (m_inputFiles.getLaunchScript() == nullptr || jvmFile == nullptr) {
+    logMessage(kInternalLaunchFailed, LOG_ERROR);
+    return -1;
+  }
+  return runWizard(*jvmFile, uiSeconds);
+}
+
+std::int32_t Launcher::runWizard(TagFile& jvmFile, std::int16_t uiSeconds) {
+  LaunchScript& script = *m_inputFiles.getLaunchScript();
+  const JVMFile jvm(jvmFile);
+  if (uiSeconds > 0) {
+    PlatformImpl::setUIStatus(UI_STATUS_RUNNING);
+    PlatformImpl::setUISubStatus(UI_SUBSTATUS_NONE, "");
+  }
+  PlatformImpl::hideUI(uiSeconds);
+  const std::int32_t result = script.execute(jvm, &m_passThroughArgs, m_showJavaConsole);
+  m_stdOutput = script.getStdOut();
+  m_errOutput = script.getStdErr();
+  return result;
+}
+
+// QUIRK(hand-over-quotes): the arguments are put in double quotes as they are; quotes inside them
+// are not escaped.
+SString Launcher::buildHandOverCommand(const SString& embeddedLauncher) {
+  SString command = asProgram(embeddedLauncher) + " -cv:orig " + inQuotes(m_launcherFileName);
+  for (long i = 0; i < m_args.size(); ++i) {
+    command += " " + inQuotes(m_args[i]);
+  }
+  return command;
+}
+
+void Launcher::executeEmbeddedLauncher(std::int32_t position) {
+  const FileIndexEntry* entry = m_inputFiles.getFileAt(position);
+  if (entry == nullptr || entry->getFileType() != FILE_TYPE_LAUNCHER) {
+    logMessage(kHandOverFailed, LOG_ERROR);
+    return;
+  }
+  const SString directory = PlatformImpl::createTempSubDirectory();
+  const SString path = entry->extract(directory);
+  if (access(path.c_str(), X_OK) == 0) {
+    // This program ends here without another chance to clean up; the copy removes itself.
+    PlatformImpl::removeDirFromCleanupList(directory);
+    PlatformImpl::cleanup();
+    PlatformImpl::executeProcess(buildHandOverCommand(path), directory, true, false, false, nullptr,
+                                 nullptr, true);
+    PlatformImpl::addFileToCleanupList(directory);
+  }
+}
+
+const SString& Launcher::getApplicationArchive() {
+  if (!m_applicationArchive.empty()) {
+    return m_applicationArchive;
+  }
+  const SString directory = PlatformImpl::createTempSubDirectory();
+  for (std::int32_t i = 0; i < m_inputFiles.getEmbeddedFileCount(); ++i) {
+    const FileIndexEntry* entry = m_inputFiles.getFileAt(i);
+    if (entry->getFileType() == FILE_TYPE_APPLICATION_ARCHIVE) {
+      m_applicationArchive = entry->extract(directory);
+    }
+  }
+  return m_applicationArchive;
+}
+
+const SString& Launcher::getApplicationArchive(const SString& name) {
+  if (!m_applicationArchive.empty()) {
+    return m_applicationArchive;
+  }
+  SString source = getOriginalLauncherDir();
+  appendPathSeparator(source);
+  source += name;
+  const SString target =
+      PlatformImpl::createTempSubDirectory() + PlatformImpl::getPathSeparator() + baseName(name);
+  int error = 0;
+  if (!copyFile(source, target, error)) {
+    return m_applicationArchive;
+  }
+  m_applicationArchive = target;
+  if (error != 0) {
+    throw LauncherException(PlatformImpl::getMessageText(MSG_WRITE_FILE_ERROR) +
+                            convertToString(error) +
+                            PlatformImpl::getMessageText(MSG_TEMP_SPACE_HINT));
+  }
+  return m_applicationArchive;
+}

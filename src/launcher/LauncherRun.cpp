@@ -1,1 +1,43 @@
-// (being written)
+// The run as a whole: process, the instruction script, the clean-up at the end.
+#include "archive/LauncherInputFiles.h"
+#include "instructions/InstructionsException.h"
+#include "launcher/Launcher.h"
+#include "platform/PlatformImpl.h"
+#include "tagfile/TextUtils.h"
+#include "util/LauncherException.h"
+
+Launcher::~Launcher() {
+  try {
+    PlatformImpl::cleanup();
+  } catch (...) {
+    // Nothing is left to be told to anybody: the exit status is decided.
+  }
+}
+
+std::int32_t Launcher::process(StringDeque& args, const SString& launcherPath) {
+  try {
+    m_launcherFileName = launcherPath;
+    m_origLauncherFileName = launcherPath;
+    for (long i = 0; i < args.size(); ++i) {
+      m_args.push_back(args[i]);
+    }
+    return processCmdLine(args);
+  } catch (const LauncherException& e) {
+    PlatformImpl::showUIMessage(e.getMessage());
+    logMessage(e.getMessage(), LOG_ERROR);
+    return -1;
+  }
+}
+
+std::int32_t Launcher::run() {
+  const Instructions* instructions = m_inputFiles.getInstructions();
+  if (instructions == nullptr) {
+    return -1;
+  }
+  try {
+    return instructions->execute();
+  } catch (const InstructionsException& e) {
+    throw LauncherException("Error in instructions. " + e.getMessage() + " Line number (" +
+                            convertToString(e.getLineNumber()) + ")");
+  }
+}

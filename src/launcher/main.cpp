@@ -1,2 +1,56 @@
-// The process entry.
-int main() { return 1; }
+// The process entry: arguments and the launcher's own path in, exit status out.
+#include <unistd.h>
+
+#include <cstdio>
+
+#include "launcher/Launcher.h"
+#include "platform/PlatformImpl.h"
+#include "tagfile/TextUtils.h"
+#include "util/SString.h"
+#include "util/StringDeque.h"
+
+namespace {
+
+constexpr std::size_t kCurrentDirCapacity = 1024;
+// With this status a wizard whose launcher has a quiet purpose has told the user itself.
+constexpr std::int32_t kQuietFailure = 232;
+
+// The launcher's own path as the user started it, behind the current directory unless it is
+// absolute. A current directory that cannot be told leaves "/" in front of it.
+SString makeAbsolute(const char* path) {
+  if (path[0] == '/') {
+    return path;
+  }
+  char currentDir[kCurrentDirCapacity] = {};
+  const char* known = getcwd(currentDir, sizeof currentDir);
+  SString absolute(known == nullptr ? kPathSeparator : known);
+  appendPathSeparator(absolute);
+  return absolute + path;
+}
+
+// QUIRK(quiet-232): exactly this status, and only for the purposes 0 and 2, is shown no error text
+// for; every other failure is loud. Programs that embed a launcher rely on the difference.
+bool isLoudFailure(std::int32_t status, std::int32_t purpose) {
+  return status != 0 && !(status == kQuietFailure && (purpose == 0 || purpose == 2));
+}
+
+int runLauncher(StringDeque& args, const SString& path) {
+  const Launcher cleanUpAtEnd;
+  const std::int32_t status = Launcher::process(args, path);
+  const std::int32_t purpose = Launcher::getLauncherPurpose(path.c_str());
+  if (isLoudFailure(status, purpose) && !Launcher::getErrOutput().empty()) {
+    PlatformImpl::showUIMessage(Launcher::getErrOutput());
+  }
+  return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  PlatformImpl::prepareProcess();
+  StringDeque args;
+  for (int i = 1; i < argc; ++i) {
+    args.push_back(argv[i]);
+  }
+  return runLauncher(args, makeAbsolute(argc > 0 ? argv[0] : ""));
+}
