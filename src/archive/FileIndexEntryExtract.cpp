@@ -1,1 +1,150 @@
-// (being written)
+// FileIndexEntry: copying an embedded file out of the launcher file.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+
+#include "archive/FileIndexEntry.h"
+#include "archive/LauncherFileFormat.h"
+#include "launcher/Launcher.h"
+#include "platform/PlatformImpl.h"
+#include "tagfile/TextUtils.h"
+#include "util/LauncherException.h"
+
+namespace {
+
+constexpr std::size_t kChunkSize = 61439;
+constexpr mode_t kNewFileMode = 0666;  // less the umask
+
+// A file without a buffer of its own: a chunk is one read and one write of the system, and what
+// was written is in the file at once, without a flush. Remembers the first error.
+class RawFile {
+ public:
+  RawFile(const SString& path, int flags)
+      : m_fd(open(path.c_str(), flags | O_CLOEXEC, kNewFileMode)) {
+    note(m_fd >= 0);
+  }
+  ~RawFile() { close(); }
+  RawFile(const RawFile&) = delete;
+  RawFile& operator=(const RawFile&) = delete;
+
+  int error() const { return m_error; }
+  bool isAtEnd() const { return m_atEnd; }
+
+  // Where the file stands after it was moved to `position`; a negative one cannot be reached and
+  // leaves it at its beginning.
+  std::int64_t seek(std::int64_t position) {
+    return lseek(m_fd, static_cast<off_t>(position), SEEK_SET) < 0 ? 0 : position;
+  }
+
+  // Fewer than `size` bytes come at the end of the file only; a read error counts as the end.
+  std::size_t read(char* bytes, std::size_t size) {
+    std::size_t done = 0;
+    while (done < size && !m_atEnd) {
+      const ssize_t count = ::read(m_fd, bytes + done, size - done);
+      m_atEnd = count == 0 || (count < 0 && errno != EINTR);
+      done += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    }
+    return done;
+  }
+
+  void write(const char* bytes, std::size_t size) {
+    while (size > 0 && m_error == 0) {
+      const ssize_t count = ::write(m_fd, bytes, size);
+      note(count >= 0 || errno == EINTR);
+      bytes += std::max<ssize_t>(count, 0);
+      size -= static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    }
+  }
+
+  void close() {
+    if (m_fd >= 0) {
+      note(::close(m_fd) == 0);
+      m_fd = -1;
+    }
+  }
+
+ private:
+  void note(bool success) {
+    if (!success && m_error == 0) {
+      m_error = errno;
+    }
+  }
+
+  int m_error = 0;
+  int m_fd;
+  bool m_atEnd = false;
+};
+
+// Copies the bytes from `begin` up to `end`, as far as they lie inside the launcher file. One
+// progress step for each chunk; a cancellation is looked for before each.
+void copyChunks(RawFile& launcher, RawFile& output, std::int64_t begin, std::int64_t end) {
+  const auto buffer = std::make_unique_for_overwrite<char[]>(kChunkSize);
+  std::int64_t position = launcher.seek(begin);
+  while (position < end && !launcher.isAtEnd() && output.error() == 0 &&
+         !PlatformImpl::isCanceled()) {
+    const auto wanted = std::min<std::int64_t>(kChunkSize, end - position);
+    const std::size_t count = launcher.read(buffer.get(), static_cast<std::size_t>(wanted));
+    output.write(buffer.get(), count);
+    PlatformImpl::advanceUIProgress(1);
+    position += static_cast<std::int64_t>(count);
+  }
+}
+
+// Returns the system's error number of a failed open or write, 0 for success. A launcher file that
+// has gone since its index was read is reported the same way.
+int copyStoredBytes(const SString& path, std::int64_t begin, std::int64_t end) {
+  RawFile launcher(Launcher::getLauncherFileName(), O_RDONLY);
+  if (launcher.error() != 0) {
+    return launcher.error();
+  }
+  RawFile output(path, O_WRONLY | O_CREAT | O_TRUNC);
+  if (output.error() == 0) {
+    copyChunks(launcher, output, begin, end);
+    output.close();
+  }
+  return output.error();
+}
+
+[[noreturn]] void throwWriteError(const SString& detail) {
+  throw LauncherException(PlatformImpl::getMessageText(MSG_WRITE_FILE_ERROR) + detail +
+                          PlatformImpl::getMessageText(MSG_TEMP_SPACE_HINT));
+}
+
+bool becomesExecutable(std::int32_t fileType) {
+  return fileType == FILE_TYPE_JVM_INSTALLER || fileType == FILE_TYPE_LAUNCHER;
+}
+
+}  // namespace
+
+// What the file's consumer unpacks from it needs room, too.
+void FileIndexEntry::checkFreeSpace(const SString& directory) const {
+  std::int64_t bytes = m_fileLength;
+  std::int64_t files = 1;
+  if (m_compressed) {
+    bytes += m_decompressedSize;
+    files += m_decompressedFileCount;
+  }
+  if (!PlatformImpl::checkFreeSpace(directory, bytes, files)) {
+    throwWriteError(SString());
+  }
+}
+
+SString FileIndexEntry::extract(const SString& directory) const {
+  checkFreeSpace(directory);
+  SString path = directory;
+  appendPathSeparator(path);
+  path += m_stringValue;
+  const std::int64_t begin = m_offsetToBytes;
+  const int error = copyStoredBytes(path, begin, begin + m_fileLength);
+  if (error != 0) {
+    throwWriteError(convertToString(error));
+  }
+  PlatformImpl::throwIfCanceled();
+  if (becomesExecutable(m_fileType)) {
+    PlatformImpl::setFileExecutable(path);
+  }
+  return path;
+}
