@@ -1,1 +1,39 @@
 #include "platform/DeleteFullDir.h"
+
+#include <cstring>
+
+#include "platform/PlatformImpl.h"
+
+bool DeleteFullDir::process(const SString& directory) {
+  const bool stopped = FileNavigator::process(directory);
+  // From the last to the first: inner directories go before those that hold them.
+  for (long i = visitedDirectories().size() - 1; i >= 0; --i) {
+    deleteDirectory(i);
+  }
+  return stopped;
+}
+
+bool DeleteFullDir::processFile(const SString& path) {
+  if (!PlatformImpl::deleteOneFile(path)) {
+    m_failed.push_back(path);
+  }
+  return false;
+}
+
+void DeleteFullDir::deleteDirectory(long position) {
+  const SString& directory = visitedDirectories()[position];
+  if (!isProtected(position) && !PlatformImpl::deleteOneFile(directory)) {
+    m_failed.push_back(directory);
+  }
+}
+
+// QUIRK(failure-protects-by-position): only the failure at the directory's own position in the list
+// is looked at, so most directories with something left in them are tried and logged all the same.
+// The log of a failed clean-up names them, and who reads such logs looks for these lines.
+bool DeleteFullDir::isProtected(long position) const {
+  if (position >= m_failed.size()) {
+    return false;
+  }
+  const SString& directory = visitedDirectories()[position];
+  return std::strncmp(m_failed[position].c_str(), directory.c_str(), directory.size()) == 0;
+}

@@ -1,1 +1,177 @@
-// (being written)
+// PlatformImpl: what the user sees. Status lines, progress, messages, title, prompt.
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+
+#include "platform/Console.h"
+#include "platform/MessageCatalogue.h"
+#include "platform/PlatformImpl.h"
+#include "platform/UserEncoding.h"
+#include "tagfile/TextUtils.h"
+
+namespace {
+
+constexpr std::int32_t kProgressPerRow = 70;
+constexpr int kNoText = -1;
+
+// What setUIStatus shows: `lead`, where there is one, and `text` in one line. `text` may hold the
+// title.
+struct StatusRow {
+  UIStatus status;
+  int lead;
+  int text;
+};
+
+constexpr StatusRow kStatusRows[] = {
+    {UI_STATUS_INITIALIZING, kNoText, kCatalogueInitializing},
+    {UI_STATUS_SEARCHING, kNoText, kCatalogueSearching},
+    {UI_STATUS_LAUNCH_FAILED, kCatalogueNoJVM, kCatalogueNotLaunched},
+    {UI_STATUS_RUNNING, kNoText, kCatalogueRunning},
+    {UI_STATUS_PREPARING_JVM, kNoText, kCataloguePreparingJVM},
+};
+
+// The catalogue indexes of the identifiers, in their order.
+constexpr int kMessageIndexes[] = {
+    19,       // MSG_INPUT_FILE_LOAD_FAILED
+    20,       // MSG_INSTRUCTIONS_LOAD_FAILED
+    21,       // MSG_LAUNCH_SCRIPT_LOAD_FAILED
+    22,       // MSG_JVM_FILE_LOAD_FAILED
+    23,       // MSG_INVALID_JVM_FILE_ID
+    24,       // MSG_INVALID_ACTION
+    25,       // MSG_LOG_FILE_NAME_MISSING
+    26,       // MSG_EXTRACT_FAILED
+    27,       // MSG_FILE_INDEX_LOAD_FAILED
+    28,       // MSG_NO_JVM_INSTALLER
+    29,       // MSG_INVALID_JVM
+    30,       // MSG_INPUT_FILE_NAME_MISSING
+    31,       // MSG_NO_SUITABLE_JVM
+    kNoText,  // MSG_NO_TEXT
+    32,       // MSG_SEARCH_ALL_FAILED
+    33,       // MSG_INPUT_FILE_OPEN_FAILED
+    36,       // MSG_WRITE_FILE_ERROR
+    37,       // MSG_TEMP_SPACE_HINT
+    38,       // MSG_CANCELED
+    39,       // MSG_TEMP_DIR_MISSING
+};
+static_assert(std::size(kMessageIndexes) == MSG_TEMP_DIR_MISSING + 1);
+
+// Progress is a 32-bit number that wraps around.
+std::int32_t addWrapping(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+
+void showStatus(const StatusRow& row) {
+  writeLine("");
+  if (row.lead != kNoText) {
+    write(get_msg(row.lead, nullptr).get());
+  }
+  writeLine(get_msg(row.text, g_title.c_str()).get());
+}
+
+// In the user's encoding. What it cannot hold ends the title.
+SString convertTitle(const SString& title) {
+  const auto wide = convertToUnicode(title);
+  std::optional<UserEncoding> encoding;
+  if (UserEncoding::isNeededFor(wide.get())) {
+    encoding.emplace();
+  }
+  return PlatformImpl::wideToMultiByte(wide.get());
+}
+
+}  // namespace
+
+void PlatformImpl::setUIStatus(UIStatus status) {
+  if (m_silent) {
+    return;
+  }
+  for (const StatusRow& row : kStatusRows) {
+    if (row.status == status) {
+      showStatus(row);
+    }
+  }
+}
+
+// QUIRK(sub-status-never-shown): the line for the sub-status is not written, and the sub-status is
+// none at once. Calling programs count our lines; a console has no place for a passing text.
+void PlatformImpl::setUISubStatus(UISubStatus, const SString& data) {
+  if (m_silent) {
+    return;
+  }
+  m_subStatus = UI_SUBSTATUS_NONE;
+  m_subStatusData = data;
+}
+
+void PlatformImpl::setUIProgress(std::int32_t progress) {
+  if (m_silent) {
+    return;
+  }
+  ui_progress = progress;
+  const std::int32_t block = progress / kProgressPerRow;
+  if (g_enableOutput && block > ui_progressBlock) {
+    writeLine("");
+    ui_progressBlock = block;
+  }
+}
+
+// QUIRK(progress-counts-double): n steps show n dots and advance the progress by 2n, so that a row
+// of single steps ends after 35 dots. Its looks are what users and calling programs know.
+void PlatformImpl::advanceUIProgress(std::int32_t steps) {
+  if (m_silent) {
+    return;
+  }
+  ui_progress = addWrapping(ui_progress, steps);
+  if (g_enableOutput) {
+    const auto dot = get_msg(kCatalogueDot, nullptr);
+    for (std::int32_t i = 0; i < steps; ++i) {
+      write(dot.get());
+    }
+  }
+  setUIProgress(addWrapping(ui_progress, steps));
+}
+
+void PlatformImpl::showUI() {
+  g_enableOutput = !m_silent;
+}
+
+void PlatformImpl::hideUI(std::int16_t) {
+  g_enableOutput = false;
+}
+
+bool PlatformImpl::isUIVisible() {
+  return g_enableOutput;
+}
+
+// QUIRK(messages-show-while-hidden): a hidden console hides status and progress, not messages. A
+// calling program that hides us still wants to show its user why nothing happens.
+void PlatformImpl::showUIMessage(const SString& text) {
+  if (!m_silent) {
+    std::puts(text.c_str());
+  }
+}
+
+void PlatformImpl::setUITitle(const SString& title) {
+  const SString converted = convertTitle(title);
+  if (!converted.empty() || title.empty()) {
+    g_title = converted;
+  }
+  if (!m_silent) {
+    writeLine(g_title);
+  }
+}
+
+SString PlatformImpl::getMessageText(MessageIdentifier id) {
+  const int number = id;
+  if (number < 0 || number > MSG_TEMP_DIR_MISSING || kMessageIndexes[number] == kNoText) {
+    return {};
+  }
+  return get_msg(kMessageIndexes[number], nullptr).get();
+}
+
+SString PlatformImpl::promptJVMDestinationDirectory() {
+  if (m_silent) {
+    return {};
+  }
+  writeLine(get_msg(kCatalogueAskDestination, nullptr).get());
+  std::fflush(stdout);  // who is to answer must see the question, in a pipe too
+  return getLine();
+}

@@ -1,1 +1,119 @@
 #include "platform/PlatformImpl.h"
+
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "tagfile/TextUtils.h"
+
+constinit volatile std::sig_atomic_t PlatformImpl::m_canceled = 0;
+constinit volatile pid_t PlatformImpl::m_child = 0;
+constinit bool PlatformImpl::m_silent = false;
+constinit UISubStatus PlatformImpl::m_subStatus = UI_SUBSTATUS_NONE;
+constinit SString PlatformImpl::m_subStatusData;
+constinit SString PlatformImpl::m_tempDir;
+constinit StringDeque PlatformImpl::m_sdqCreatedFiles;
+constinit StringDeque PlatformImpl::m_sdqCreatedDrs;
+constinit bool PlatformImpl::m_deleteLauncher = false;
+
+namespace {
+
+constexpr char kHintSeparator = ':';
+constexpr std::size_t kLongestCharacter = 10;
+constexpr std::size_t kConversionFailed = static_cast<std::size_t>(-1);
+
+// A text that the environment points at, directly behind this header. It lives as long as the
+// process, since nobody knows when the environment drops it; the chain says so to leak checkers.
+struct EnvironmentText {
+  EnvironmentText* previous;
+  char* text() { return reinterpret_cast<char*>(this + 1); }
+};
+
+constinit EnvironmentText* g_lastEnvironmentText = nullptr;
+
+char* keepForEver(const SString& text) {
+  const std::size_t size = text.size() + 1;
+  void* memory = ::operator new(sizeof(EnvironmentText) + size);
+  g_lastEnvironmentText = new (memory) EnvironmentText{g_lastEnvironmentText};
+  std::memcpy(g_lastEnvironmentText->text(), text.c_str(), size);
+  return g_lastEnvironmentText->text();
+}
+
+// The length of a character in the locale's encoding; 0 when it has none there.
+std::size_t lengthOfCharacter(wchar_t character) {
+  char bytes[kLongestCharacter] = {};
+  if (std::wctomb(bytes, character) < 0) {
+    return 0;
+  }
+  const int length = std::mblen(bytes, kLongestCharacter);
+  return length < 0 ? 0 : static_cast<std::size_t>(length);
+}
+
+std::size_t lengthOfMultiByte(const wchar_t* text) {
+  std::size_t length = std::wcstombs(nullptr, text, 0);
+  if (length != kConversionFailed) {
+    return length;
+  }
+  length = 0;
+  for (; *text != L'\0'; ++text) {
+    length += lengthOfCharacter(*text);
+  }
+  return length;
+}
+
+}  // namespace
+
+void PlatformImpl::getJVMSearchPartitions(StringDeque& partitions) {
+  partitions.push_back(kPathSeparator);
+}
+
+SString PlatformImpl::getPathSeparator() {
+  return kPathSeparator;
+}
+
+void PlatformImpl::getPlatformHint(StringDeque& homes, const SString& variableName) {
+  homes.clear();
+  const SString value = getEnvironmentVariable(variableName);
+  if (value.empty()) {
+    return;
+  }
+  std::size_t start = 0;
+  for (std::size_t end = value.find(kHintSeparator); end != SString::npos;
+       end = value.find(kHintSeparator, start)) {
+    homes.push_back(value.substr(start, end - start));
+    start = end + 1;
+  }
+  homes.push_back(value.substr(start));
+}
+
+void PlatformImpl::getPlatformJVMPaths(StringDeque& dirs) {
+  getPlatformHint(dirs, "PATH");
+}
+
+SString PlatformImpl::getEnvironmentVariable(const SString& name) {
+  return std::getenv(name.c_str());
+}
+
+void PlatformImpl::setEnvironmentVariable(const SString& name, const SString& value) {
+  putenv(keepForEver(name + "=" + value));
+}
+
+void PlatformImpl::setFileExecutable(const SString& path) {
+  struct stat status;
+  if (stat(path.c_str(), &status) == 0) {
+    (void)chmod(path.c_str(), (status.st_mode & 07777) | 0111);
+  }
+}
+
+SString PlatformImpl::wideToMultiByte(const wchar_t* text) {
+  const std::size_t length = lengthOfMultiByte(text);
+  const auto buffer = std::make_unique<char[]>(length + 1);
+  // What was converted before a character that cannot be stays in the buffer.
+  (void)std::wcstombs(buffer.get(), text, length);
+  return buffer.get();
+}

@@ -1,0 +1,62 @@
+#include "platform/Console.h"
+
+#include <cctype>
+#include <cstdio>
+
+namespace {
+
+constexpr std::size_t kLongestWord = 64 * 1024;
+
+int skipWhiteSpace() {
+  int byte = std::getchar();
+  while (byte != EOF && std::isspace(byte) != 0) {
+    byte = std::getchar();
+  }
+  return byte;
+}
+
+}  // namespace
+
+constinit bool g_enableOutput = true;
+constinit SString g_title;
+constinit std::int32_t ui_progress = 0;
+constinit std::int32_t ui_progressBlock = 0;
+
+void writeLine(const SString& text) {
+  writeLine(text.c_str());
+}
+
+void writeLine(const char* text) {
+  if (g_enableOutput) {
+    std::puts(text);
+  }
+}
+
+// The text is a format on purpose, see below.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+#pragma GCC diagnostic ignored "-Wformat-security"
+
+// QUIRK(write-interprets-percent): the text is the format itself, so "%%" shows as one "%".
+// Translators' texts rely on it: all texts of the catalogue are written by the rules of printf.
+void write(const char* text) {
+  if (g_enableOutput) {
+    std::printf(text);
+    std::fflush(stdout);
+  }
+}
+
+#pragma GCC diagnostic pop
+
+SString getLine() {
+  SString word;
+  int byte = skipWhiteSpace();
+  while (byte != EOF && std::isspace(byte) == 0 && word.size() < kLongestWord) {
+    word += static_cast<char>(byte);
+    byte = std::getchar();
+  }
+  if (byte != EOF) {
+    std::ungetc(byte, stdin);
+  }
+  return word;
+}

@@ -1,0 +1,32 @@
+// Console: the writers and the reader under the launcher's user interface, and their state.
+//
+// Used by PlatformImpl's console operations; other code goes through those. Standard output and
+// input only. Text ends at its first zero byte; nothing is converted on its way. Writing is never
+// checked: a launcher whose reader has gone still does its work.
+#ifndef CORVANE_PLATFORM_CONSOLE_H
+#define CORVANE_PLATFORM_CONSOLE_H
+
+#include <cstdint>
+
+#include "util/SString.h"
+
+// The state of the process: first value, writer.
+extern bool g_enableOutput;            // true; showUI, hideUI
+extern SString g_title;                // empty; setUITitle. The product's name in status lines
+extern std::int32_t ui_progress;       // 0; setUIProgress, advanceUIProgress
+extern std::int32_t ui_progressBlock;  // 0; setUIProgress. Rows of dots that were closed
+
+// The text and a newline; nothing while output is disabled.
+void writeLine(const SString& text);
+void writeLine(const char* text);
+
+// The text without a newline, at once; nothing while output is disabled. `text` is a format of
+// printf without arguments: only texts of the catalogue that hold no "%s" may go here.
+void write(const char* text);
+
+// One word of standard input: white space is skipped, then everything up to the next white space is
+// taken. What there is when the input ends, a signal interrupts or the word grows past 64 KiB
+// (the rest stays to be read); so possibly nothing.
+SString getLine();
+
+#endif
