@@ -29,6 +29,9 @@ class CmdLine {
   const char* getOption(int index) const;
 
  private:
+  // Reads the quoted section that begins at `pos`, inside an argument.
+  void appendQuotedSection(const SString& line, std::size_t& pos, bool isFirst, SString& arg) const;
+
   std::int32_t m_optionCount = 0;
   StringDeque m_options;
 };

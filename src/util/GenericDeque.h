@@ -2,12 +2,11 @@
 //
 // Indexes are signed, from 0, and never fail: an index outside the sequence yields no entry, and
 // operations with such an index do nothing, except that a negative one appends on insertion.
-// Entries are owned by value. The first insertion makes room for thirty entries; from there on the
-// room grows by half, so that appending stays linear in the number of entries.
+// Entries are owned by value. A sequence of one entry takes room for one (tag files are full of
+// those); appending is linear in the number of entries.
 #ifndef CORVANE_UTIL_GENERICDEQUE_H
 #define CORVANE_UTIL_GENERICDEQUE_H
 
-#include <algorithm>
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -34,7 +33,6 @@ class GenericDeque {
     if (index >= size()) {
       return;
     }
-    grow();
     const auto place = index < 0 ? m_entries.end() : m_entries.begin() + index;
     m_entries.insert(place, std::move(entry));
   }
@@ -49,16 +47,8 @@ class GenericDeque {
   void clear() { m_entries.clear(); }
 
  private:
-  static constexpr std::size_t kFirstCapacity = 30;
-
   static std::size_t asPosition(long index) { return static_cast<std::size_t>(index); }
   bool contains(long index) const { return index >= 0 && index < size(); }
-
-  void grow() {
-    if (m_entries.size() == m_entries.capacity()) {
-      m_entries.reserve(std::max(kFirstCapacity, m_entries.size() + m_entries.size() / 2));
-    }
-  }
 
   std::vector<Entry> m_entries;
 };
