@@ -171,6 +171,7 @@ class PlatformImpl {
 
  private:
   friend class PlatformTestAccess;  // tests set and reset the state below
+  class Child;                      // a running child process (PlatformProcess.cpp)
 
   static void handleSignal(int signal, siginfo_t* info, void* context);
 
