@@ -1,1 +1,42 @@
 #include "platform/FindFiles.h"
+
+#include <string_view>
+
+#include "platform/PlatformImpl.h"
+#include "tagfile/TextUtils.h"
+
+namespace {
+
+constexpr char kUnixTempDir[] = "/var/tmp/";
+
+// True when `path` ends with a separator and `name`.
+bool isNamed(std::string_view path, std::string_view name) {
+  return path.size() > name.size() && path.ends_with(name) &&
+         path[path.size() - name.size() - 1] == '/';
+}
+
+}  // namespace
+
+FindFiles::FindFiles(const StringDeque& names, FileFindListener& listener)
+    : FileNavigator(true, Visited::Forget),
+      m_names(names),
+      m_listener(listener),
+      m_tempDir(PlatformImpl::getSystemTempDirectory()) {
+  appendPathSeparator(m_tempDir);
+}
+
+bool FindFiles::processFile(const SString& path) {
+  for (long i = 0; i < m_names.size(); ++i) {
+    if (isNamed(path, m_names[i]) && m_listener.foundFile(path)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool FindFiles::skipDirectory(const SString& path) {
+  // QUIRK(skip-needs-trailing-separator): directories met on the way have no separator at their
+  // end, so only a root that was given with one is ever skipped. JVMs unpacked into the temporary
+  // directory are found for that reason.
+  return path == m_tempDir || path == kUnixTempDir;
+}
