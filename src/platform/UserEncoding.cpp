@@ -2,7 +2,6 @@
 
 #include <clocale>
 #include <cstdlib>
-#include <cstring>
 
 namespace {
 
@@ -45,17 +44,11 @@ bool UserEncoding::isNeededFor(const wchar_t* text) {
 
 bool UserEncoding::isUtf8(const SString& localeName) {
   const std::size_t dot = localeName.find('.');
-  if (dot == SString::npos) {
-    return false;
-  }
   SString codeset;
-  for (const char byte : localeName.substr(dot + 1).view()) {
-    if (byte == '@') {
-      break;
-    }
-    if (byte != '-') {
-      codeset += toLowerAscii(byte);
+  for (std::size_t i = dot; i < localeName.size() && localeName[i] != '@'; ++i) {
+    if (localeName[i] != '-') {
+      codeset += toLowerAscii(localeName[i]);
     }
   }
-  return codeset == "utf8";
+  return codeset == ".utf8";
 }
