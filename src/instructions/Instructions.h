@@ -2,28 +2,30 @@
 //
 // The script is the values of the tag INSTRUCTIONS, one statement per line: labels, comments, two
 // jumps, SET, and commands that call operations of Launcher (docs/instructions.md). The tag file
-// is not owned and must outlive the interpreter.
+// is not owned; it must outlive the interpreter and stay as it is.
 //
 // Instructions.cpp runs the statements; InstructionsExpressions.cpp evaluates arguments. Errors of
 // the script are InstructionsException; a LauncherException of an operation passes through.
-// Jumping backwards and substitution look at the cancel flag, so that a script that loops for ever
-// can be stopped: they throw LauncherException "Canceled by the user.".
+// A script that loops for ever can be stopped: a jump backwards, and a substitution that goes on
+// and on, look at the cancel flag and throw LauncherException "Canceled by the user.". Nothing else
+// looks at it: a script whose wizard was interrupted goes on to its end.
 #ifndef CORVANE_INSTRUCTIONS_INSTRUCTIONS_H
 #define CORVANE_INSTRUCTIONS_INSTRUCTIONS_H
 
 #include <cstdint>
-#include <string>
-#include <string_view>
-#include <unordered_map>
+#include <optional>
 
+#include "instructions/LabelIndex.h"
 #include "tagfile/TagFile.h"
+#include "util/LauncherException.h"
 #include "util/SString.h"
 
 class Instructions {
  public:
   explicit Instructions(const TagFile& instructions) : m_tagFile(instructions) {}
 
-  // Runs the script and returns the result of the last LAUNCH or ILAUNCH, 0 when none ran.
+  // Runs the script from its first line and returns the result of the last LAUNCH or ILAUNCH, 0
+  // when none ran.
   int execute() const;
   // The index of the line that defines the label, which may hold variable references. The first
   // line is never looked at.
@@ -31,8 +33,8 @@ class Instructions {
   // Throws InstructionsException with the number of the line being executed.
   [[noreturn]] void throwException(const SString& message) const;
 
-  // Replaces every @NAME@ in `text` by the variable's value and @@ by @, until a pass changes
-  // nothing. `prefix` opens every error text.
+  // Replaces every @NAME@ in `text` by the variable's value and @@ by @, until a pass replaces no
+  // more. `prefix` opens every error text. An empty text is an error.
   void evalExpr(SString& text, const SString& prefix) const;
   // The substituted text as a number or a boolean (0 or 1).
   std::int32_t evalLongExpr(const SString& text, const SString& prefix) const;
@@ -46,12 +48,23 @@ class Instructions {
                       const SString& prefix) const;
 
  private:
-  struct Statement;  // a line being executed: its text, the position in it, the run's result
-  struct CommandRow;
+  struct Statement;   // a line being executed: its text, the position in it, the run's result
+  struct CommandRow;  // a command's name and what it does
   static const CommandRow kCommands[];
+  // The user's end of the run: SET gives a line number to every other LauncherException.
+  struct Canceled : LauncherException {
+    using LauncherException::LauncherException;
+  };
+
+  const StringDeque& lines() const;
+  void jumpTo(const SString& label) const;
+  // One pass of evalExpr; true when it replaced a reference. `count` counts them in all passes.
+  bool substitute(SString& text, const SString& prefix, std::uint32_t& count) const;
+  static void stopIfCanceled();
 
   const TagFile& m_tagFile;
-  mutable std::uint32_t m_currentLine = 0;  // from 0; also read by throwException
+  mutable std::uint32_t m_currentLine = 0;     // from 0; also read by throwException
+  mutable std::optional<LabelIndex> m_labels;  // none until the first jump
 };
 
 #endif

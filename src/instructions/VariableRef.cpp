@@ -1,1 +1,68 @@
 #include "instructions/VariableRef.h"
+
+#include <cctype>
+
+#include "launcher/Launcher.h"
+#include "tagfile/TextUtils.h"
+#include "util/LauncherException.h"
+
+namespace {
+
+// Each stands behind the caller's prefix.
+constexpr const char* kTooShort =
+    " Variable references must be at least 2 characters (e.g. N1 and S10).";
+constexpr const char* kInvalidReference = " Invalid variable reference (";
+constexpr const char* kInvalidReferenceEnd =
+    "). Must use N or S as the variable type, e.g. N2 or S1.";
+constexpr const char* kInvalidNumber = " Variable number is invalid (";
+constexpr const char* kInvalidValue = " Invalid numeric expression in ";
+constexpr const char* kNotNumeric = " into a numeric value.";
+
+char upperCase(char byte) {
+  return static_cast<char>(std::toupper(static_cast<unsigned char>(byte)));
+}
+
+}  // namespace
+
+void VariableRef::init(const SString& reference, const SString& prefix) {
+  if (reference.size() < 2) {
+    throw LauncherException(prefix + kTooShort);
+  }
+  m_type = upperCase(reference[0]);
+  if (!isNumericVariable() && !isStringVariable()) {
+    throw LauncherException(prefix + kInvalidReference + reference + kInvalidReferenceEnd);
+  }
+  // QUIRK(number-with-trailing-text): "N1x", "N 1", "N+1" and "N01" all mean N1, since the number
+  // is read as leniently as any other number of a script.
+  const SString rest = reference.substr(1);
+  const bool isValid = convertToLong(rest, m_number) &&
+                       (isNumericVariable() ? Launcher::isValidLongVariable(m_number)
+                                            : Launcher::isValidStringVariable(m_number));
+  if (!isValid) {
+    throw LauncherException(prefix + kInvalidNumber + rest + ")");
+  }
+}
+
+void VariableRef::setValue(const SString& value, const SString& prefix) const {
+  if (isStringVariable()) {
+    Launcher::setStringVariable(m_number, value);
+    return;
+  }
+  std::int32_t number = 0;
+  if (!convertToLong(value, number)) {
+    throw LauncherException(prefix + kInvalidValue + value);
+  }
+  Launcher::setLongVariable(m_number, number);
+}
+
+SString VariableRef::getStringValue() const {
+  return isNumericVariable() ? convertToString(Launcher::getLongVariable(m_number))
+                             : Launcher::getStringVariable(m_number);
+}
+
+std::int32_t VariableRef::getNumericValue(const SString& prefix) const {
+  if (!isNumericVariable()) {
+    throw LauncherException(prefix + kNotNumeric);
+  }
+  return Launcher::getLongVariable(m_number);
+}
