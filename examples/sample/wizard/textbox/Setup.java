@@ -62,7 +62,7 @@ public final class Setup {
         if (options.console) {
             return ConsoleFront.onStandardStreams();
         }
-        Front front = WindowFront.open();
+        Front front = openWindow();
         if (front == null) {
             front = ConsoleFront.onTerminal();
         }
@@ -71,6 +71,14 @@ public final class Setup {
                     + " folder. Run the setup again with -silent.\n" + Options.USAGE);
         }
         return front;
+    }
+
+    private static Front openWindow() {
+        try {
+            return WindowFront.open();
+        } catch (LinkageError noWindowSystemInThisJvm) {
+            return null;
+        }
     }
 
     private static void record(String file, Path folder) throws SetupException {

@@ -24,8 +24,8 @@ final class WindowFront implements Front {
     /**
      * Opens the display.
      *
-     * @return null when there is none. A JVM can be headless by its settings, by the lack of a
-     *     display, or because it came without the libraries for one; each shows itself differently.
+     * @return null when there is none. That shows itself in several ways; where the JVM came without
+     *     the libraries for a display, in a {@link LinkageError} here or when this class is loaded.
      */
     static WindowFront open() {
         try {
@@ -34,7 +34,7 @@ final class WindowFront implements Front {
             }
             GraphicsEnvironment.getLocalGraphicsEnvironment().getDefaultScreenDevice();
             return new WindowFront();
-        } catch (HeadlessException | AWTError | LinkageError | InternalError noDisplay) {
+        } catch (HeadlessException | AWTError | InternalError noDisplay) {
             return null;
         }
     }
