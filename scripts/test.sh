@@ -1,0 +1,92 @@
+#!/usr/bin/env bash
+# Sets up, builds and runs every test: the rules of the house, the release build, the build with the
+# address and undefined-behaviour sanitizers, the big-endian build where there are the tools for it,
+# and the demo. The last line counts them all; the exit status is 0 when none failed.
+#
+# Usage: scripts/test.sh
+set -uo pipefail
+# shellcheck source=scripts/setup.sh
+. "$(dirname -- "${BASH_SOURCE[0]}")/setup.sh"
+# No step is attended, even when somebody watches.
+exec </dev/null
+export CI=true
+
+passed=0 failed=0 skipped=0
+failures=()
+
+pass() { passed=$((passed + 1)); }
+fail() {
+    failed=$((failed + 1))
+    failures+=("$1")
+}
+
+# check NAME COMMAND...: a command that is one test.
+check() {
+    local name=$1
+    shift
+    say "$name"
+    if "$@"; then pass; else fail "$name"; fi
+}
+
+# count ATTRIBUTE REPORT: a number of the whole run in ctest's report.
+count() { grep -o -m 1 "\\b$1=\"[0-9]*\"" "$2" | tr -dc 0-9; }
+
+# Builds a preset and runs its tests.
+test_preset() {
+    local preset=$1 report=$root/build/$1-tests.xml status=0 all bad left_out
+    if ! build "$preset"; then
+        fail "build of the preset $preset"
+        return
+    fi
+    say "Testing ($preset)"
+    rm -f -- "$report"
+    (cd -- "$root" && ctest --preset "$preset" --no-tests=error -j "$(getconf _NPROCESSORS_ONLN)" \
+        --output-junit "$report") || status=$?
+    if [ ! -s "$report" ]; then
+        fail "ctest of the preset $preset"
+        return
+    fi
+    all=$(count tests "$report")
+    bad=$(count failures "$report")
+    left_out=$(($(count skipped "$report") + $(count disabled "$report")))
+    passed=$((passed + all - bad - left_out))
+    failed=$((failed + bad))
+    skipped=$((skipped + left_out))
+    if [ "$bad" != 0 ]; then
+        failures+=("$bad tests of the preset $preset, listed above and in build/$preset-tests.xml")
+    elif [ "$status" != 0 ]; then
+        fail "ctest of the preset $preset (status $status)"
+    fi
+}
+
+test_big_endian() {
+    if has powerpc-linux-gnu-g++ && has qemu-ppc; then
+        test_preset powerpc
+    else
+        say "No big-endian tests: g++-powerpc-linux-gnu or qemu-user is missing"
+        skipped=$((skipped + 1))
+    fi
+}
+
+demo_without_jvm() { ! "$root/scripts/demo.sh" --no-jvm; }
+
+finish() {
+    printf '\n'
+    if [ "$failed" != 0 ]; then
+        printf 'Failed: %s\n' "${failures[@]}"
+    fi
+    printf '%d passed, %d failed, %d skipped\n' "$passed" "$failed" "$skipped"
+    [ "$failed" = 0 ] && [ "$passed" != 0 ]
+}
+
+use_utf8
+set_up test
+check "Rule: includes point one way" python3 -B "$root/tools/check_rooms.py" "$root"
+check "Rule: every quirk has its test" python3 -B "$root/tools/check_quirks.py" "$root"
+test_preset release
+test_preset asan
+test_big_endian
+check "The demo" "$root/scripts/demo.sh"
+check "The demo once more" "$root/scripts/demo.sh"
+check "The demo without a suitable Java" demo_without_jvm
+finish
