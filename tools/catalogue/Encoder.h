@@ -1,0 +1,43 @@
+// Characters in UTF-8, one by one, and their form in a traditional encoding.
+#ifndef CORVANE_TOOLS_CATALOGUE_ENCODER_H
+#define CORVANE_TOOLS_CATALOGUE_ENCODER_H
+
+#include <iconv.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace catalogue {
+
+// Cuts UTF-8 text into its characters. A byte that belongs to none stands for itself, and then
+// cannot be encoded.
+std::vector<std::string_view> charactersOf(std::string_view utf8);
+
+// The number of a character that charactersOf gave.
+char32_t codePointOf(std::string_view character);
+
+// How problems name a character: its number, then the character itself unless it would not show
+// ("U+2026 '...'" with the one character between the quotes).
+std::string nameOfCharacter(std::string_view character);
+
+// One for a run over one language's texts. Knows stateless encodings only: a text's form is that
+// of its characters in a row. Throws std::runtime_error when iconv does not know the encoding.
+class Encoder {
+ public:
+  explicit Encoder(const char* encoding);
+  ~Encoder();
+  Encoder(const Encoder&) = delete;
+  Encoder& operator=(const Encoder&) = delete;
+
+  // Empty optional when the encoding lacks the character; nothing is ever replaced by a likeness.
+  std::optional<std::string> encode(std::string_view character);
+
+ private:
+  iconv_t m_converter;
+};
+
+}  // namespace catalogue
+
+#endif
