@@ -123,7 +123,7 @@ void stripQuotes(SString& text) {
   }
 }
 
-void readLineFromString(const SString& text, std::size_t& position, SString& line) {
+void readRawLineFromString(const SString& text, std::size_t& position, SString& line) {
   if (position >= text.size()) {
     return;
   }
@@ -135,7 +135,13 @@ void readLineFromString(const SString& text, std::size_t& position, SString& lin
     }
   }
   ++position;
-  trim(line);
+}
+
+void readLineFromString(const SString& text, std::size_t& position, SString& line) {
+  if (position < text.size()) {
+    readRawLineFromString(text, position, line);
+    trim(line);
+  }
 }
 
 SString getTokenFromString(const SString& text, std::size_t& position) {

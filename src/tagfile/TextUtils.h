@@ -35,6 +35,8 @@ void stripQuotes(SString& text);
 // returns, trims `line`, and leaves `position` one past the newline (one past the end of the text
 // when no newline ended the line). A position at or past the end leaves both untouched.
 void readLineFromString(const SString& text, std::size_t& position, SString& line);
+// The same without trimming: for text of another program, compared as it was printed.
+void readRawLineFromString(const SString& text, std::size_t& position, SString& line);
 
 // Skips white space (the C library's space class) from `position`, then returns the bytes up to
 // the next white space or the end; empty when only white space remained. `position` is left one
