@@ -1,1 +1,139 @@
 #include "launchscript/LaunchScript.h"
+
+#include "jvm/JVMFile.h"
+#include "launcher/Launcher.h"
+#include "platform/PlatformImpl.h"
+#include "tagfile/TextUtils.h"
+#include "util/LauncherException.h"
+
+namespace {
+
+constexpr const char* kJavaHome = "JAVA_HOME";
+
+// Puts JAVA_HOME back at the end of the run, also after an error.
+class JavaHomeScope {
+ public:
+  explicit JavaHomeScope(const SString& home)
+      : m_saved(PlatformImpl::getEnvironmentVariable(kJavaHome)) {
+    PlatformImpl::setEnvironmentVariable(kJavaHome, home);
+  }
+  // QUIRK(java-home-comes-back-empty): a variable that was unset is set to nothing afterwards.
+  ~JavaHomeScope() { PlatformImpl::setEnvironmentVariable(kJavaHome, m_saved); }
+  JavaHomeScope(const JavaHomeScope&) = delete;
+  JavaHomeScope& operator=(const JavaHomeScope&) = delete;
+
+ private:
+  SString m_saved;
+};
+
+// The launcher's own directory.
+SString launcherDirectory() {
+  const SString file = Launcher::getLauncherFileName();
+  return file.substr(0, file.rfind(PlatformImpl::getPathSeparator()));
+}
+
+void appendQuoted(SString& command, const SString& argument) {
+  command += " \"";
+  for (const char byte : argument.view()) {
+    if (byte == '"') {
+      command += '\\';
+    }
+    command += byte;
+  }
+  command += '"';
+}
+
+// One line NAME=VALUE of the jvm file; without "=" the value is empty.
+void setEnvironmentFromLine(const SString& line) {
+  if (line.empty()) {
+    return;
+  }
+  const std::size_t equalSign = line.find('=');
+  const SString value = equalSign == SString::npos ? SString() : line.substr(equalSign + 1);
+  PlatformImpl::setEnvironmentVariable(trimmed(line.substr(0, equalSign)), trimmed(value));
+}
+
+void setEnvironmentForWizard(const TagFile& jvmFile) {
+  if (!Launcher::isQuietPurpose()) {
+    return;
+  }
+  const long count = jvmFile.getTagValueCount("SET_ENV_FOR_WIZARD");
+  for (long i = 0; i < count; ++i) {
+    setEnvironmentFromLine(
+        trimmed(jvmFile.getTagValue("SET_ENV_FOR_WIZARD", static_cast<unsigned long>(i))));
+  }
+}
+
+}  // namespace
+
+LaunchScript::LaunchScript(const TagFile& script, bool captureOutput)
+    : m_command(script.getTagValue("COMMAND", 0)),
+      m_captureOutput(captureOutput),
+      m_displayConsole(script.getBoolTagValue("DISPLAY_CONSOLE", false)),
+      m_autoSetWorkingDir(script.getBoolTagValue("AUTO_SET_WORKING_DIR", true)),
+      m_embeddedJars(true),
+      m_description(script.getTagValue("DESC", 0)),
+      m_archive(script.getTagValue("ARCHIVE", 0)) {}
+
+LaunchScript::LaunchScript(const SString& command, bool captureOutput, bool embeddedJars)
+    : m_command(command), m_captureOutput(captureOutput), m_embeddedJars(embeddedJars) {}
+
+SString LaunchScript::resolve(const JVMFile& jvm) const {
+  struct Scope {
+    const LaunchScript& script;
+    ~Scope() {
+      script.m_currentJVMFile = nullptr;
+      script.m_isResolvingArchive = false;
+    }
+  };
+  const Scope scope{*this};
+  m_currentJVMFile = &jvm;
+  const SString withoutFunctions = MacroHandler::resolve(m_command, '%');
+  return MacroHandler::resolve(jvm.resolve(withoutFunctions), '#');
+}
+
+int LaunchScript::execute(const JVMFile& jvm, const StringDeque* extraArgs, bool forceConsole) {
+  m_standardOutput.clear();
+  m_standardError.clear();
+  SString command = resolve(jvm);
+  for (long i = 0; extraArgs != nullptr && i < extraArgs->size(); ++i) {
+    appendQuoted(command, extraArgs->at(i));
+  }
+  const SString directory = m_autoSetWorkingDir ? launcherDirectory() : SString();
+  Launcher::logMessage("Executing launch script command: " + command +
+                           (directory.empty() ? SString(" in current working directory")
+                                              : " in working directory " + directory),
+                       LOG_INFO);
+  return run(jvm, command, directory, m_displayConsole || forceConsole);
+}
+
+int LaunchScript::run(const JVMFile& jvm, const SString& command, const SString& directory,
+                      bool console) {
+  const bool capture = m_captureOutput && !console;
+  int exitCode = 0;
+  {
+    const JavaHomeScope javaHome(jvm.getTagFile().getTagValue("JVM_HOME", 0));
+    setEnvironmentForWizard(jvm.getTagFile());
+    PlatformImpl::preJavaLaunch();
+    exitCode = PlatformImpl::executeProcess(command, directory, console, capture, true,
+                                            &m_standardOutput, &m_standardError, false);
+  }
+  if (capture) {
+    logOutput();
+  }
+  return exitCode;
+}
+
+void LaunchScript::logOutput() const {
+  Launcher::logMessage("Output from the launch script execution", LOG_INFO);
+  Launcher::logMessage("StdOut:", LOG_INFO);
+  Launcher::logMessage(m_standardOutput, LOG_INFO);
+  Launcher::logMessage("ErrOut:", LOG_INFO);
+  Launcher::logMessage(m_standardError, LOG_INFO);
+}
+
+void LaunchScript::throwException(const SString& command, const char* message) const {
+  Launcher::logMessage("Launch command:", LOG_INFO);
+  Launcher::logMessage(command, LOG_INFO);
+  throw LauncherException(SString("Launch script error: ") + message);
+}

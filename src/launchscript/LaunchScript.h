@@ -36,15 +36,17 @@ class LaunchScript : public MacroHandler {
   SString getStdErr() const { return m_standardError; }
   SString getDesc() const { return m_description; }
 
-  void processMacro(SString& text, char delimiter, std::size_t start,
-                    std::size_t& end) const override;
-  // Reads a parenthesised list of quoted strings from `position`, which is left behind it (npos
-  // at the end of the text). Throws as throwException, with the position of the failing token.
+  SString processMacro(const MacroText& text, char delimiter, std::size_t start,
+                       std::size_t& end) const override;
+  // Reads a parenthesised list of quoted strings from `position`, which is left one past it.
+  // Throws as throwException, with " (near character N)": where the failing token was sought, -1
+  // behind a string that ends the text. A string without its end throws parseStringArgument's text.
   void getArguments(const SString& text, std::size_t& position, StringDeque& args) const;
   // Logs the command and throws "Launch script error: " and the message.
   [[noreturn]] void throwException(const SString& command, const char* message) const;
 
-  // Builders of the "%" functions; entries are joined by the jvm file's CLASSPATH_SEPARATOR.
+  // Builders of the "%" functions, for use while `resolve` runs; entries are joined by the jvm
+  // file's CLASSPATH_SEPARATOR.
   SString buildJVMClasspath() const;
   SString buildClasspathFromFile(const JVMFile& jvm, const SString& fileName,
                                  bool reportMissing) const;
@@ -60,7 +62,10 @@ class LaunchScript : public MacroHandler {
   struct FunctionRow;
   static const FunctionRow kFunctions[];
 
-  void resolveFunction(SString& text, std::size_t start, std::size_t end) const;
+  int run(const JVMFile& jvm, const SString& command, const SString& directory, bool console);
+  void logOutput() const;
+  static const FunctionRow* findFunction(const SString& name);
+  std::size_t readCall(const MacroText& text, std::size_t position, StringDeque& args) const;
   SString tagValue(const char* key) const;  // of the current jvm file
   SString callReplace(const StringDeque& args) const;
   SString callRuntimeSystemProp(const StringDeque& args) const;
@@ -73,6 +78,8 @@ class LaunchScript : public MacroHandler {
   SString callApplicationArchive(const StringDeque& args) const;
   SString callTempDir(const StringDeque& args) const;
   SString buildClasspath(const StringDeque& args, bool forEnvironment) const;
+  void addOptionToClasspath(SString& classpath, const SString& option) const;
+  SString resolveArchive() const;
 
   SString m_command;
   bool m_captureOutput;
@@ -81,6 +88,7 @@ class LaunchScript : public MacroHandler {
   SString m_standardOutput;
   SString m_standardError;
   mutable const JVMFile* m_currentJVMFile = nullptr;  // during `resolve` only; not owned
+  mutable bool m_isResolvingArchive = false;          // guards against an ARCHIVE that calls CP
   bool m_embeddedJars;
   SString m_description;
   SString m_archive;

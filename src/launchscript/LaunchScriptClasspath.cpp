@@ -1,1 +1,143 @@
-// (being written)
+// LaunchScript, its builders: class path, and the side files beside the launcher with which a user
+// adds class-path entries, system properties and Java arguments.
+#include "archive/FileIndexEntry.h"
+#include "archive/LauncherFileFormat.h"
+#include "archive/LauncherInputFiles.h"
+#include "jvm/JVMFile.h"
+#include "launcher/Launcher.h"
+#include "launchscript/LaunchScript.h"
+#include "platform/PlatformImpl.h"
+#include "tagfile/StreamUtils.h"
+#include "tagfile/TextUtils.h"
+
+namespace {
+
+SString firstValue(const JVMFile& jvm, const char* key) {
+  return jvm.getTagFile().getTagValue(key, 0);
+}
+
+// The original launcher's path with `extension` in the place of its own.
+SString sideFileName(const char* extension) {
+  SString name = Launcher::getOriginalLauncherFileName();
+  const std::size_t dot = name.rfind('.');
+  const std::size_t separator = name.find_last_of("/\\");
+  if (dot != SString::npos && (separator == SString::npos || dot > separator)) {
+    name.erase(dot);
+  }
+  return name + extension;
+}
+
+// Calls `useLine` with each line of the file, trimmed.
+template <class UseLine>
+void forEachLine(std::FILE* file, UseLine useLine) {
+  while (!isAtEnd(file)) {
+    SString line;
+    readLineFromStream(file, line);
+    useLine(line);
+  }
+}
+
+void appendWord(SString& text, const SString& word) {
+  if (!text.empty()) {
+    text += ' ';
+  }
+  text += word;
+}
+
+}  // namespace
+
+SString LaunchScript::buildJVMClasspath() const {
+  return tagValue("JVM_CLASSPATH");
+}
+
+void LaunchScript::addToClasspath(const JVMFile& jvm, SString& classpath,
+                                  const SString& entry) const {
+  if (entry.empty()) {
+    return;
+  }
+  if (!classpath.empty()) {
+    classpath += firstValue(jvm, "CLASSPATH_SEPARATOR");
+  }
+  classpath += entry;
+}
+
+void LaunchScript::appendClasspathArg(const JVMFile& jvm, SString& classpath,
+                                      const SString& arg) const {
+  const SString entry = trimmed(arg);
+  const bool isFileName = entry.startsWith("@");
+  addToClasspath(jvm, classpath,
+                 isFileName ? buildClasspathFromFile(jvm, entry.substr(1), true) : entry);
+}
+
+SString LaunchScript::buildClasspathFromFile(const JVMFile& jvm, const SString& fileName,
+                                             bool reportMissing) const {
+  SString classpath;
+  const FilePtr file = openFile(fileName, "r");
+  if (file != nullptr) {
+    forEachLine(file.get(), [&](const SString& line) { addToClasspath(jvm, classpath, line); });
+  } else if (reportMissing) {
+    Launcher::logMessage("Could not find the file " + fileName + " while building the classpath.",
+                         LOG_WARNING);
+  }
+  return classpath;
+}
+
+SString LaunchScript::buildRuntimeClasspath(const JVMFile& jvm, const char* extension) const {
+  return buildClasspathFromFile(jvm, sideFileName(extension), false);
+}
+
+SString LaunchScript::buildRuntimeSystemProps(const JVMFile& jvm) const {
+  SString properties;
+  if (const FilePtr file = openFile(sideFileName(".sp"), "r")) {
+    forEachLine(file.get(), [&](const SString& line) {
+      const std::size_t equalSign = line.find('=');
+      if (equalSign != SString::npos) {
+        appendWord(properties,
+                   makeSystemProp(jvm, line.substr(0, equalSign), line.substr(equalSign + 1)));
+      }
+    });
+  }
+  return properties;
+}
+
+SString LaunchScript::buildRuntimeJavaArgs(const JVMFile& jvm) const {
+  SString args;
+  if (const FilePtr file = openFile(sideFileName(".ja"), "r")) {
+    forEachLine(file.get(), [&](const SString& line) {
+      const SString arg = jvm.resolve(line);
+      if (!arg.empty()) {
+        appendWord(args, arg);
+      }
+    });
+  }
+  const SString required = firstValue(jvm, "REQ_JAVA_ARGS");
+  if (!required.empty()) {
+    // QUIRK(required-args-after-blank): the blank stands in front of them even when nothing does.
+    args += ' ';
+    args += required;
+  }
+  return args;
+}
+
+SString LaunchScript::makeSystemProp(const JVMFile& jvm, const SString& name,
+                                     const SString& value) const {
+  return firstValue(jvm, "SYSTEM") + name + firstValue(jvm, "SYSTEM_SEPARATOR") +
+         jvm.resolve(value);
+}
+
+SString LaunchScript::buildJARClasspath(bool quote) const {
+  SString classpath;
+  if (!m_embeddedJars) {
+    return classpath;
+  }
+  const SString directory = PlatformImpl::createTempSubDirectory();
+  const LauncherInputFiles& files = Launcher::getInputFiles();
+  for (std::int32_t i = 0; i < files.getEmbeddedFileCount(); ++i) {
+    const FileIndexEntry* entry = files.getFileAt(i);
+    if (entry->getFileType() == FILE_TYPE_JAR) {
+      const SString path = entry->extract(directory);
+      addToClasspath(*m_currentJVMFile, classpath, quote ? "\"" + path + "\"" : path);
+    }
+  }
+  return classpath;
+}

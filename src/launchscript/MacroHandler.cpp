@@ -1,1 +1,59 @@
 #include "launchscript/MacroHandler.h"
+
+#include <algorithm>
+
+#include "platform/PlatformImpl.h"
+
+namespace {
+
+constexpr std::size_t kShortestMacro = 3;  // two delimiters and a character
+
+}  // namespace
+
+bool MacroText::findMacro(char delimiter, std::size_t& start, std::size_t& end) const {
+  start = m_rest.find(delimiter, m_begin);
+  if (start == SString::npos || m_rest.size() - start < kShortestMacro) {
+    return false;
+  }
+  // QUIRK(doubled-delimiter-opens-macro): a doubled delimiter is a literal one only where no later
+  // delimiter follows: "a%%b%c" calls a function named "%b".
+  end = m_rest.find(delimiter, start + 2);
+  return end != SString::npos;
+}
+
+void MacroText::replace(std::size_t start, std::size_t end, const SString& value, char delimiter) {
+  m_done.append(m_rest.view().substr(m_begin, start - m_begin));
+  if (value.find(delimiter) == SString::npos) {
+    m_done.append(value);
+    m_begin = end + 1;
+  } else {
+    // QUIRK(value-scanned-again): a value is scanned in its turn, together with what follows it. It
+    // is written over what is done with, so that the rest stays where it is.
+    const std::size_t room = std::min(end + 1, value.size());
+    m_begin = end + 1 - room;
+    m_rest.replace(m_begin, room, value);
+  }
+}
+
+SString MacroText::finish(char delimiter) const {
+  SString text = m_done;
+  for (std::size_t i = m_begin; i < m_rest.size(); ++i) {
+    text += m_rest[i];
+    if (m_rest[i] == delimiter && m_rest[i + 1] == delimiter) {
+      ++i;
+    }
+  }
+  return text;
+}
+
+SString MacroHandler::resolve(const SString& text, char delimiter) const {
+  MacroText pending(text);
+  std::size_t start = 0;
+  std::size_t end = 0;
+  while (pending.findMacro(delimiter, start, end)) {
+    PlatformImpl::throwIfCanceled();
+    const SString value = processMacro(pending, delimiter, start, end);
+    pending.replace(start, end, value, delimiter);
+  }
+  return pending.finish(delimiter);
+}
