@@ -31,8 +31,8 @@ class JVMFile : public MacroHandler {
   using MacroHandler::resolve;
   // `text` with every @TAG@ replaced by the tag's first value; an unknown tag disappears.
   SString resolve(const SString& text) const { return resolve(text, '@'); }
-  void processMacro(SString& text, char delimiter, std::size_t start,
-                    std::size_t& end) const override;
+  SString processMacro(const MacroText& text, char delimiter, std::size_t start,
+                       std::size_t& end) const override;
 
   // Verification. `classpath` and `verifyClass` are those of JVMFiles::writeVerifyJar. A match is
   // returned as a new object that refers to the tag file; null means refused. LauncherException
@@ -57,8 +57,15 @@ class JVMFile : public MacroHandler {
                                                        const SString& verifyClass);
 
  private:
+  SString tagValue(const char* tag, long index = 0) const;
   bool hasProperties() const;  // logs the warning when it has none
   bool beginHintSearch(const char* strategy) const;
+  std::unique_ptr<JVMMatch> verifyPlatformHint(const SString& hint, const SString& classpath,
+                                               const SString& verifyClass);
+  std::unique_ptr<JVMMatch> verifyAbsoluteHint(const SString& hint, const SString& classpath,
+                                               const SString& verifyClass);
+  std::unique_ptr<JVMMatch> verifyRelativeHint(const SString& hint, const SString& classpath,
+                                               const SString& verifyClass);
   SString buildVerifyCommand(const SString& home, const SString& classpath,
                              const SString& verifyClass, StringPairPtrDeque& properties) const;
   void addProperties(SString& command, StringPairPtrDeque& properties) const;

@@ -1,1 +1,134 @@
-// (being written)
+// JVMFile, location by hints: each strategy forms candidate homes in a fixed order and verifies
+// them one by one until one is accepted.
+#include "jvm/JVMFile.h"
+#include "jvm/JVMMatch.h"
+#include "launcher/Launcher.h"
+#include "platform/PlatformImpl.h"
+#include "tagfile/TagFile.h"
+#include "tagfile/TextUtils.h"
+#include "util/StringDeque.h"
+
+namespace {
+
+// The home of the JVM whose executable the directory `dir` of PATH may hold: a directory that ends
+// with the executable's own directory is cut before it.
+SString homeFromPathEntry(const SString& dir, const SString& exe) {
+  const std::size_t separator = exe.rfind(kPathSeparator);
+  if (separator == SString::npos) {
+    return dir;
+  }
+  const SString exeDir = exe.substr(0, separator + 1);
+  SString home = dir;
+  appendPathSeparator(home);
+  // QUIRK(path-suffix-without-boundary): the end is compared without regard to where a directory
+  // name begins: "/opt/xbin" gives the home "/opt/x" for "bin/java".
+  if (home.endsWith(exeDir)) {
+    home.erase(home.size() - exeDir.size());
+  }
+  return home;
+}
+
+}  // namespace
+
+bool JVMFile::beginHintSearch(const char* strategy) const {
+  if (!hasProperties()) {
+    return false;
+  }
+  Launcher::logMessage("Searching for " + getDesc() + strategy, LOG_INFO);
+  return true;
+}
+
+std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformHints(const SString& classpath,
+                                                           const SString& verifyClass) {
+  std::unique_ptr<JVMMatch> match;
+  if (!beginHintSearch(" using platform hints")) {
+    return match;
+  }
+  const long count = m_tagFile.getTagValueCount("PLATFORM_HINT");
+  for (long i = 0; i < count && match == nullptr; ++i) {
+    match = verifyPlatformHint(tagValue("PLATFORM_HINT", i), classpath, verifyClass);
+  }
+  return match;
+}
+
+std::unique_ptr<JVMMatch> JVMFile::verifyPlatformHint(const SString& hint, const SString& classpath,
+                                                      const SString& verifyClass) {
+  std::unique_ptr<JVMMatch> match;
+  StringDeque homes;
+  PlatformImpl::getPlatformHint(homes, hint);
+  for (long i = 0; i < homes.size() && match == nullptr; ++i) {
+    if (!homes[i].empty()) {
+      Launcher::logMessage(
+          "Checking JVM at " + homes[i] + " which was resolved from platform hint " + hint,
+          LOG_INFO);
+      match = verify(homes[i], classpath, verifyClass);
+    }
+  }
+  return match;
+}
+
+std::unique_ptr<JVMMatch> JVMFile::verifyWithPathHints(const SString& classpath,
+                                                       const SString& verifyClass) {
+  std::unique_ptr<JVMMatch> match;
+  if (!beginHintSearch(" using path hints")) {
+    return match;
+  }
+  const long count = m_tagFile.getTagValueCount("PATH_HINT");
+  for (long i = 0; i < count && match == nullptr; ++i) {
+    const SString hint = tagValue("PATH_HINT", i);
+    match = hint.startsWith(kPathSeparator) ? verifyAbsoluteHint(hint, classpath, verifyClass)
+                                            : verifyRelativeHint(hint, classpath, verifyClass);
+  }
+  return match;
+}
+
+std::unique_ptr<JVMMatch> JVMFile::verifyAbsoluteHint(const SString& hint, const SString& classpath,
+                                                      const SString& verifyClass) {
+  std::unique_ptr<JVMMatch> match;
+  StringDeque partitions;
+  PlatformImpl::getJVMSearchPartitions(partitions);
+  for (long i = 0; i < partitions.size() && match == nullptr; ++i) {
+    SString home = partitions[i];
+    appendPathSeparator(home);
+    home += hint.substr(1);
+    if (!home.empty()) {
+      Launcher::logMessage("Checking path hint " + home, LOG_INFO);
+      match = verify(home, classpath, verifyClass);
+    }
+  }
+  return match;
+}
+
+// A JVM found beside the launcher was shipped with it: it is a temporary one.
+std::unique_ptr<JVMMatch> JVMFile::verifyRelativeHint(const SString& hint, const SString& classpath,
+                                                      const SString& verifyClass) {
+  SString home = Launcher::getOriginalLauncherDir();
+  appendPathSeparator(home);
+  home += hint;
+  std::unique_ptr<JVMMatch> match = verify(home, classpath, verifyClass);
+  if (match != nullptr) {
+    match->setJVMTemporary(true);
+  }
+  return match;
+}
+
+std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformJVMPaths(const SString& classpath,
+                                                              const SString& verifyClass) {
+  std::unique_ptr<JVMMatch> match;
+  if (!beginHintSearch(" using platform specific JVM Path hints")) {
+    return match;
+  }
+  StringDeque dirs;
+  PlatformImpl::getPlatformJVMPaths(dirs);
+  for (long i = 0; i < dirs.size() && match == nullptr; ++i) {
+    if (dirs[i].empty()) {
+      continue;
+    }
+    const SString home = homeFromPathEntry(dirs[i], getJVMExe());
+    Launcher::logMessage(
+        "Checking JVM at " + home + " which was resolved from the platform JVM path " + dirs[i],
+        LOG_INFO);
+    match = verify(home, classpath, verifyClass);
+  }
+  return match;
+}

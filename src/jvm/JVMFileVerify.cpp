@@ -1,1 +1,155 @@
-// (being written)
+// JVMFile, verification: a candidate is accepted when the verify class, run in it, prints the
+// property values that the jvm file demands.
+#include "jvm/JVMFile.h"
+#include "jvm/JVMMatch.h"
+#include "launcher/Launcher.h"
+#include "launchscript/LaunchScript.h"
+#include "platform/PlatformImpl.h"
+#include "platform/SubStatusWrapper.h"
+#include "tagfile/TagFile.h"
+#include "tagfile/TextUtils.h"
+
+namespace {
+
+constexpr const char* kMagicLine = "1739021872";
+constexpr const char* kPropertiesTag = "JVM_PROPERTIES";
+constexpr const char* kAnythingFollows = "...";
+constexpr std::int32_t kStepsForMissingExe = 2;
+constexpr std::int32_t kStepsForRun = 6;
+
+// The argument of the class-path function. A path in quotes goes in as a string that keeps them.
+SString quoteClasspath(const SString& classpath) {
+  if (classpath.startsWith("\"") && classpath.endsWith("\"")) {
+    return "\"\"" + classpath + "\"\"";
+  }
+  return classpath;
+}
+
+// Reads lines up to the magic line and leaves `position` behind it. False, with the last line read
+// in `line`, when there is none: what a JVM prints before it (banners, warnings) is passed over.
+bool skipToMagicLine(const SString& output, std::size_t& position, SString& line) {
+  while (position < output.size()) {
+    line.clear();
+    readRawLineFromString(output, position, line);
+    if (line == kMagicLine) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool matchesRequirement(const SString& line, const SString& expected) {
+  const std::size_t prefixLength = stringEndsWith(expected, kAnythingFollows);
+  return prefixLength == SString::npos
+             ? line == expected
+             : line.substr(0, prefixLength) == expected.substr(0, prefixLength);
+}
+
+}  // namespace
+
+bool JVMFile::hasProperties() const {
+  const bool hasThem = !tagValue(kPropertiesTag).empty();
+  if (!hasThem) {
+    Launcher::logMessage("Unable to verify " + m_tagFile.getName() + " because the " +
+                             kPropertiesTag + " tag was not specified.",
+                         LOG_WARNING);
+  }
+  return hasThem;
+}
+
+std::unique_ptr<JVMMatch> JVMFile::verify(const SString& classpath, const SString& verifyClass) {
+  if (!hasProperties()) {
+    return nullptr;
+  }
+  return verify(tagValue("JVM_HOME"), classpath, verifyClass);
+}
+
+std::unique_ptr<JVMMatch> JVMFile::verify(const SString& home, const SString& classpath,
+                                          const SString& verifyClass) {
+  const SString exe = getJVMExe();
+  if (exe.empty() || home.empty()) {
+    return nullptr;
+  }
+  const SubStatusWrapper subStatus;
+  PlatformImpl::setUISubStatus(UI_SUBSTATUS_VERIFYING, getDesc());
+  SString path = home;
+  appendPathSeparator(path);
+  path += exe;
+  Launcher::logMessage("Verifying JVM at " + path + "\n   for JVM: " + getDesc(), LOG_INFO);
+  if (!PlatformImpl::fileExists(path)) {
+    Launcher::logMessage(path + " does not exist", LOG_INFO);
+    PlatformImpl::advanceUIProgress(kStepsForMissingExe);
+    return nullptr;
+  }
+  if (!performVerify(home, classpath, verifyClass)) {
+    return nullptr;
+  }
+  Launcher::logMessage("Found matching JVM at " + home, LOG_INFO);
+  return std::make_unique<JVMMatch>(home, m_tagFile);
+}
+
+bool JVMFile::performVerify(const SString& home, const SString& classpath,
+                            const SString& verifyClass) {
+  m_tagFile.setTagValue("JVM_HOME", home);
+  StringPairPtrDeque properties;
+  LaunchScript script(buildVerifyCommand(home, classpath, verifyClass, properties), true, false);
+  script.execute(*this, nullptr, false);
+  const bool isAccepted = verifyJVMOutput(script.getStdOut(), properties);
+  PlatformImpl::advanceUIProgress(kStepsForRun);
+  return isAccepted;
+}
+
+SString JVMFile::buildVerifyCommand(const SString& home, const SString& classpath,
+                                    const SString& verifyClass,
+                                    StringPairPtrDeque& properties) const {
+  SString command = "\"" + home;
+  if (!home.endsWith(kPathSeparator)) {
+    command += kPathSeparator;
+  }
+  command += "@JVM_EXE@\" %CP%(";
+  command += quoteClasspath(classpath);
+  command += ")  @REQ_JAVA_ARGS@ ";
+  command += verifyClass;
+  addProperties(command, properties);
+  return command;
+}
+
+// The names go to the verify class, the expected values wait for what it prints.
+void JVMFile::addProperties(SString& command, StringPairPtrDeque& properties) const {
+  const long count = m_tagFile.getTagValueCount(kPropertiesTag);
+  for (long i = 0; i < count; ++i) {
+    const SString line = tagValue(kPropertiesTag, i);
+    const std::size_t equalSign = line.find('=');
+    if (equalSign == SString::npos) {
+      Launcher::logMessage(
+          SString("Invalid ") + kPropertiesTag + " setting (" + line + ") in JVM File ",
+          LOG_WARNING);
+      continue;
+    }
+    auto property = std::make_unique<StringPair>();
+    property->key = trimmed(line.substr(0, equalSign));
+    property->value = trimmed(line.substr(equalSign + 1));
+    command += ' ';
+    command += property->key;
+    properties.push_back(std::move(property));
+  }
+}
+
+bool JVMFile::verifyJVMOutput(const SString& output, const StringPairPtrDeque& properties) const {
+  std::size_t position = 0;
+  SString line;
+  if (!skipToMagicLine(output, position, line)) {
+    Launcher::logMessage("Invalid magic value: " + line + "\n", LOG_ERROR);
+    return false;
+  }
+  // QUIRK(lenient-verify-output): an output that ends early leaves the remaining requirements
+  // unchecked; a JVM that prints the magic line alone is accepted.
+  for (long i = 0; i < properties.size() && position < output.size(); ++i) {
+    line.clear();
+    readRawLineFromString(output, position, line);
+    if (!matchesRequirement(line, properties[i]->value)) {
+      return false;
+    }
+  }
+  return true;
+}

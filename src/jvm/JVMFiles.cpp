@@ -1,1 +1,158 @@
 #include "jvm/JVMFiles.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+
+#include "launcher/Launcher.h"
+#include "platform/PlatformImpl.h"
+#include "platform/SubStatusWrapper.h"
+#include "util/LauncherException.h"
+#include "util/StringDeque.h"
+
+namespace {
+
+// The executables to look for: each one once, in the order of the jvm files.
+StringDeque distinctExecutables(const JVMFilePtrDeque& jvmFiles) {
+  StringDeque names;
+  std::unordered_set<std::string_view> known;  // views of the bytes that `names` shares
+  for (long i = 0; i < jvmFiles.size(); ++i) {
+    const SString exe = jvmFiles[i]->getJVMExe();
+    if (!known.contains(exe.view())) {
+      names.push_back(exe);
+      known.insert(names.back().view());
+    }
+  }
+  return names;
+}
+
+}  // namespace
+
+void JVMFiles::addJVMFile(std::unique_ptr<JVMFile> jvmFile) {
+  m_jvmFiles.push_back(jvmFile.release(), true);
+}
+
+JVMFile* JVMFiles::getJVMFile(std::int32_t index) const {
+  if (index < 0 || index >= getJVMFileCount()) {
+    throw LauncherException(PlatformImpl::getMessageText(MSG_INVALID_JVM_FILE_ID));
+  }
+  return m_jvmFiles.at(index);
+}
+
+void JVMFiles::search(JVMMatchPtrDeque& matches) {
+  m_currentMatch = nullptr;
+  writeVerifyJar();
+  searchUserHome();
+  const bool isScanWanted = m_currentMatch == nullptr && searchHints();
+  if (m_currentMatch == nullptr && isScanWanted) {
+    m_stopAtFirst = true;
+    exhaustiveSearch(matches);
+  }
+  if (m_currentMatch != nullptr) {
+    matches.push_back(std::move(m_currentMatch));
+  }
+}
+
+void JVMFiles::searchUserHome() {
+  const SString& home = Launcher::getUserJavaHome();
+  if (home.empty()) {
+    return;
+  }
+  Launcher::logMessage("Checking user specified Java home directory => " + home, LOG_INFO);
+  for (long i = 0; i < m_jvmFiles.size() && m_currentMatch == nullptr; ++i) {
+    m_currentMatch = m_jvmFiles[i]->verify(home, m_verifyClasspath, m_verifyClass);
+  }
+}
+
+bool JVMFiles::searchHints() {
+  Launcher::logMessage("Initiating JVM search based on hints...", LOG_INFO);
+  bool isScanWanted = false;
+  for (long i = 0; i < m_jvmFiles.size() && m_currentMatch == nullptr && !isScanWanted; ++i) {
+    JVMFile& jvmFile = *m_jvmFiles[i];
+    isScanWanted = jvmFile.isSearchAll();
+    const SubStatusWrapper subStatus;
+    PlatformImpl::setUISubStatus(UI_SUBSTATUS_SEARCHING_FOR, jvmFile.getDesc());
+    m_currentMatch = jvmFile.verifyWithPlatformHints(m_verifyClasspath, m_verifyClass);
+    if (m_currentMatch == nullptr) {
+      m_currentMatch = jvmFile.verifyWithPathHints(m_verifyClasspath, m_verifyClass);
+    }
+    if (m_currentMatch == nullptr) {
+      m_currentMatch = jvmFile.verifyWithPlatformJVMPaths(m_verifyClasspath, m_verifyClass);
+    }
+  }
+  return isScanWanted;
+}
+
+void JVMFiles::searchAll(JVMMatchPtrDeque& matches, bool stopAtFirst) {
+  // QUIRK(search-all-keeps-scan-match): a match made while the disks are scanned is not delivered
+  // here; it cannot be made unless the first match ends the search, which no caller asks for.
+  m_currentMatch = nullptr;
+  writeVerifyJar();
+  m_stopAtFirst = stopAtFirst;
+  exhaustiveSearch(matches);
+}
+
+void JVMFiles::exhaustiveSearch(JVMMatchPtrDeque& matches) {
+  m_unverifiedMatches.clear();
+  const StringDeque names = distinctExecutables(m_jvmFiles);
+  const SubStatusWrapper subStatus;
+  PlatformImpl::setUISubStatus(UI_SUBSTATUS_SCANNING_DISKS, "");
+  Launcher::logMessage("Beginning exhaustive search", LOG_INFO);
+  PlatformImpl::findFiles(names, *this);
+  if (m_currentMatch == nullptr) {
+    verifyUnverifiedMatches(matches);
+  }
+}
+
+void JVMFiles::verifyUnverifiedMatches(JVMMatchPtrDeque& matches) {
+  Launcher::logMessage("Processing unverified matches.\n", LOG_INFO);
+  for (long i = 0; i < m_unverifiedMatches.size(); ++i) {
+    JVMFile& jvmFile = m_unverifiedMatches[i]->getJVMFile();
+    const StringDeque& homes = m_unverifiedMatches[i]->getHomeDirs();
+    for (long j = 0; j < homes.size(); ++j) {
+      if (PlatformImpl::isCanceled()) {
+        return;
+      }
+      std::unique_ptr<JVMMatch> match = jvmFile.verify(homes[j], m_verifyClasspath, m_verifyClass);
+      if (match != nullptr) {
+        matches.push_back(std::move(match));
+        if (m_stopAtFirst) {
+          return;
+        }
+      }
+    }
+  }
+}
+
+bool JVMFiles::foundFile(const SString& path) {
+  const bool hadMatch = m_currentMatch != nullptr;
+  for (long i = 0; i < m_jvmFiles.size() && m_currentMatch == nullptr; ++i) {
+    JVMFile& jvmFile = *m_jvmFiles[i];
+    const SString exe = jvmFile.getJVMExe();
+    // QUIRK(scan-suffix-without-boundary): a file found for one jvm file is offered to each whose
+    // executable its path merely ends with: "/opt/jdk/bin/java" gives "/opt/jdk/bin" for "java".
+    if (!path.endsWith(exe)) {
+      continue;
+    }
+    const std::size_t tail = exe.size() + 1;
+    const SString home = path.substr(0, path.size() - std::min(tail, path.size()));
+    // QUIRK(first-jvm-file-verified-at-once): where one match is enough, the first jvm file is
+    // verified during the scan, again for each file found, and never afterwards.
+    if (i == 0 && m_stopAtFirst) {
+      m_currentMatch = jvmFile.verify(home, m_verifyClasspath, m_verifyClass);
+    } else {
+      addUnverifiedMatch(&jvmFile, home);
+    }
+  }
+  return !hadMatch && m_currentMatch != nullptr;
+}
+
+void JVMFiles::addUnverifiedMatch(JVMFile* jvmFile, const SString& home) {
+  UnverifiedJVMMatch* match = m_unverifiedMatches.findMatch(*jvmFile);
+  if (match == nullptr) {
+    m_unverifiedMatches.push_back(std::make_unique<UnverifiedJVMMatch>(*jvmFile));
+    match = m_unverifiedMatches.findMatch(*jvmFile);
+  }
+  match->addJVMHome(home);
+}

@@ -1,1 +1,10 @@
 #include "jvm/JVMMatch.h"
+
+#include "platform/PlatformImpl.h"
+
+SString JVMMatch::writeNewJVMFile() {
+  const SString path = PlatformImpl::createTempFile();
+  m_tagFile.setDynamicJVMTags(m_home, path, m_temporary);
+  m_tagFile.write(path);
+  return path;
+}
