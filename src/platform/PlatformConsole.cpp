@@ -60,6 +60,8 @@ std::int32_t addWrapping(std::int32_t a, std::int32_t b) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
 }
 
+// QUIRK(launch-failed-runs-together): nothing stands between the two texts of a failed launch.
+// Programs that read our output look for the line as it has always been.
 void showStatus(const StatusRow& row) {
   writeLine("");
   if (row.lead != kNoText) {
@@ -101,6 +103,8 @@ void PlatformImpl::setUISubStatus(UISubStatus, const SString& data) {
   m_subStatusData = data;
 }
 
+// QUIRK(progress-rows-stay-closed): the number of closed rows never goes back, so that dots after a
+// restart of the count continue the row that is open instead of breaking it.
 void PlatformImpl::setUIProgress(std::int32_t progress) {
   if (m_silent) {
     return;

@@ -1,0 +1,351 @@
+// Deletion of files and trees, the clean-up of a run, the removal of the launcher itself.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+#include "launcher/Launcher.h"
+#include "platform/DeleteFullDir.h"
+#include "platform/PlatformImpl.h"
+#include "support/OrdinaryUser.h"
+#include "support/TestAccess.h"
+#include "support/TestFiles.h"
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+// A scratch folder in which anybody may work, with a tree to be deleted and the log of that.
+//
+// The tree is described by its entries, relative to the scratch folder: "dir/", "file",
+// "link -> target". After it is made, `lock` takes away the right to delete something in a folder.
+class Scratch {
+ public:
+  explicit Scratch(const Strings& entries) {
+    EXPECT_EQ(0, chmod(m_dir.path().c_str(), 0777));
+    Launcher::setLogFileName("/dev/null");
+    Launcher::logMessage("", LOG_INFO);  // the separator line of the first message
+    Launcher::setLogFileName(logPath().c_str());
+    EXPECT_EQ(0, chmod(m_log.path().c_str(), 0777));
+    for (const std::string& entry : entries) {
+      make(entry);
+    }
+  }
+  ~Scratch() {
+    for (const std::string& path : m_locked) {
+      chmod(path.c_str(), 0777);
+    }
+  }
+
+  std::string operator/(std::string_view name) const { return m_dir / name; }
+
+  void lock(const std::string& name) {
+    m_locked.push_back(m_dir / name);
+    EXPECT_EQ(0, chmod(m_locked.back().c_str(), 0555)) << name;
+  }
+
+  Strings rest() const { return test::listTree(m_dir.path()); }
+
+  // The log, with the scratch folder written as "$".
+  std::string log() const {
+    if (access(logPath().c_str(), F_OK) != 0) {
+      return "";
+    }
+    std::string text = test::readFile(logPath());
+    for (auto at = text.find(m_dir.path()); at != std::string::npos;
+         at = text.find(m_dir.path(), at)) {
+      text.replace(at, m_dir.path().size(), "$");
+    }
+    return text;
+  }
+
+ private:
+  std::string logPath() const { return m_log / "log"; }
+
+  void make(const std::string& entry) {
+    const auto arrow = entry.find(" -> ");
+    if (arrow != std::string::npos) {
+      const std::string target = entry.substr(arrow + 4);
+      EXPECT_EQ(0, symlink(target.c_str(), (m_dir / entry.substr(0, arrow)).c_str())) << entry;
+    } else if (entry.ends_with("/")) {
+      EXPECT_EQ(0, mkdir((m_dir / entry).c_str(), 0777)) << entry;
+      EXPECT_EQ(0, chmod((m_dir / entry).c_str(), 0777)) << entry;
+    } else {
+      test::writeFile(m_dir / entry, "x");
+    }
+  }
+
+  test::TempDir m_dir;
+  test::TempDir m_log;
+  Strings m_locked;
+};
+
+// --- One file ---
+
+struct OneFileRow {
+  const char* name;
+  Strings entries;
+  const char* locked;  // a folder, or null
+  const char* path;
+  bool wanted;
+  Strings rest;
+  const char* log;
+};
+
+const OneFileRow kOneFileRows[] = {
+    {"file", {"f"}, nullptr, "f", true, {}, ""},
+    {"empty directory", {"d/"}, nullptr, "d", true, {}, ""},
+    {"missing", {}, nullptr, "f", false, {}, ""},
+    {"link to a file", {"f", "l -> f"}, nullptr, "l", true, {"f"}, ""},
+    {"link to a directory", {"d/", "l -> d"}, nullptr, "l", true, {"d/"}, ""},
+    {"dangling link", {"l -> gone"}, nullptr, "l", true, {}, ""},
+    {"name of a file inside a file", {"f"}, nullptr, "f/x", false, {"f"}, ""},
+    {"directory that is not empty",
+     {"d/", "d/f"},
+     nullptr,
+     "d",
+     false,
+     {"d/", "d/f"},
+     "WARNING: Could not delete $/d :  Directory not empty\n"},
+    {"file that cannot be deleted",
+     {"d/", "d/f"},
+     "d",
+     "d/f",
+     false,
+     {"d/", "d/f"},
+     "WARNING: Could not delete $/d/f :  Permission denied\n"},
+};
+
+TEST(Delete, OneFile) {
+  for (const OneFileRow& row : kOneFileRows) {
+    Scratch scratch(row.entries);
+    if (row.locked != nullptr) {
+      scratch.lock(row.locked);
+    }
+    const test::OrdinaryUser user;
+    EXPECT_EQ(row.wanted, PlatformImpl::deleteOneFile((scratch / row.path).c_str())) << row.name;
+    EXPECT_EQ(row.rest, scratch.rest()) << row.name;
+    EXPECT_EQ(row.log, scratch.log()) << row.name;
+  }
+}
+
+// --- Files and trees ---
+
+struct TreeRow {
+  const char* name;
+  Strings entries;
+  Strings locked;
+  const char* path;
+  Strings rest;
+  const char* log;
+};
+
+const TreeRow kTreeRows[] = {
+    {"file", {"f"}, {}, "f", {}, ""},
+    {"missing", {"g"}, {}, "f", {"g"}, ""},
+    {"empty directory", {"d/"}, {}, "d", {}, ""},
+    {"directory with a separator behind", {"d/", "d/f"}, {}, "d/", {}, ""},
+    {"tree", {"d/", "d/f", "d/e/", "d/e/f", "d/e/g/", "d/h/", "d/h/i/"}, {}, "d", {}, ""},
+    {"hidden names", {"d/", "d/.f", "d/..g", "d/.e/", "d/.e/f"}, {}, "d", {}, ""},
+    {"only the tree", {"d/", "d/f", "d2/", "d2/f", "f"}, {}, "d", {"d2/", "d2/f", "f"}, ""},
+    {"link inside to a directory outside",
+     {"out/", "out/f", "d/", "d/l -> ../out"},
+     {},
+     "d",
+     {"out/", "out/f"},
+     ""},
+    {"link inside to a file outside", {"f", "d/", "d/l -> ../f"}, {}, "d", {"f"}, ""},
+    {"dangling link inside", {"d/", "d/l -> gone"}, {}, "d", {}, ""},
+    {"link inside to the tree itself", {"d/", "d/l -> ."}, {}, "d", {}, ""},
+    {"link inside to the folder above", {"f", "d/", "d/l -> .."}, {}, "d", {"f"}, ""},
+    {"link to a directory", {"out/", "out/f", "l -> out"}, {}, "l", {"out/", "out/f"}, ""},
+    {"dangling link", {"l -> gone"}, {}, "l", {}, ""},
+    {"link to a directory, separator behind",
+     {"out/", "out/f", "l -> out"},
+     {},
+     "l/",
+     {"l", "out/", "out/f"},
+     "WARNING: Could not delete $/l/ :  Not a directory\n"},
+    {"a file stays, and its directory is tried",
+     {"d/", "d/e/", "d/e/f"},
+     {"d/e"},
+     "d",
+     {"d/", "d/e/", "d/e/f"},
+     "WARNING: Could not delete $/d/e/f :  Permission denied\n"
+     "WARNING: Could not delete $/d/e :  Directory not empty\n"},
+    {"failure-protects-by-position: the root, by the first failure",
+     {"d/", "d/f"},
+     {"d"},
+     "d",
+     {"d/", "d/f"},
+     "WARNING: Could not delete $/d/f :  Permission denied\n"},
+    {"failure-protects-by-position: a longer list reaches inner directories",
+     {"d/", "d/e/", "d/e/l -> 1", "d/e/m -> 1"},
+     {"d/e"},
+     "d",
+     {"d/", "d/e/", "d/e/l", "d/e/m"},
+     nullptr},
+    {"failure-protects-by-position: a like name is protected as well",
+     {"d/", "d/e/", "d/ef/", "d/ef/l -> 1", "d/ef/m -> 1", "d/ef/n -> 1"},
+     {"d/ef"},
+     "d",
+     {"d/", "d/e/", "d/ef/", "d/ef/l", "d/ef/m", "d/ef/n"},
+     nullptr},
+};
+
+TEST(Delete, FilesAndTrees) {
+  for (const TreeRow& row : kTreeRows) {
+    Scratch scratch(row.entries);
+    for (const std::string& folder : row.locked) {
+      scratch.lock(folder);
+    }
+    const test::OrdinaryUser user;
+    PlatformImpl::deleteFile((scratch / row.path).c_str());
+    EXPECT_EQ(row.rest, scratch.rest()) << row.name;
+    // Null: as many lines as failed entries in an order that only the file system knows.
+    if (row.log != nullptr) {
+      EXPECT_EQ(row.log, scratch.log()) << row.name;
+    } else {
+      EXPECT_EQ(std::string::npos, scratch.log().find("Directory not empty")) << row.name;
+    }
+  }
+}
+
+TEST(Delete, ATreeThatCannotBeReadIsTried) {
+  Scratch scratch({"d/", "d/e/", "d/e/f"});
+  ASSERT_EQ(0, chmod((scratch / "d/e").c_str(), 0000));
+  {
+    const test::OrdinaryUser user;
+    PlatformImpl::deleteFile((scratch / "d").c_str());
+  }
+  EXPECT_EQ("WARNING: Could not delete $/d/e :  Directory not empty\n", scratch.log());
+  EXPECT_EQ((Strings{"d/", "d/e/", "d/e/f"}), scratch.rest());
+}
+
+TEST(Delete, TheWalkOfATreeIsNotStopped) {
+  Scratch scratch({"d/", "d/f"});
+  PlatformTestAccess::setCanceled(true);
+  EXPECT_FALSE(DeleteFullDir().process((scratch / "d").c_str()));
+  EXPECT_EQ(Strings(), scratch.rest());
+}
+
+// --- Clean-up ---
+
+TEST(Delete, CleanupRemovesWhatIsRegistered) {
+  Scratch scratch({"kept", "f", "g", "d/", "d/f", "l -> kept"});
+  PlatformImpl::setSystemTempDir((scratch / "").c_str());
+  for (const char* name : {"f", "missing", "f", "d", "l", "g"}) {
+    PlatformImpl::addFileToCleanupList((scratch / name).c_str());
+  }
+  PlatformImpl::createTempFile();
+  test::writeFile(std::string(PlatformImpl::createTempSubDirectory().view()) + "/e/f", "x");
+  PlatformImpl::cleanup();
+  EXPECT_EQ((Strings{"kept"}), scratch.rest());
+  EXPECT_EQ("", scratch.log());
+}
+
+TEST(Delete, CleanupTwiceIsHarmless) {
+  Scratch scratch({"f", "g"});
+  PlatformImpl::addFileToCleanupList((scratch / "f").c_str());
+  PlatformImpl::cleanup();
+  PlatformImpl::cleanup();
+  EXPECT_EQ((Strings{"g"}), scratch.rest());
+  EXPECT_EQ("", scratch.log());
+  EXPECT_EQ(1, PlatformTestAccess::createdFiles().size());
+}
+
+TEST(Delete, CleanupGoesFilesThenDirectoriesInOrder) {
+  Scratch scratch({"z/", "z/f", "a/", "a/f"});
+  PlatformImpl::setSystemTempDir((scratch / "").c_str());
+  const std::string dir = std::string(PlatformImpl::createTempSubDirectory().view());
+  test::writeFile(dir + "/f", "x");
+  const std::string dirName = dir.substr(dir.rfind('/') + 1);
+  PlatformImpl::addFileToCleanupList((scratch / "z/f").c_str());
+  PlatformImpl::addFileToCleanupList((scratch / "a/f").c_str());
+  for (const std::string& name : {std::string("z"), std::string("a"), dirName}) {
+    scratch.lock(name);
+  }
+  const test::OrdinaryUser user;
+  PlatformImpl::cleanup();
+  EXPECT_EQ(
+      "WARNING: Could not delete $/z/f :  Permission denied\n"
+      "WARNING: Could not delete $/a/f :  Permission denied\n"
+      "WARNING: Could not delete $/" +
+          dirName + "/f :  Permission denied\n",
+      scratch.log());
+}
+
+TEST(Delete, CleanupKeepsWhatWasTakenFromTheLists) {
+  Scratch scratch({"f"});
+  PlatformImpl::setSystemTempDir((scratch / "").c_str());
+  PlatformImpl::addFileToCleanupList((scratch / "f").c_str());
+  const SString dir = PlatformImpl::createTempSubDirectory();
+  PlatformImpl::removeFileFromCleanupList((scratch / "f").c_str());
+  PlatformImpl::removeDirFromCleanupList(dir);
+  PlatformImpl::cleanup();
+  EXPECT_EQ(2u, scratch.rest().size());
+}
+
+// --- The launcher itself ---
+
+struct LauncherRow {
+  const char* name;
+  Strings entries;
+  const char* launcher;
+  Strings rest;
+};
+
+const LauncherRow kLauncherRows[] = {
+    {"alone in its directory", {"d/", "d/setup"}, "d/setup", {}},
+    {"among other files", {"d/", "d/setup", "d/f"}, "d/setup", {"d/", "d/f"}},
+    {"among hidden files", {"d/", "d/setup", "d/.f"}, "d/setup", {"d/", "d/.f"}},
+    {"only the innermost directory", {"d/", "d/e/", "d/e/setup"}, "d/e/setup", {"d/"}},
+    {"missing, its directory is empty", {"d/"}, "d/setup", {}},
+    {"missing with its directory", {}, "d/setup", {}},
+    {"a link", {"f", "d/", "d/setup -> ../f"}, "d/setup", {"f"}},
+    {"a directory", {"d/", "d/setup/"}, "d/setup", {"d/", "d/setup/"}},
+};
+
+TEST(Delete, LauncherAndItsDirectory) {
+  for (const LauncherRow& row : kLauncherRows) {
+    Scratch scratch(row.entries);
+    LauncherTestAccess::setLauncherFileName(scratch / row.launcher);
+    PlatformImpl::deleteLauncher();
+    EXPECT_EQ(row.rest, scratch.rest()) << row.name;
+    EXPECT_EQ("", scratch.log()) << row.name;
+  }
+}
+
+TEST(Delete, LauncherWithoutADirectoryInItsName) {
+  Scratch scratch({"d/", "d/setup"});
+  const test::ScopedCurrentDir current(scratch / "d");
+  LauncherTestAccess::setLauncherFileName("setup");
+  PlatformImpl::deleteLauncher();
+  EXPECT_EQ((Strings{"d/"}), scratch.rest());
+}
+
+struct CleanupLauncherRow {
+  const char* name;
+  bool deletes;
+  Strings rest;
+};
+
+const CleanupLauncherRow kCleanupLauncherRows[] = {
+    {"not asked for", false, {"d/", "d/setup"}},
+    {"asked for, behind the registered files", true, {}},
+};
+
+TEST(Delete, CleanupDeletesTheLauncherWhereAskedFor) {
+  for (const CleanupLauncherRow& row : kCleanupLauncherRows) {
+    Scratch scratch({"d/", "d/setup", "d/f"});
+    LauncherTestAccess::setLauncherFileName(scratch / "d/setup");
+    PlatformImpl::addFileToCleanupList((scratch / "d/f").c_str());
+    PlatformImpl::setDeleteLauncher(row.deletes);
+    PlatformImpl::cleanup();
+    EXPECT_EQ(row.rest, scratch.rest()) << row.name;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,216 @@
+// The environment, small file operations and the conversion of wide characters.
+#include "platform/PlatformImpl.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "platform/RandomName.h"
+#include "support/TestFiles.h"
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+std::string text(const SString& s) {
+  return std::string(s.view());
+}
+
+Strings asStrings(const StringDeque& deque) {
+  Strings strings;
+  for (long i = 0; i < deque.size(); ++i) {
+    strings.push_back(text(deque[i]));
+  }
+  return strings;
+}
+
+// --- Environment ---
+
+struct HintRow {
+  const char* name;
+  const char* value;  // null: not set
+  Strings wanted;
+};
+
+const HintRow kHintRows[] = {
+    {"not set", nullptr, {}},
+    {"empty", "", {}},
+    {"one directory", "/opt/jvm", {"/opt/jvm"}},
+    {"two directories", "/a:/b", {"/a", "/b"}},
+    {"separator at the end", "/a:", {"/a", ""}},
+    {"separator at the start", ":/a", {"", "/a"}},
+    {"separator alone", ":", {"", ""}},
+    {"two separators together", "/a::/b", {"/a", "", "/b"}},
+    {"blanks and semicolons stay", " /a ;/b: /c", {" /a ;/b", " /c"}},
+};
+
+TEST(PlatformImpl, PlatformHints) {
+  for (const HintRow& row : kHintRows) {
+    const test::ScopedEnvironment variable("CORVANE_HINT", row.value);
+    StringDeque homes;
+    homes.push_back("left over");
+    PlatformImpl::getPlatformHint(homes, "CORVANE_HINT");
+    EXPECT_EQ(row.wanted, asStrings(homes)) << row.name;
+  }
+}
+
+TEST(PlatformImpl, HintWithoutNameIsEmpty) {
+  StringDeque homes;
+  homes.push_back("left over");
+  PlatformImpl::getPlatformHint(homes, "");
+  EXPECT_EQ(Strings(), asStrings(homes));
+}
+
+TEST(PlatformImpl, JVMPathsAreThoseOfPath) {
+  const test::ScopedEnvironment path("PATH", "/a/bin::/b/bin");
+  StringDeque dirs;
+  PlatformImpl::getPlatformJVMPaths(dirs);
+  EXPECT_EQ((Strings{"/a/bin", "", "/b/bin"}), asStrings(dirs));
+}
+
+TEST(PlatformImpl, PartitionsAreAppended) {
+  StringDeque partitions;
+  partitions.push_back("kept");
+  PlatformImpl::getJVMSearchPartitions(partitions);
+  EXPECT_EQ((Strings{"kept", "/"}), asStrings(partitions));
+}
+
+TEST(PlatformImpl, PathSeparator) {
+  EXPECT_EQ("/", text(PlatformImpl::getPathSeparator()));
+}
+
+struct VariableRow {
+  const char* name;
+  const char* value;
+};
+
+const VariableRow kVariableRows[] = {
+    {"new", "one"},         {"replaced", "two"}, {"replaced by a longer one", "three and more"},
+    {"empty", ""},          {"with =", "a=b=c"}, {"with blanks and lines", " a\nb "},
+    {"with bytes", "\xE9"},
+};
+
+TEST(PlatformImpl, SetEnvironmentVariable) {
+  const test::ScopedEnvironment putBack("CORVANE_VARIABLE", nullptr);
+  for (const VariableRow& row : kVariableRows) {
+    PlatformImpl::setEnvironmentVariable("CORVANE_VARIABLE", row.value);
+    EXPECT_STREQ(row.value, std::getenv("CORVANE_VARIABLE")) << row.name;
+    EXPECT_EQ(row.value, text(PlatformImpl::getEnvironmentVariable("CORVANE_VARIABLE")))
+        << row.name;
+  }
+}
+
+TEST(PlatformImpl, UnsetVariableIsEmpty) {
+  const test::ScopedEnvironment unset("CORVANE_VARIABLE", nullptr);
+  EXPECT_EQ("", text(PlatformImpl::getEnvironmentVariable("CORVANE_VARIABLE")));
+  EXPECT_EQ("", text(PlatformImpl::getEnvironmentVariable("")));
+}
+
+TEST(PlatformImpl, VariableIsIndependentOfItsSources) {
+  const test::ScopedEnvironment putBack("CORVANE_VARIABLE", nullptr);
+  {
+    SString value = "kept";
+    PlatformImpl::setEnvironmentVariable("CORVANE_VARIABLE", value);
+    value.replace(0, 4, "gone");
+  }
+  EXPECT_STREQ("kept", std::getenv("CORVANE_VARIABLE"));
+}
+
+// --- Files ---
+
+struct ModeRow {
+  const char* name;
+  mode_t before;
+  mode_t wanted;
+};
+
+const ModeRow kModeRows[] = {
+    {"plain", 0644, 0755},
+    {"private", 0600, 0711},
+    {"no rights", 0000, 0111},
+    {"executable", 0755, 0755},
+    {"for the owner only", 0700, 0711},
+    {"special bits", 01644, 01755},
+};
+
+TEST(PlatformImpl, SetFileExecutable) {
+  test::TempDir dir;
+  const std::string path = test::writeFile(dir / "file", "x");
+  for (const ModeRow& row : kModeRows) {
+    ASSERT_EQ(0, chmod(path.c_str(), row.before));
+    PlatformImpl::setFileExecutable(path.c_str());
+    struct stat status = {};
+    ASSERT_EQ(0, stat(path.c_str(), &status));
+    EXPECT_EQ(row.wanted, status.st_mode & 07777) << row.name;
+  }
+}
+
+TEST(PlatformImpl, SetFileExecutableIgnoresAMissingFile) {
+  test::TempDir dir;
+  PlatformImpl::setFileExecutable((dir / "missing").c_str());
+  EXPECT_EQ(Strings(), test::listTree(dir.path()));
+}
+
+// --- Wide characters ---
+
+struct WideRow {
+  const char* name;
+  const wchar_t* wide;
+  const char* inC;
+  const char* inUtf8;
+};
+
+constexpr wchar_t kStrayByte[] = {L'a', static_cast<wchar_t>(-61), L'b', 0};
+
+const WideRow kWideRows[] = {
+    {"empty", L"", "", ""},
+    {"ASCII", L"Foo 1.0\x7F", "Foo 1.0\x7F", "Foo 1.0\x7F"},
+    {"letter of two bytes", L"a\x00E9z", "a", "a\xC3\xA9z"},
+    {"letter of three bytes", L"\x65E5", "", "\xE6\x97\xA5"},
+    {"character of four bytes", L"\x1F600!", "", "\xF0\x9F\x98\x80!"},
+    {"sign-extended byte", kStrayByte, "a", "a"},
+    {"half of a pair", L"a\xD83Dz", "a", "a"},
+    {"something before and behind", L"\x00E9\xD83D\x00E9", "", "\xC3\xA9"},
+};
+
+TEST(PlatformImpl, WideToMultiByte) {
+  for (const WideRow& row : kWideRows) {
+    EXPECT_EQ(row.inC, text(PlatformImpl::wideToMultiByte(row.wide))) << row.name;
+  }
+}
+
+TEST(PlatformImpl, WideToMultiByteInUtf8) {
+  if (std::setlocale(LC_CTYPE, "C.UTF-8") == nullptr) {
+    GTEST_SKIP() << "no locale C.UTF-8";
+  }
+  for (const WideRow& row : kWideRows) {
+    EXPECT_EQ(row.inUtf8, text(PlatformImpl::wideToMultiByte(row.wide))) << row.name;
+  }
+}
+
+TEST(PlatformImpl, WideToMultiByteOfALongText) {
+  const std::wstring wide(100000, L'x');
+  EXPECT_EQ(std::string(100000, 'x'), text(PlatformImpl::wideToMultiByte(wide.c_str())));
+}
+
+// --- Random names ---
+
+TEST(PlatformImpl, RandomNamesAreLettersAndDigits) {
+  constexpr const char* kAllowed = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+  for (const std::size_t size : {0u, 1u, 6u, 8u, 9u, 100u}) {
+    const SString name = randomName(size);
+    EXPECT_EQ(size, name.size());
+    EXPECT_EQ(SString::npos, name.find_first_not_of(kAllowed)) << name.c_str();
+  }
+}
+
+TEST(PlatformImpl, RandomNamesDiffer) {
+  EXPECT_FALSE(randomName(20) == randomName(20));
+}
+
+}  // namespace
