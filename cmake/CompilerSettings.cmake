@@ -10,6 +10,11 @@ if(CORVANE_WERROR)
   target_compile_options(corvane_settings INTERFACE -Werror)
 endif()
 
+# Files of more than 2 GiB can be opened where a file position has 32 bits by itself.
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  target_compile_definitions(corvane_settings INTERFACE _FILE_OFFSET_BITS=64)
+endif()
+
 if(CMAKE_BUILD_TYPE STREQUAL "Debug")
   target_compile_definitions(corvane_settings INTERFACE _GLIBCXX_ASSERTIONS)
 endif()
