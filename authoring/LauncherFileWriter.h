@@ -1,0 +1,71 @@
+// LauncherFileWriter: the bytes of a launcher file, in the layout that src/archive/
+// LauncherFileFormat.h draws. Nothing else in the project encodes them; the tests use it, too.
+//
+// The free functions encode whatever numbers they are given, also wrong ones (the tests need them).
+// The writer adds the stub first, then the files, and ends with index, purpose byte and trailer. It
+// keeps the parts where the reader finds them: a file that does not end with a newline is followed
+// by one outside its length, since the reader of tag files reads whole lines.
+#ifndef CORVANE_AUTHORING_LAUNCHERFILEWRITER_H
+#define CORVANE_AUTHORING_LAUNCHERFILEWRITER_H
+
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace authoring {
+
+struct DecompressedSize {
+  std::int32_t files = 0;
+  std::int32_t bytes = 0;
+};
+
+struct IndexRecord {
+  std::int32_t type = 0;
+  std::int32_t id = 0;
+  std::int32_t length = 0;
+  std::int32_t offset = 0;
+  std::string name;  // at most 32767 bytes, no newline
+  std::optional<DecompressedSize> decompressed;
+};
+
+inline constexpr std::int64_t kMaxLauncherFileSize = 0x7FFFFFFF;
+
+std::string encodeNumber32(std::int64_t number);
+std::string encodeNumber16(std::int64_t number);
+std::string encodeEntry(const IndexRecord& record);
+std::string encodeIndex(const std::vector<IndexRecord>& records);
+std::string encodeTrailer(std::int64_t indexOffset);
+
+class LauncherFileWriter {
+ public:
+  // `output` is not owned; writing begins where it stands, which must be the file's beginning.
+  explicit LauncherFileWriter(std::FILE* output) : m_output(output) {}
+
+  // Throw AuthoringError when `source` cannot be read, the output cannot be written, or the file
+  // grows beyond kMaxLauncherFileSize.
+  void addStub(std::FILE* source) { copy(source); }
+  void addStub(std::string_view bytes) { write(bytes); }
+  // Stores the bytes; the record's length and offset are filled in.
+  void addFile(IndexRecord record, std::FILE* source);
+  void addFile(IndexRecord record, std::string_view bytes);
+  // Writes the index and the end of the file. Nothing may be added afterwards. Returns the size.
+  std::int64_t finish(std::int32_t purpose);
+
+ private:
+  void copy(std::FILE* source);
+  void write(std::string_view bytes);
+  void beginFile(IndexRecord& record) const;
+  void endFile(IndexRecord& record);
+
+  std::FILE* m_output;
+  std::int64_t m_position = 0;
+  char m_lastByte = '\n';
+  std::vector<IndexRecord> m_records;
+};
+
+}  // namespace authoring
+
+#endif

@@ -1,0 +1,237 @@
+// Copying one embedded file out of the launcher file.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <optional>
+#include <string>
+
+#include "archive/FileIndexEntry.h"
+#include "platform/PlatformImpl.h"
+#include "support/ArchiveFixture.h"
+#include "tagfile/StreamUtils.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+constexpr const char* kHint =
+    " There may not be enough temporary disk space. Try using -cv:tempdir to use a temporary "
+    "directory on a partition with more disk space.";
+
+constexpr std::size_t kChunk = 61439;
+
+std::string pattern(std::size_t size) {
+  std::string bytes(size, '\0');
+  for (std::size_t i = 0; i < size; ++i) {
+    bytes[i] = static_cast<char>(i * 31 + i / 251);
+  }
+  return bytes;
+}
+
+// A launcher file on disk and one entry that refers into it.
+class Extraction {
+ public:
+  explicit Extraction(const std::string& launcherBytes) {
+    LauncherTestAccess::setLauncherFileName(test::writeFile(m_dir / "launcher", launcherBytes));
+    EXPECT_EQ(0, mkdir((m_dir / "out").c_str(), 0755));
+  }
+
+  // What `extract` returned, or the text that it threw.
+  std::string extract(const authoring::IndexRecord& record, const std::string& directory) {
+    const FilePtr file = streamOf(authoring::encodeEntry(record));
+    FileIndexEntry entry;
+    entry.load(file.get());
+    try {
+      return entry.extract(directory.c_str()).c_str();
+    } catch (const LauncherException& e) {
+      return e.what();
+    }
+  }
+
+  std::string out() const { return m_dir / "out"; }
+  std::string file(const std::string& name) const { return out() + "/" + name; }
+  const test::TempDir& dir() const { return m_dir; }
+
+ private:
+  test::TempDir m_dir;
+};
+
+struct CopyRow {
+  const char* name;
+  std::int32_t offset;
+  std::int32_t length;
+  std::size_t begin;  // of the bytes wanted
+  std::size_t size;
+  int steps;  // of the progress
+};
+
+constexpr int kFileSize = 200000;
+
+const CopyRow kCopyRows[] = {
+    {"nothing", 10, 0, 0, 0, 0},
+    {"one byte", 10, 1, 10, 1, 1},
+    {"one less than a chunk", 10, 61438, 10, kChunk - 1, 1},
+    {"a chunk", 10, 61439, 10, kChunk, 1},
+    {"one more than a chunk", 10, 61440, 10, kChunk + 1, 2},
+    {"two chunks", 0, 122878, 0, 2 * kChunk, 2},
+    {"the whole file", 0, kFileSize, 0, kFileSize, 4},
+    {"the last byte", kFileSize - 1, 1, kFileSize - 1, 1, 1},
+    {"one byte past the end", kFileSize - 1, 2, kFileSize - 1, 1, 1},
+    {"ends early", 61439, kLargest, kChunk, kFileSize - kChunk, 3},
+    {"ends early just behind a chunk", kFileSize - 61439, kLargest, kFileSize - kChunk, kChunk, 2},
+    {"begins at the end", kFileSize, 5, 0, 0, 1},
+    {"begins past the end", kLargest, 5, 0, 0, 1},
+    {"largest numbers", kLargest, kLargest, 0, 0, 1},
+    {"negative length", 10, -1, 0, 0, 0},
+    {"smallest length", 10, kSmallest, 0, 0, 0},
+    {"negative offset, as far as it lies inside", -4, 10, 0, 6, 1},
+    {"negative offset up to the beginning", -4, 4, 0, 0, 0},
+    {"smallest offset", kSmallest, kLargest, 0, 0, 0},
+    {"smallest numbers", kSmallest, kSmallest, 0, 0, 0},
+};
+
+// Each step of the progress shows a dot.
+long countDots(const std::string& shown) {
+  return std::count(shown.begin(), shown.end(), '.');
+}
+
+TEST(FileIndexEntry, CopiesItsBytesAndNothingElse) {
+  const std::string bytes = pattern(kFileSize);
+  Extraction extraction(bytes);
+  PlatformImpl::showUI();
+  for (const CopyRow& row : kCopyRows) {
+    SCOPED_TRACE(row.name);
+    const std::string path = extraction.file("copy");
+    test::writeFile(path, "what stood here before");
+    test::beginCapture();
+    const std::string result =
+        extraction.extract({3, 1, row.length, row.offset, "copy", {}}, extraction.out());
+    EXPECT_EQ(row.steps, countDots(test::endCapture()));
+    EXPECT_EQ(path, result);
+    EXPECT_TRUE(bytes.substr(row.begin, row.size) == test::readFile(path));
+  }
+}
+
+struct PlaceRow {
+  const char* name;
+  const char* directory;  // below the scratch folder, which is the current one
+  const char* fileName;
+  const char* result;  // the path or the text, "DIR" stands for the scratch folder
+};
+
+const PlaceRow kPlaceRows[] = {
+    {"current directory", "", "a.jar", "a.jar"},
+    {"directory", "DIR/out", "a.jar", "DIR/out/a.jar"},
+    {"directory with its separator", "DIR/out/", "a.jar", "DIR/out/a.jar"},
+    {"relative directory", "out", "a.jar", "out/a.jar"},
+    {"name as it stands", "DIR/out", "../b c\"\xC3\xA4", "DIR/out/../b c\"\xC3\xA4"},
+    {"name with a newline", "", "a\n", "a\n"},
+    {"name below a directory", "", "out/b.jar", "out/b.jar"},
+    {"no such directory", "", "none/b.jar", "Error writing file = 2"},
+    {"a directory of that name", "", "out", "Error writing file = 21"},
+    {"empty name", "", "", "Error writing file = 2"},
+    {"directory that is not there", "none", "a.jar", "Error writing file = 2"},
+    {"absolute directory that is not there", "DIR/none", "a.jar", "No such file or directory"},
+};
+
+std::string inScratch(const char* text, const test::TempDir& dir) {
+  const std::string path = text;
+  return path.rfind("DIR", 0) == 0 ? dir.path() + path.substr(3) : path;
+}
+
+TEST(FileIndexEntry, WritesUnderItsNameInTheDirectory) {
+  Extraction extraction("stub stored");
+  const test::ScopedCurrentDir current(extraction.dir().path());
+  for (const PlaceRow& row : kPlaceRows) {
+    SCOPED_TRACE(row.name);
+    const std::string result = extraction.extract({3, 1, 6, 5, row.fileName, {}},
+                                                  inScratch(row.directory, extraction.dir()));
+    const bool fails = std::string(row.result).rfind("Error", 0) == 0;
+    EXPECT_EQ(inScratch(row.result, extraction.dir()) + (fails ? kHint : ""), result);
+    if (std::string(row.result).find(row.fileName) != std::string::npos && *row.fileName != '\0') {
+      EXPECT_EQ("stored", test::readFile(result));
+    }
+  }
+}
+
+TEST(FileIndexEntry, MakesInstallersAndLaunchersExecutable) {
+  umask(022);
+  Extraction extraction("stored");
+  for (int type = 0; type <= FILE_TYPE_LAST; ++type) {
+    SCOPED_TRACE(type);
+    const std::string path =
+        extraction.extract({type, 1, 6, 0, std::to_string(type), {}}, extraction.out());
+    struct stat status;
+    ASSERT_EQ(0, stat(path.c_str(), &status));
+    EXPECT_EQ(type == 4 || type == 7 ? 0755u : 0644u, status.st_mode & 0777u);
+  }
+}
+
+// The device takes no byte; what was to be written does not matter.
+TEST(FileIndexEntry, ReportsAFullDiskOnce) {
+  Extraction extraction(pattern(kFileSize));
+  PlatformImpl::showUI();
+  test::beginCapture();
+  EXPECT_EQ("Error writing file = 28"s + kHint,
+            extraction.extract({3, 1, kFileSize, 0, "full", {}}, "/dev"));
+  EXPECT_EQ(1, countDots(test::endCapture()));
+  EXPECT_EQ("/dev/full", extraction.extract({3, 1, 0, 0, "full", {}}, "/dev"));
+}
+
+struct SpaceRow {
+  const char* name;
+  std::int32_t length;
+  std::optional<authoring::DecompressedSize> decompressed;
+  bool fits;
+};
+
+// A file takes a block at least, so that two thousand million files fit on no disk of ours, however
+// small they are. Two thousand million bytes may.
+const SpaceRow kSpaceRows[] = {
+    {"stored", 6, {}, true},
+    {"packed, of one file", 6, {{1, 100}}, true},
+    {"packed, of too many files", 6, {{kLargest, 0}}, false},
+    {"packed, with negative numbers", 6, {{-1, -1}}, true},
+    {"packed, with the smallest numbers", 6, {{kSmallest, kSmallest}}, true},
+};
+
+TEST(FileIndexEntry, AsksForRoomFirst) {
+  Extraction extraction("stored");
+  for (const SpaceRow& row : kSpaceRows) {
+    SCOPED_TRACE(row.name);
+    const std::string result =
+        extraction.extract({3, 1, row.length, 0, row.name, row.decompressed}, extraction.out());
+    const std::string path = extraction.file(row.name);
+    EXPECT_EQ(row.fits ? path : "Error writing file = "s + kHint, result);
+    EXPECT_EQ(row.fits ? 0 : -1, access(path.c_str(), F_OK));
+    if (row.fits) {
+      EXPECT_EQ("stored", test::readFile(path));
+    }
+  }
+}
+
+TEST(FileIndexEntry, StopsWhenTheUserCancels) {
+  Extraction extraction("stored");
+  PlatformTestAccess::setCanceled(true);
+  PlatformImpl::showUI();
+  test::beginCapture();
+  EXPECT_EQ("Canceled by the user.",
+            extraction.extract({4, 1, 6, 0, "installer", {}}, extraction.out()));
+  EXPECT_EQ("", test::endCapture());
+  EXPECT_EQ("", test::readFile(extraction.file("installer")));  // begun, not removed
+  EXPECT_EQ("Canceled by the user.", extraction.extract({3, 1, 0, 0, "a", {}}, extraction.out()));
+  EXPECT_EQ("Error writing file = 2"s + kHint,
+            extraction.extract({3, 1, 6, 0, "none/a", {}}, extraction.out()));
+}
+
+TEST(FileIndexEntry, ReportsALauncherThatHasGone) {
+  Extraction extraction("stored");
+  LauncherTestAccess::setLauncherFileName(extraction.dir() / "gone");
+  EXPECT_EQ("Error writing file = 2"s + kHint,
+            extraction.extract({3, 1, 6, 0, "a", {}}, extraction.out()));
+  EXPECT_TRUE(test::listTree(extraction.out()).empty());
+}
+
+}  // namespace
