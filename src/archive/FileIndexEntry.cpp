@@ -23,7 +23,7 @@ std::int32_t loadFileType(std::FILE* file) {
   return type;
 }
 
-// The name is read as a line of at most `length` bytes. A newline in
+// QUIRK(name-ends-at-newline): the name is read as a line of at most `length` bytes. A newline in
 // it ends it there, stays in it, and leaves its other bytes to be read as the next fields; a name
 // cut short by the end of the file is taken as it is. Writers must not use newlines in names.
 // A name that holds a zero byte ends there for us, its other bytes are consumed.

@@ -66,7 +66,7 @@ void LauncherInputFiles::load(const TagFile& inputFile) {
   }
 }
 
-// An input file whose JVM values are all empty still keeps the embedded jvm
+// QUIRK(empty-jvm-value): an input file whose JVM values are all empty still keeps the embedded jvm
 // files out; so a caller says that none of them is wanted.
 void LauncherInputFiles::loadJVMFile(const SString& path) {
   m_jvmFilesGiven = true;
@@ -136,7 +136,7 @@ void LauncherInputFiles::logFileIndex() const {
   }
 }
 
-// Whatever tag file fails, of whatever type, the message begins with the
+// QUIRK(one-prefix-for-all): whatever tag file fails, of whatever type, the message begins with the
 // text for the instruction script.
 void LauncherInputFiles::loadTagFiles(std::FILE* launcherFile) {
   withPrefix(MSG_INSTRUCTIONS_LOAD_FAILED, [&] {
