@@ -10,7 +10,30 @@
 #
 # Run by itself it sets up for the tests: scripts/setup.sh [build|test]
 
-root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." >/dev/null && pwd -P)
+#
+# root is the project's folder. CMake builds nothing in a folder whose name holds quotes and the
+# like, so that there root is a link to it with a plain name, in the user's cache.
+
+plain_name() {
+    local LC_ALL=C
+    case $1 in
+    *[!A-Za-z0-9/._+\ -]*) return 1 ;;
+    esac
+}
+
+find_root() {
+    local cache
+    root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." >/dev/null && pwd -P)
+    if ! plain_name "$root"; then
+        cache=${XDG_CACHE_HOME:-${HOME-}/.cache}/corvane-launcher
+        if ! plain_name "$cache" || ! mkdir -p -- "$cache" 2>/dev/null; then
+            cache=$(mktemp -d)
+        fi
+        cache=$cache/$(printf '%s' "$root" | cksum | tr ' ' -)
+        ln -sfn -- "$root" "$cache"
+        root=$cache
+    fi
+}
 
 say() { printf '\n== %s\n' "$*"; }
 die() {
@@ -90,6 +113,8 @@ debian_name() {
 as_root() {
     if [ "$(id -u)" = 0 ]; then
         "$@"
+    elif ! has sudo; then
+        return 1
     elif [ -t 0 ]; then
         sudo "$@"
     else
@@ -125,8 +150,9 @@ set_up() {
         fi
     fi
     if [ "${#needed[@]}" != 0 ]; then
-        die "Please install what these Debian packages hold, and start again: ${needed[*]}
-(g++ has to know C++20, cmake has to be 3.22 or later.)"
+        die "
+Missing: what these Debian packages hold: ${needed[*]}
+(g++ has to know C++20, cmake has to be 3.22 or later.) Please install it and start again."
     fi
 }
 
@@ -141,6 +167,7 @@ use_utf8() {
 build() {
     local preset=$1 folder=$root/build/$1 log=$root/build/$1.log generator=()
     shift
+    # The folder is named in full each time: from the current folder CMake would follow the link.
     if ! grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$folder/CMakeCache.txt"; then
         # A new folder, or one that was made where the project stood before.
         rm -rf -- "$folder"
@@ -148,8 +175,8 @@ build() {
     fi
     say "Building ($preset)"
     mkdir -p -- "$root/build"
-    if (cd -- "$root" && cmake --preset "$preset" ${generator[@]+"${generator[@]}"} &&
-        cmake --build --preset "$preset" ${1+--target "$@"}) >"$log" 2>&1; then
+    if { cmake -S "$root" --preset "$preset" ${generator[@]+"${generator[@]}"} &&
+        cmake --build "$folder" ${1+--target "$@"}; } >"$log" 2>&1; then
         return 0
     fi
     cat -- "$log"
@@ -157,6 +184,7 @@ build() {
     return 1
 }
 
+find_root
 if [ "${BASH_SOURCE[0]}" = "$0" ]; then
     set_up "${1:-test}"
 fi

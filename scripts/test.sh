@@ -40,8 +40,8 @@ test_preset() {
     fi
     say "Testing ($preset)"
     rm -f -- "$report"
-    (cd -- "$root" && ctest --preset "$preset" --no-tests=error -j "$(getconf _NPROCESSORS_ONLN)" \
-        --output-junit "$report") || status=$?
+    ctest --test-dir "$root/build/$preset" --output-on-failure --no-tests=error \
+        -j "$(getconf _NPROCESSORS_ONLN)" --output-junit "$report" || status=$?
     if [ ! -s "$report" ]; then
         fail "ctest of the preset $preset"
         return
