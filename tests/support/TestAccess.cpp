@@ -25,6 +25,18 @@ void LauncherTestAccess::setPurpose(int purpose) {
   Launcher::m_launcherPurpose = purpose;
 }
 
+void LauncherTestAccess::resetState() {
+  Launcher::m_logFileName = SString();
+  Launcher::m_logFileInitialized = false;
+  Launcher::m_launcherPurpose = -1;
+  for (SString& variable : Launcher::m_stringVariables) {
+    variable = SString();
+  }
+  for (std::int32_t& variable : Launcher::m_numericVariables) {
+    variable = 0;
+  }
+}
+
 void PlatformTestAccess::setCanceled(bool canceled) {
   PlatformImpl::m_canceled = canceled ? 1 : 0;
 }

@@ -17,6 +17,9 @@ class LauncherTestAccess {
   static void setAppendClasspath(const std::string& path);
   static void setUserJavaHome(const std::string& path);
   static void setPurpose(int purpose);
+  // Log, purpose and variables as at the start of a process, for test programs that are run by
+  // hand, all tests in one process.
+  static void resetState();
 };
 
 class PlatformTestAccess {
