@@ -86,7 +86,8 @@ void Launcher::logMessage(const char* text, LogMessageType type) {
   if (file == nullptr) {
     return;
   }
-  // Once in a process: a log file that is named later gets no separator.
+  // QUIRK(log-separator-once): once in a process; a log file that is named later gets no separator,
+  // so that a log always shows one per process.
   if (!m_logFileInitialized) {
     std::fputs(kLogSeparator, file.get());
     m_logFileInitialized = true;
