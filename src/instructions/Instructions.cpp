@@ -61,7 +61,7 @@ struct Instructions::Statement {
 
   // The commands.
   void comment() {}
-  void executeLauncher() { Launcher::executeEmbeddedLauncher(longArgument(kILaunchIndex)); }
+  void executeLauncher();
   void findJVM();
   void goTo() { script.jumpTo(argument(kGotoLabel)); }
   void ilaunch();
@@ -225,7 +225,14 @@ void Instructions::Statement::launch() {
   result = Launcher::launch(jvmFileName, shortArgument(kLaunchSeconds));
 }
 
-// The label is asked for even where the value says not to jump.
+// QUIRK(execute-launcher-text): the text for a missing argument is that of ILAUNCH; whoever looks
+// for it in a log finds the same words for both commands.
+void Instructions::Statement::executeLauncher() {
+  Launcher::executeEmbeddedLauncher(longArgument(kILaunchIndex));
+}
+
+// QUIRK(jmp0-second-argument): the text for a bad value speaks of the second argument, though the
+// value is the first one. The label is asked for even where the value says not to jump.
 void Instructions::Statement::jumpIfZero() {
   const std::int32_t value = script.evalLongExpr(nextToken(), kJmp0Value);
   const SString label = argument(kJmp0Label);
