@@ -1,0 +1,82 @@
+#!/usr/bin/env python3
+"""Checks that docs/troubleshooting.md and the launcher's texts agree.
+
+Usage: docs_test.py PROJECT
+
+Every text that the page explains, `**`text {place}`**`, must be made of string literals of src/ and
+entries of the message catalogue; and every literal and entry that reads like words must stand on the
+page. Prints each problem and ends with status 1 when there is any.
+"""
+import pathlib
+import re
+import sys
+
+EXPLAINED = re.compile(r"\*\*`([^`]+)`\*\*")
+PLACE = re.compile(r"\{\w+\}")
+FORMAT = re.compile(r"%l?[sd]")
+WORDS = re.compile(r"[A-Za-z]{2,} [A-Za-z]{2,}")
+# A comment, or string literals that the compiler joins.
+TOKEN = re.compile(r'//[^\n]*|"(?:[^"\\\n]|\\.)*"(?:\s*"(?:[^"\\\n]|\\.)*")*|\'(?:[^\'\\]|\\.)\'')
+LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+ESCAPES = {"n": "\n", "t": "\t", '"': '"', "\\": "\\"}
+
+
+def unescape(text):
+    return re.sub(r"\\(.)", lambda m: ESCAPES.get(m.group(1), m.group(0)), text)
+
+
+def literals_of(source):
+    for token in TOKEN.findall(source):
+        if token.startswith('"'):
+            yield unescape("".join(LITERAL.findall(token)))
+
+
+def source_texts(root):
+    return {text for path in sorted((root / "src").rglob("*.cpp"))
+            for text in literals_of(path.read_text())}
+
+
+def catalogue_texts(root):
+    template = (root / "messages" / "corvane-launcher.pot").read_text()
+    for entry in re.findall(r'^msgid ((?:"[^\n]*"\n)+)', template, re.MULTILINE):
+        yield unescape("".join(LITERAL.findall(entry)))
+
+
+def is_made_of(text, parts):
+    """True when `text` is a sequence of parts; blanks at its two ends need not be there."""
+    reached = {0}
+    for position in range(len(text)):
+        if position not in reached:
+            continue
+        for part in parts:
+            forms = {part} | ({part.lstrip()} if position == 0 else set())
+            for form in forms:
+                if form and text.startswith(form, position):
+                    reached.add(position + len(form))
+                if form.rstrip() and text[position:] == form.rstrip():
+                    return True
+    return len(text) in reached
+
+
+def main():
+    root = pathlib.Path(sys.argv[1])
+    page = re.sub(r"\n\s*", " ", (root / "docs" / "troubleshooting.md").read_text())
+    catalogue = set(catalogue_texts(root))
+    texts = {part for text in source_texts(root) | catalogue for part in FORMAT.split(text) if part}
+    problems = []
+    for explained in EXPLAINED.findall(page):
+        for piece in PLACE.split(explained):
+            if piece.strip() and not is_made_of(piece, texts):
+                problems.append(f"explained, but not a text of the launcher: {explained!r} at {piece!r}")
+    for text in sorted(texts):
+        for line in text.split("\n"):
+            if WORDS.search(line) and line.strip() not in page:
+                problems.append(f"not explained in docs/troubleshooting.md: {line!r}")
+    if len(catalogue) < 40 or len(texts) < 100:
+        problems.append(f"only {len(texts)} texts were found in src/ and messages/")
+    print("\n".join(problems) or f"{len(texts)} texts, all explained")
+    return 1 if problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
