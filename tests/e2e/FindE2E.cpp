@@ -1,0 +1,268 @@
+// Finding a JVM: the strategies in their order, verification, and the scan of the disks.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "e2e/LauncherTest.h"
+
+namespace fs = std::filesystem;
+
+namespace e2e {
+namespace {
+
+// The places that the log names, in order, one word of strategy in front of each.
+std::string triedPlaces(const std::string& log, const std::string& scratch) {
+  const std::string verifying = "Verifying JVM at ";
+  std::string places;
+  for (std::size_t at = log.find(verifying); at != std::string::npos;
+       at = log.find(verifying, at + 1)) {
+    places += log.substr(at + verifying.size(), log.find('\n', at) - at - verifying.size()) + "\n";
+  }
+  return normalised(places, scratch);
+}
+
+class Find : public LauncherTest {
+ protected:
+  void embedFind() {
+    embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+    embedInstructions(
+        {"FIND_JVM 0 1", "JMP0 @N1@ none", "GOTO end", ":none", "ILAUNCH 0 0", ":end"});
+  }
+};
+
+TEST_F(Find, StrategiesInOrder) {
+  makeJVM("old", "1.8.0");
+  const std::string good = makeJVM("good", "17.0.2");
+  setEnv("HINT", dir("jvms/none") + "::" + dir("jvms/old"));
+  setEnv("PATH", dir("jvms/old/bin") + "::" + good + "/bin/:/usr/bin:/bin");
+  embedJVM("PLATFORM_HINT:\nHINT\nUNSET_HINT\n/:\nPATH_HINT:\n" + dir("jvms/absent") +
+           "\njre/here\n/:\n");
+  embedFind();
+  const Result result = run();
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(
+      "DIR/jvms/none/bin/java\n"
+      "DIR/jvms/old/bin/java\n"
+      "DIR/jvms/absent/bin/java\n"
+      "DIR/app/jre/here/bin/java\n"
+      "DIR/jvms/old/bin/java\n"
+      "DIR/jvms/good/bin/java\n",
+      triedPlaces(result.log, scratch()));
+  EXPECT_NE(std::string::npos, result.log.find("Matching JVM home is " + good + "/\n"));
+}
+
+TEST_F(Find, TheUsersHomeComesFirstAndIsTriedForEachJvmFile) {
+  const std::string good = makeJVM("good", "17.0.2");
+  const std::string old = makeJVM("old", "1.8.0");
+  setEnv("HINT", good);
+  embedJVM("PLATFORM_HINT: HINT\n");
+  embed(FILE_TYPE_JVM, 20, "java8.jvm",
+        "DESC: Java 8\nJVM_EXE: bin/java\nJVM_PROPERTIES: java.version=1.8...\nCLASSPATH: -cp\n");
+  embedFind();
+  const Result result = run({"-cv:javahome", old});
+  EXPECT_EQ("DIR/jvms/old/bin/java\nDIR/jvms/old/bin/java\n", triedPlaces(result.log, scratch()));
+  EXPECT_NE(std::string::npos,
+            result.log.find("Checking user specified Java home directory => " + old + "\n"));
+  EXPECT_EQ(std::string::npos, result.log.find("Initiating JVM search based on hints..."));
+}
+
+TEST_F(Find, AUsersHomeThatDoesNotFitFallsBackToTheHints) {
+  const std::string good = makeJVM("good", "17.0.2");
+  setEnv("HINT", good);
+  embedJVM("PLATFORM_HINT: HINT\n");
+  embedFind();
+  const Result result = run({"-cv:javahome", dir("jvms/none")});
+  EXPECT_EQ("DIR/jvms/none/bin/java\nDIR/jvms/good/bin/java\n", triedPlaces(result.log, scratch()));
+}
+
+TEST_F(Find, ARelativeHintMarksTheJvmAsTemporary) {
+  makeJVM("../app/jre", "17.0.2");
+  embedJVM("PATH_HINT: jre\n");
+  embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+  embed(FILE_TYPE_LAUNCH_SCRIPT, 2, "l",
+        "DESC: Sample\nCOMMAND: echo @JVM_TEMP@ @JVM_HOME@ >#RECORD#\n");
+  embedInstructions({"FIND_JVM 0 1", "LAUNCH @S2@ 0"});
+  setEnv("RECORD", dir("record.txt"));
+  EXPECT_EQ(0, run().status);
+  EXPECT_EQ("1 " + dir("app/jre") + "\n", test::readFile(dir("record.txt")));
+}
+
+TEST_F(Find, JvmsThatMisbehave) {
+  struct Row {
+    const char* name;
+    const char* script;  // behind "#!/bin/sh"; null: no file at all
+    bool found;
+  };
+  const Row rows[] = {
+      {"right values", "printf '1739021872\\n17.1\\n'", true},
+      {"wrong values", "printf '1739021872\\n16.1\\n'", false},
+      {"banner first", "printf 'Welcome\\n\\n1739021872\\n17.1\\n'", true},
+      {"no magic line", "printf '17.1\\n'", false},
+      {"magic with a blank behind", "printf '1739021872 \\n17.1\\n'", false},
+      {"magic with a blank in front", "printf ' 1739021872\\n17.1\\n'", false},
+      {"CRLF", "printf '1739021872\\r\\n17.1\\r\\n'", true},
+      {"no newline at the end", "printf '1739021872\\n17.1'", true},
+      {"exit 1 behind right lines", "printf '1739021872\\n17.1\\n'; exit 1", true},
+      {"right lines on standard error", "printf '1739021872\\n17.1\\n' >&2", false},
+      {"nothing behind the magic", "echo 1739021872", true},
+      {"says nothing", "exit 0", false},
+      {"killed", "kill -9 $$", false},
+      {"much output first",
+       "head -c 2000000 /dev/zero | tr '\\0' '\\n'; printf '1739021872\\n17\\n'", true},
+  };
+  embedJVM("PLATFORM_HINT: HINT\n");
+  embedFind();
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    fs::remove(logFile());
+    test::writeScript(dir("jvms/x/bin/java"), "#!/bin/sh\n" + std::string(row.script) + "\n");
+    setEnv("HINT", dir("jvms/x"));
+    const Result result = run();
+    EXPECT_EQ(row.found ? 0 : 255, result.status);
+    EXPECT_EQ(row.found, result.log.find("Found matching JVM at ") != std::string::npos);
+  }
+}
+
+TEST_F(Find, WhatIsNoProgram) {
+  struct Row {
+    const char* name;
+    std::function<void(const std::string&)> make;
+  };
+  const Row rows[] = {
+      {"missing", [](const std::string&) {}},
+      {"not executable", [](const std::string& java) { test::writeFile(java, "#!/bin/sh\n"); }},
+      {"a folder", [](const std::string& java) { fs::create_directories(java); }},
+      {"a dangling link", [](const std::string& java) { fs::create_symlink("/no/where", java); }},
+      {"another architecture",
+       [](const std::string& java) {
+         test::writeScript(java, std::string("\x7f"
+                                             "ELF\0\1\2\3",
+                                             8));
+       }},
+      {"empty", [](const std::string& java) { test::writeScript(java, ""); }},
+  };
+  embedJVM("PLATFORM_HINT: HINT\n");
+  embedFind();
+  setEnv("HINT", dir("jvms/x"));
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    fs::remove_all(dir("jvms/x"));
+    fs::create_directories(dir("jvms/x/bin"));
+    row.make(dir("jvms/x/bin/java"));
+    EXPECT_EQ(255, run().status);
+  }
+}
+
+// The scan walks the whole disk: here a disk of its own, behind chroot.
+class Scan : public LauncherTest {
+ protected:
+  void SetUp() override {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer's runtime needs files that the small disk lacks";
+#endif
+    if (!canChroot()) {
+      GTEST_SKIP() << "chroot is not allowed here";
+    }
+    const std::string jail = dir("jail");
+    fs::create_directories(jail + "/tmp");
+    fs::create_directories(jail + "/app");
+    // The shell, and the libraries of the shell and of a stub that is not static.
+    const std::string copy =
+        "mkdir -p \"$1/bin\" && cp /bin/sh \"$1/bin/sh\" && "
+        "for f in $(ldd /bin/sh \"$2\" 2>/dev/null | grep -o '/[^ :]*\\.so[^ :]*'); do "
+        "mkdir -p \"$1${f%/*}\" && cp -L \"$f\" \"$1$f\"; done";
+    ASSERT_EQ(0, std::system(("set -- '" + jail + "' '" CORVANE_STUB "'; " + copy).c_str()));
+    setLauncherPath(jail + "/app/setup");
+    setStartPath("/app/setup");
+    setEnv("PATH", "/bin");
+    setPrepareChild([jail] {
+      if (chroot(jail.c_str()) != 0 || chdir("/") != 0) {
+        _exit(124);
+      }
+    });
+  }
+
+  bool canChroot() {
+    const pid_t pid = fork();
+    if (pid == 0) {
+      _exit(chroot("/") == 0 ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(pid, &status, 0);
+    return status == 0;
+  }
+
+  std::string place(const std::string& home, const std::string& version) {
+    makeJVM("../jail" + home, version);
+    return home;
+  }
+
+  Result runInside(const std::vector<std::string>& args) {
+    std::vector<std::string> all{"-cv:tempdir", "/tmp", "-cv:log", "/log"};
+    all.insert(all.end(), args.begin(), args.end());
+    Result result = runBare(all);
+    result.log = test::readFile(dir("jail/log"));
+    fs::remove(dir("jail/log"));
+    return result;
+  }
+};
+
+TEST_F(Scan, FindsWhatNoHintNames) {
+  place("/opt/a/deep/java8", "1.8.0");
+  place("/opt/java17", "17.0.9");
+  embedJVM("SEARCH_ALL: 1\n");
+  embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+  embedInstructions({"FIND_JVM 0 1", "SET S3 = @S1@", "LAUNCH @S2@ 0"});
+  embed(FILE_TYPE_LAUNCH_SCRIPT, 2, "l", "DESC: Sample\nCOMMAND: exit 33\n");
+  const Result result = runInside({});
+  EXPECT_EQ(33, result.status);
+  EXPECT_NE(std::string::npos, result.log.find("Beginning exhaustive search\n"));
+  EXPECT_NE(std::string::npos, result.log.find("Matching JVM home is /opt/java17\n"));
+  EXPECT_EQ(std::vector<std::string>{}, test::listTree(dir("jail/tmp")));
+}
+
+TEST_F(Scan, SearchAllPrintsEveryMatch) {
+  place("/opt/one", "17.0.1");
+  place("/opt/two", "17.0.2");
+  place("/opt/old", "1.8.0");
+  place("/opt/xbin", "17");  // bin/java of another name
+  fs::rename(dir("jail/opt/xbin/bin"), dir("jail/opt/xbin/sbin"));
+  embedJVM("");
+  embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+  test::writeFile(dir("jail/in.tag"), "ACTION: SEARCH_ALL\nLOGFILE: /log\n");
+  const Result result = runInside({"-cv:in", "/in.tag"});
+  EXPECT_EQ(0, result.status);
+  const std::vector<std::string> written = test::listTree(dir("jail/tmp"));
+  ASSERT_EQ(2u, written.size());
+  EXPECT_EQ("2\n", result.out.substr(0, 2));
+  for (const char* home : {"\n/opt/one\n/tmp/cvj", "\n/opt/two\n/tmp/cvj"}) {
+    EXPECT_NE(std::string::npos, result.out.find(home)) << result.out;
+  }
+  EXPECT_EQ(5, std::count(result.out.begin(), result.out.end(), '\n'));
+}
+
+TEST_F(Scan, WithoutSearchAllNothingIsScanned) {
+  place("/opt/java17", "17.0.9");
+  embedJVM("");
+  embedInstructions({"FIND_JVM 0 0", "ILAUNCH 0 0"});
+  const Result result = runInside({});
+  EXPECT_EQ(255, result.status);
+  EXPECT_EQ(std::string::npos, result.log.find("exhaustive"));
+}
+
+TEST_F(Scan, TheJvmFileThatAsksForTheScanIsTheLastWhoseHintsAreTried) {
+  place("/opt/java17", "17.0.9");
+  embedJVM("SEARCH_ALL: 0\nPATH_HINT: /first\n");
+  embedJVM("SEARCH_ALL: 1\nPATH_HINT: /second\n");
+  embedJVM("PATH_HINT: /opt/java17\n");
+  embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+  embedInstructions({"FIND_JVM 0 0"});
+  const Result result = runInside({});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ("/first/bin/java\n/bin/java\n/second/bin/java\n/bin/java\n/opt/java17/bin/java\n",
+            triedPlaces(result.log, scratch()));
+}
+
+}  // namespace
+}  // namespace e2e

@@ -1,0 +1,268 @@
+// Installing a bundled JVM, ILAUNCH, hand-over, application archives, "-cv:extract".
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "e2e/LauncherTest.h"
+
+namespace fs = std::filesystem;
+
+namespace e2e {
+namespace {
+
+constexpr const char* kPreparing = "\nPreparing Java(tm) Virtual Machine...\n";
+
+class Install : public LauncherTest {
+ protected:
+  // An installer that makes a JVM in the folder where it runs.
+  void embedInstaller(const std::string& more = "") {
+    embed(FILE_TYPE_JVM_INSTALLER, 5, "install it.sh",
+          "#!/bin/sh\n"
+          "echo installing; echo careful >&2\n"
+          "pwd >\"$RECORD\"; ls >>\"$RECORD\"\n"
+          "mkdir -p bin\n"
+          "printf '#!/bin/sh\\nexit 9\\n' >bin/java; chmod +x bin/java\n"
+          "echo 'JVM_EXE: bin/java' >jvm\n" +
+              more);
+    setEnv("RECORD", dir("record.txt"));
+    embedLaunchScript();
+  }
+};
+
+TEST_F(Install, OptionsOfTheConsole) {
+  struct Row {
+    const char* command;
+    const char* out;
+  };
+  const Row rows[] = {{"INSTALL_JVM 0", "Sample\n"},
+                      {"INSTALL_JVM 1", "Sample\n\nPreparing Java(tm) Virtual Machine...\n"}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.command);
+    forgetFiles();
+    embedInstaller("exit 3\n");
+    embedInstructions({row.command, "LAUNCH @S1@ 0"});
+    pack();
+    const Result result = run();
+    EXPECT_EQ(9, result.status);  // the exit code of the installer does not matter
+    // Each chunk of the installer's output may show as a dot while the console is on.
+    EXPECT_EQ(row.out, result.out.substr(0, std::string(row.out).size()));
+    EXPECT_EQ("DIR/temp/cvj#\ninstall it.sh\n",
+              normalised(test::readFile(dir("record.txt")), scratch()));
+  }
+}
+
+TEST_F(Install, PromptedFolder) {
+  embedInstaller();
+  embedInstructions({"INSTALL_JVM 2", "LAUNCH @S1@ 0"});
+  fs::create_directories(dir("mine"));
+  setStdin("  " + dir("mine") + "  ignored\n");
+  const Result result = run();
+  EXPECT_EQ(9, result.status);
+  const std::string prompt = "Sample\n" + std::string(kPreparing) +
+                             "Supply the destination directory for the Java Virtual Machine:\n";
+  EXPECT_EQ(prompt, result.out.substr(0, prompt.size()));
+  EXPECT_EQ((std::vector<std::string>{"bin/", "bin/java", "jvm"}), test::listTree(dir("mine")));
+  EXPECT_EQ("JVM_EXE:  bin/java\nJVM_HOME:  " + dir("mine") + "\nJVM_FILE:  " + dir("mine/jvm") +
+                "\nJVM_TEMP:  1\n",
+            test::readFile(dir("mine/jvm")));
+}
+
+TEST_F(Install, NoAnswerInstallsNothing) {
+  embedInstaller();
+  embedInstructions({"INSTALL_JVM 2", "JMP0 @N1@ none", "// installed", ":none"});
+  for (const std::vector<std::string>& args : {std::vector<std::string>{}, {"-cv:silent"}}) {
+    EXPECT_EQ(0, run(args).status);
+    EXPECT_FALSE(fs::exists(dir("record.txt")));
+  }
+}
+
+TEST_F(Install, AMissingJvmFileIsLogged) {
+  embedInstaller("rm jvm\n");
+  embedInstructions({"INSTALL_JVM 0", "ILAUNCH @N1@ 0"});
+  const Result result = run();
+  EXPECT_EQ(255, result.status);
+  EXPECT_NE(std::string::npos,
+            result.log.find("ERROR: Invalid bundled JVM. Missing 'jvm' file.\n"));
+}
+
+TEST_F(Install, TemporaryFolderWithBlanksAndQuotes) {
+  embedInstaller();
+  embedInstructions({"INSTALL_JVM 0", "LAUNCH @S1@ 0"});
+  const std::string temp = dir("it's a \"folder\"");
+  fs::create_directories(temp);
+  runBare({"-cv:tempdir", temp});
+  EXPECT_EQ(0u, test::readFile(dir("record.txt")).find(temp));
+  EXPECT_TRUE(fs::is_empty(temp));
+}
+
+class Launch : public LauncherTest {};
+
+TEST_F(Launch, StatusLineBySeconds) {
+  struct Row {
+    const char* command;
+    const char* out;
+  };
+  const Row rows[] = {{"LAUNCH @S2@ 0", "Sample\n"},
+                      {"LAUNCH @S2@ 1", "Sample\n\nRunning Sample...\n"},
+                      {"LAUNCH @S2@ -1", "Sample\n"},
+                      {"LAUNCH \"@S2@\" 32767", "Sample\n\nRunning Sample...\n"}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.command);
+    forgetFiles();
+    embedSetup("exit 4");
+    forgetFiles(FILE_TYPE_INSTRUCTIONS);
+    embedInstructions({"FIND_JVM 0 0", "INITIALIZE_UI", row.command});
+    pack();
+    const Result result = run();
+    EXPECT_EQ(4, result.status);
+    EXPECT_EQ(row.out, result.out);
+  }
+}
+
+TEST_F(Launch, IlaunchTakesAnEmbeddedJvmFile) {
+  embedSetup("exit 4");
+  forgetFiles(FILE_TYPE_INSTRUCTIONS);
+  embedInstructions({"VERIFY 0 0 10", "ILAUNCH 10 0"});
+  EXPECT_EQ(4, run({"-cv:javahome", dir("jvms/java17")}).status);
+}
+
+TEST_F(Launch, IlaunchOfWhatIsNoJvmFile) {
+  embedLaunchScript();
+  embedInstructions({"ILAUNCH 2 0"});
+  const Result result = run();
+  EXPECT_EQ(255, result.status);
+  EXPECT_EQ("Sample\n\n", result.out);
+  EXPECT_EQ(
+      "ERROR: Unable to launch the internal launch script with the internal JVM file. Either the "
+      "launch script or the JVM file is missing from the launcher.\n",
+      withoutIndex(result.log));
+}
+
+// QUIRK(hand-over-quotes)
+TEST_F(Launch, HandOverPassesPathAndArguments) {
+  const std::string recorder =
+      "#!/bin/sh\nprintf '[%s]\\n' \"$0\" \"$@\" >\"$RECORD\"\n"
+      "rm \"$0\"; rmdir \"${0%/*}\"; exit 11\n";
+  setEnv("RECORD", dir("record.txt"));
+  embed(FILE_TYPE_LAUNCHER, 9, "inner", recorder);
+  embedInstructions({"EXECUTE_LAUNCHER 0", "ILAUNCH 1 0"});
+  const Result result = run({"a b", "c", "d\"e", ""});
+  EXPECT_EQ(11, result.status);
+  EXPECT_EQ(
+      "[DIR/temp/cvj#/inner]\n[-cv:orig]\n[DIR/app/setup]\n[-cv:tempdir]\n[DIR/temp]\n"
+      "[-cv:log]\n[DIR/log.txt]\n[a b]\n[c]\n[d]\n[e ]\n",
+      normalised(test::readFile(dir("record.txt")), scratch()));
+}
+
+TEST_F(Launch, HandOverToARealLauncherLeavesNothing) {
+  embedInstructions({"// first line", "FIND_JAVA"});
+  setLauncherPath(dir("inner"));
+  pack();
+  const std::string inner = test::readFile(dir("inner"));
+  forgetFiles();
+  setLauncherPath(dir("app/setup"));
+  embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+  embedJVM("PATH_HINT: /nowhere\n");
+  embed(FILE_TYPE_LAUNCHER, 9, "inner", inner);
+  embedInstructions({"FIND_JVM 0 0", "EXECUTE_LAUNCHER 2"});
+  pack();
+  const Result result = run();
+  EXPECT_EQ(255, result.status);
+  EXPECT_EQ("Error in instructions. Invalid command (FIND_JAVA).  Line number (2)\n", result.out);
+}
+
+TEST_F(Launch, HandOverToWhatIsNoLauncher) {
+  embedInstructions({"EXECUTE_LAUNCHER 0", "EXECUTE_LAUNCHER -1", "EXECUTE_LAUNCHER 7"});
+  const Result result = run();
+  EXPECT_EQ(0, result.status);
+  const std::string error = "ERROR: Unable to execute the embedded launcher.\n";
+  EXPECT_EQ(error + error + error, withoutIndex(result.log));
+}
+
+TEST_F(Launch, ApplicationArchives) {
+  struct Row {
+    const char* name;
+    const char* call;
+    const char* recorded;
+  };
+  const Row rows[] = {
+      {"embedded, the last of two", "%APPLICATION_ARCHIVE%()", "[DIR/temp/cvj#/two.jar]\nsecond\n"},
+      {"beside the launcher", "%APPLICATION_ARCHIVE%(\"beside.jar\")",
+       "[DIR/temp/cvj#/beside.jar]\nbeside\n"},
+      {"in a folder beside", "%APPLICATION_ARCHIVE%(\"lib/deep.jar\")",
+       "[DIR/temp/cvj#/deep.jar]\ndeep\n"},
+      {"the second call gives the first result",
+       "%APPLICATION_ARCHIVE%(\"beside.jar\")\" \"%APPLICATION_ARCHIVE%()",
+       "[DIR/temp/cvj#/beside.jar]\nbeside\n[DIR/temp/cvj#/beside.jar]\nbeside\n"},
+      {"missing", "x%APPLICATION_ARCHIVE%(\"none.jar\")", "[x]\n"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    forgetFiles();
+    setLauncherPath(dir("app/setup"));
+    test::writeFile(dir("app/beside.jar"), "beside\n");
+    test::writeFile(dir("app/lib/deep.jar"), "deep\n");
+    embedSetup("for a; do echo \"[$a]\"; if [ -f \"$a\" ]; then cat \"$a\"; fi; done >\"$RECORD\"");
+    forgetFiles(FILE_TYPE_LAUNCH_SCRIPT);
+    embed(FILE_TYPE_LAUNCH_SCRIPT, 2, "l",
+          "DESC: Sample\nCOMMAND: @JVM_HOME@/bin/java \"" + std::string(row.call) + "\"\n");
+    embed(FILE_TYPE_APPLICATION_ARCHIVE, 6, "one.jar", "first\n");
+    embed(FILE_TYPE_APPLICATION_ARCHIVE, 6, "two.jar", "second\n");
+    pack();
+    EXPECT_EQ(0, run().status);
+    EXPECT_EQ(row.recorded, normalised(test::readFile(dir("record.txt")), scratch()));
+  }
+}
+
+class Extract : public LauncherTest {};
+
+TEST_F(Extract, EverythingAndAnInputFile) {
+  embed(FILE_TYPE_JVM, 1, "a.jvm", "DESC: A\n");
+  embed(FILE_TYPE_JVM, 2, "b.jvm", "DESC: B\n");
+  embed(FILE_TYPE_LAUNCH_SCRIPT, 3, "l.lsc", "DESC: L\n");
+  embed(FILE_TYPE_INSTRUCTIONS, 4, "i.ins", "not even a tag file");
+  embed(FILE_TYPE_JVM_MESSAGE, 5, "m.msg", "MESSAGE: M\n");
+  embed(FILE_TYPE_JAR, 6, "c.jar", std::string("\0\xFF\n", 3));
+  embed(FILE_TYPE_JVM_INSTALLER, 7, "inst", "x");
+  embed(FILE_TYPE_LAUNCHER, 8, "inner", "");
+  expectLeftovers();
+  const Result result = run({"-cv:extract"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ((std::vector<std::string>{"a.jvm", "b.jvm", "c.jar", "i.ins", "inner", "input.tag",
+                                      "inst", "l.lsc", "m.msg"}),
+            test::listTree(currentDir()));
+  EXPECT_EQ(
+      "ACTION:  RUN_INSTRUCTIONS\nJVM:\n  a.jvm\n  b.jvm\n/:\nLAUNCHSCRIPT:  l.lsc\n"
+      "INSTRUCTIONS:  i.ins\nJVMMESSAGE:  m.msg\n",
+      test::readFile(currentDir() + "/input.tag"));
+  EXPECT_EQ(std::string("\0\xFF\n", 3), test::readFile(currentDir() + "/c.jar"));
+  for (const auto& [name, executable] :
+       {std::pair{"inst", true}, {"inner", true}, {"c.jar", false}, {"a.jvm", false}}) {
+    EXPECT_EQ(executable ? 0 : -1, access((currentDir() + "/" + name).c_str(), X_OK)) << name;
+  }
+}
+
+TEST_F(Extract, WhereNothingCanBeWritten) {
+  embed(FILE_TYPE_JAR, 6, "taken", "x");
+  fs::create_directories(currentDir() + "/taken");
+  expectLeftovers();
+  const Result result = run({"-cv:extract"});
+  EXPECT_EQ(255, result.status);
+  EXPECT_EQ(
+      "Unable to extract embedded files from the launcher. Error writing file = 21 There may not "
+      "be enough temporary disk space. Try using -cv:tempdir to use a temporary directory on a "
+      "partition with more disk space.\n",
+      result.out);
+  EXPECT_EQ(std::vector<std::string>{"taken/"}, test::listTree(currentDir()));
+}
+
+TEST_F(Extract, TheExtractedInputFileRunsTheSameSetup) {
+  embedSetup("exit 12");
+  expectLeftovers();
+  ASSERT_EQ(0, run({"-cv:extract"}).status);
+  EXPECT_EQ(12, run({"-cv:in", "input.tag"}).status);
+}
+
+}  // namespace
+}  // namespace e2e
