@@ -169,8 +169,8 @@ class Scan : public LauncherTest {
     fs::create_directories(jail + "/app");
     // The shell, and the libraries of the shell and of a stub that is not static.
     const std::string copy =
-        "mkdir -p \"$1/bin\" && cp /bin/sh \"$1/bin/sh\" && "
-        "for f in $(ldd /bin/sh \"$2\" 2>/dev/null | grep -o '/[^ :]*\\.so[^ :]*'); do "
+        "mkdir -p \"$1/bin\" && cp /bin/sh /bin/rm \"$1/bin\" && "
+        "for f in $(ldd /bin/sh /bin/rm \"$2\" 2>/dev/null | grep -o '/[^ :]*\\.so[^ :]*'); do "
         "mkdir -p \"$1${f%/*}\" && cp -L \"$f\" \"$1$f\"; done";
     ASSERT_EQ(0, std::system(("set -- '" + jail + "' '" CORVANE_STUB "'; " + copy).c_str()));
     setLauncherPath(jail + "/app/setup");
@@ -240,6 +240,27 @@ TEST_F(Scan, SearchAllPrintsEveryMatch) {
     EXPECT_NE(std::string::npos, result.out.find(home)) << result.out;
   }
   EXPECT_EQ(5, std::count(result.out.begin(), result.out.end(), '\n'));
+}
+
+// QUIRK(zero-behind-partial-output)
+TEST_F(Scan, AFailureBehindTheCountPrintsAZero) {
+  const std::string missing =
+      "Unable to search for all JVMs.Cannot use /tmp as the temp directory because it does not "
+      "exist. Please run the program again using the option -cv:tempdir <temp dir> to specify a "
+      "different directory to use.\n";
+  embedJVM("");
+  embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+  for (const bool shown : {false, true}) {
+    test::writeScript(dir("jail/opt/one/bin/java"),
+                      "#!/bin/sh\nprintf '%s\\n' 1739021872 17.0.1\nrm -rf /tmp\n");
+    fs::create_directories(dir("jail/tmp"));
+    test::writeFile(dir("jail/in.tag"), "ACTION: SEARCH_ALL\nLOGFILE: /log\nSHOW_FAIL_MSG: " +
+                                            std::to_string(shown ? 1 : 0) + "\n");
+    const Result result = runInside({"-cv:in", "/in.tag"});
+    EXPECT_EQ(0, result.status);
+    EXPECT_EQ(shown ? "1\n" + missing + "0\n" : "1\n0\n", result.out);
+    EXPECT_NE(std::string::npos, result.log.find("ERROR: " + missing));
+  }
 }
 
 TEST_F(Scan, WithoutSearchAllNothingIsScanned) {

@@ -30,6 +30,7 @@ class Install : public LauncherTest {
   }
 };
 
+// QUIRK(install-leaves-file): S1 is what LAUNCH takes as the jvm file here.
 TEST_F(Install, OptionsOfTheConsole) {
   struct Row {
     const char* command;

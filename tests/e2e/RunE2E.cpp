@@ -112,6 +112,28 @@ TEST_F(Run, NoSuitableJVM) {
   EXPECT_EQ("", run({"-cv:silent"}).out);
 }
 
+// QUIRK(first-status-unseen)
+TEST_F(Run, TheStatusLineComesBeforeTheConsoleIsSwitchedOn) {
+  struct Row {
+    std::vector<std::string> lines;
+    const char* out;
+  };
+  const Row rows[] = {
+      {{"FIND_JVM 1 0"}, "\nSearching for Java(tm) Virtual Machine...\n\n"},
+      {{"FIND_JVM 0 0", "FIND_JVM 1 0"}, "\n"},
+      {{"FIND_JVM 0 0", "INITIALIZE_UI", "FIND_JVM 1 0"},
+       "\nSearching for Java(tm) Virtual Machine...\n\n"},
+      {{"INITIALIZE_UI"}, "\nInitializing ...\n\n"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.lines.front());
+    forgetFiles();
+    embedInstructions(row.lines);
+    pack();
+    EXPECT_EQ(row.out, run().out);
+  }
+}
+
 TEST_F(Run, BadLauncherFiles) {
   struct Row {
     const char* name;
