@@ -139,11 +139,6 @@ Catalogue readCatalogue(const std::string& folder, Problems& problems) {
   for (std::size_t i = 1; i < kLocaleCount; ++i) {
     const Locale& locale = kLocales[i];
     const std::string path = folder + "/" + locale.code + ".po";
-    if (!std::filesystem::exists(path)) {  // being translated: English stands in
-      catalogue[i] = catalogue[0];
-      catalogue[i][0] = locale.code;
-      continue;
-    }
     catalogue[i] = readTranslation(path, locale, catalogue[0], problems);
   }
   return catalogue;
