@@ -1,0 +1,27 @@
+// The file types by the names that manifests and listings use, and the rules for stored names.
+#ifndef CORVANE_AUTHORING_FILETYPES_H
+#define CORVANE_AUTHORING_FILETYPES_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace authoring {
+
+// "unknown" for a number that is no type.
+const char* fileTypeName(std::int32_t type);
+std::optional<std::int32_t> fileTypeFromName(std::string_view name);
+// All names, joined by commas.
+std::string allFileTypeNames();
+
+// What makes `name` unfit to be stored, worded to stand behind the name; empty when it is fit.
+// A launcher writes stored files under their names into a folder, so a name must stay in it.
+std::string findNameFault(std::string_view name);
+
+// For showing: control bytes and backslashes as \xNN, all else as it is.
+std::string printable(std::string_view text);
+
+}  // namespace authoring
+
+#endif

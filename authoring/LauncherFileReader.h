@@ -1,0 +1,35 @@
+// LauncherFileReader: opens a launcher file for listing, checking and copying out. The entries are
+// read by the launcher's own code.
+#ifndef CORVANE_AUTHORING_LAUNCHERFILEREADER_H
+#define CORVANE_AUTHORING_LAUNCHERFILEREADER_H
+
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <string>
+
+#include "archive/FileIndexEntry.h"
+#include "tagfile/StreamUtils.h"
+
+namespace authoring {
+
+struct LauncherFile {
+  FilePtr file;
+  std::int64_t size = 0;
+  bool hasTrailer = false;    // without one it carries no files
+  std::int32_t purpose = -1;  // -1: no trailer, or nothing in front of it
+  FileIndexEntryPtrDeque entries;
+};
+
+// Where the index of the open launcher file lies; nothing when it does not end with our trailer.
+std::optional<std::int32_t> findFileIndex(std::FILE* file);
+
+// Throws AuthoringError: the path and what is wrong with the file.
+LauncherFile readLauncherFile(const std::string& path);
+
+// True when the entry's stored bytes lie wholly inside the file.
+bool isInside(const LauncherFile& launcher, const FileIndexEntry& entry);
+
+}  // namespace authoring
+
+#endif

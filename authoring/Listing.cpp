@@ -1,0 +1,108 @@
+#include "authoring/Listing.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "authoring/FileTypes.h"
+
+namespace authoring {
+namespace {
+
+using Row = std::vector<std::string>;
+using Json = nlohmann::ordered_json;
+
+const Row kHeader = {"pos", "type", "id", "length", "offset", "name", "unpacked"};
+constexpr bool kRightAligned[] = {true, false, true, true, true, false, false};
+
+std::string countOf(std::int64_t count, const char* what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+std::string unpackedSize(const FileIndexEntry& entry) {
+  if (!entry.isCompressed()) {
+    return "-";
+  }
+  return countOf(entry.getDecompressedFileCount(), "file") + ", " +
+         countOf(entry.getDecompressedSize(), "byte");
+}
+
+Row rowOf(long position, const FileIndexEntry& entry) {
+  return {std::to_string(position),
+          fileTypeName(entry.getFileType()),
+          std::to_string(entry.getFileId()),
+          std::to_string(entry.getFileLength()),
+          std::to_string(entry.getOffsetToBytes()),
+          printable(entry.getFileName()),
+          unpackedSize(entry)};
+}
+
+std::string padded(const std::string& text, std::size_t width, bool right) {
+  const std::string blanks(width - std::min(width, text.size()), ' ');
+  return right ? blanks + text : text + blanks;
+}
+
+std::vector<std::size_t> columnWidths(const std::vector<Row>& rows) {
+  std::vector<std::size_t> widths(kHeader.size());
+  for (const Row& row : rows) {
+    for (std::size_t column = 0; column < row.size(); ++column) {
+      widths[column] = std::max(widths[column], row[column].size());
+    }
+  }
+  return widths;
+}
+
+std::string asTable(const std::vector<Row>& rows) {
+  const std::vector<std::size_t> widths = columnWidths(rows);
+  std::string table;
+  for (const Row& row : rows) {
+    std::string line;
+    for (std::size_t column = 0; column < row.size(); ++column) {
+      line += column == 0 ? "" : "  ";
+      line += padded(row[column], widths[column], kRightAligned[column]);
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    table += line + "\n";
+  }
+  return table;
+}
+
+}  // namespace
+
+std::string listAsTable(const std::string& path, const LauncherFile& launcher) {
+  const std::string size = countOf(launcher.size, "byte");
+  if (!launcher.hasTrailer) {
+    return path + ": no embedded files, " + size + "\n";
+  }
+  std::vector<Row> rows = {kHeader};
+  for (long i = 0; i < launcher.entries.size(); ++i) {
+    rows.push_back(rowOf(i, *launcher.entries.at(i)));
+  }
+  return path + ": " + countOf(launcher.entries.size(), "file") + ", " + size + ", purpose " +
+         std::to_string(launcher.purpose) + "\n" + (rows.size() == 1 ? "" : asTable(rows));
+}
+
+std::string listAsJson(const LauncherFile& launcher) {
+  Json json;
+  json["size"] = launcher.size;
+  json["purpose"] = launcher.purpose < 0 ? Json() : Json(launcher.purpose);
+  json["files"] = Json::array();
+  for (long i = 0; i < launcher.entries.size(); ++i) {
+    const FileIndexEntry& entry = *launcher.entries.at(i);
+    Json file;
+    file["position"] = i;
+    file["type"] = fileTypeName(entry.getFileType());
+    file["id"] = entry.getFileId();
+    file["length"] = entry.getFileLength();
+    file["offset"] = entry.getOffsetToBytes();
+    file["name"] = entry.getFileName().c_str();
+    if (entry.isCompressed()) {
+      file["decompressed"]["files"] = entry.getDecompressedFileCount();
+      file["decompressed"]["bytes"] = entry.getDecompressedSize();
+    }
+    json["files"].push_back(file);
+  }
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace authoring

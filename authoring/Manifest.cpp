@@ -1,0 +1,259 @@
+#include "authoring/Manifest.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <set>
+
+#include "authoring/AuthoringError.h"
+#include "authoring/FileTypes.h"
+#include "tagfile/StreamUtils.h"
+
+namespace authoring {
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+
+constexpr std::int64_t kLargestNumber = 0x7FFFFFFF;
+
+class ManifestReader {
+ public:
+  ManifestReader(const std::string& path, const std::vector<std::string>& baseFolders)
+      : m_path(path), m_baseFolders(baseFolders) {}
+
+  Manifest read();
+
+ private:
+  [[noreturn]] void fail(const std::string& where, const std::string& what) const;
+  Json parse() const;
+  void expectObject(const Json& json, const std::string& where,
+                    const std::vector<std::string>& keys) const;
+  std::int32_t readNumber(const Json& json, const std::string& where, std::int64_t largest) const;
+  std::string readText(const Json& json, const std::string& where) const;
+  ManifestFile readFile(const Json& json, const std::string& where) const;
+  std::int32_t readType(const Json& json, const std::string& where) const;
+  std::string readName(const Json& file, const std::string& path, const std::string& where) const;
+  std::optional<DecompressedSize> readDecompressed(const Json& file,
+                                                   const std::string& where) const;
+  std::string findFile(const std::string& path, const std::string& where) const;
+  std::set<std::int32_t> takeGivenIds(const Json& files) const;
+  void refuseDoubledNames(const std::vector<ManifestFile>& files) const;
+
+  const std::string& m_path;
+  const std::vector<std::string>& m_baseFolders;
+};
+
+std::string entry(std::size_t index) {
+  return "files[" + std::to_string(index) + "]";
+}
+
+std::string quoted(const std::string& text) {
+  return "\"" + printable(text) + "\"";
+}
+
+void ManifestReader::fail(const std::string& where, const std::string& what) const {
+  throw AuthoringError(m_path + ": " + where + (where.empty() ? "" : ": ") + what);
+}
+
+// --- JSON ---
+
+// "[json.exception...] parse error at line 1, column 2: reason" without what only developers read.
+std::string withoutExceptionName(const std::string& what) {
+  constexpr const char* kPlace = "parse error at ";
+  const std::size_t place = what.find(kPlace);
+  return place == std::string::npos ? what : what.substr(place + std::strlen(kPlace));
+}
+
+std::string readWhole(std::FILE* file) {
+  std::string bytes;
+  char chunk[4096];
+  for (std::size_t count; (count = std::fread(chunk, 1, sizeof chunk, file)) > 0;) {
+    bytes.append(chunk, count);
+  }
+  return bytes;
+}
+
+Json ManifestReader::parse() const {
+  const FilePtr file = openFile(m_path.c_str(), "rb");
+  if (file == nullptr) {
+    fail("", std::strerror(errno));
+  }
+  // A key that stands twice would silently win over the first.
+  std::vector<std::set<std::string>> keys;
+  const auto refuseDoubledKeys = [&](int, Json::parse_event_t event, Json& parsed) {
+    if (event == Json::parse_event_t::object_start) {
+      keys.emplace_back();
+    } else if (event == Json::parse_event_t::object_end) {
+      keys.pop_back();
+    } else if (event == Json::parse_event_t::key && !keys.back().insert(parsed).second) {
+      fail("", "the key " + quoted(parsed) + " stands twice in one object; remove one of them");
+    }
+    return true;
+  };
+  try {
+    return Json::parse(readWhole(file.get()), refuseDoubledKeys);
+  } catch (const Json::parse_error& e) {
+    fail("", withoutExceptionName(e.what()));
+  }
+}
+
+void ManifestReader::expectObject(const Json& json, const std::string& where,
+                                  const std::vector<std::string>& keys) const {
+  if (!json.is_object()) {
+    fail(where, "this must be an object, as in { \"" + keys.front() + "\": ... }");
+  }
+  for (const auto& [key, value] : json.items()) {
+    if (std::find(keys.begin(), keys.end(), key) == keys.end()) {
+      std::string known;
+      for (const std::string& name : keys) {
+        known += known.empty() ? name : ", " + name;
+      }
+      fail(where, "unknown key " + quoted(key) + "; the keys here are " + known);
+    }
+  }
+}
+
+std::int32_t ManifestReader::readNumber(const Json& json, const std::string& where,
+                                        std::int64_t largest) const {
+  if (!json.is_number_unsigned() ||
+      json.get<std::uint64_t>() > static_cast<std::uint64_t>(largest)) {
+    fail(where, "this must be a whole number from 0 to " + std::to_string(largest));
+  }
+  return json.get<std::int32_t>();
+}
+
+std::string ManifestReader::readText(const Json& json, const std::string& where) const {
+  if (!json.is_string() || json.get_ref<const std::string&>().empty()) {
+    fail(where, "this must be a text that is not empty");
+  }
+  return json;
+}
+
+// --- The manifest ---
+
+Manifest ManifestReader::read() {
+  const Json json = parse();
+  expectObject(json, "", {"purpose", "files"});
+  Manifest manifest;
+  manifest.path = m_path;
+  manifest.purpose = json.contains("purpose") ? readNumber(json["purpose"], "purpose", 255) : 0;
+  const Json files = json.value("files", Json());
+  if (!files.is_array()) {
+    fail("files", "this must be the list of the files, as in \"files\": [ ... ]");
+  }
+  std::set<std::int32_t> givenIds = takeGivenIds(files);
+  std::int32_t nextId = 1;
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    manifest.files.push_back(readFile(files[i], entry(i)));
+    if (!files[i].contains("id")) {
+      while (givenIds.count(nextId) != 0) {
+        ++nextId;
+      }
+      manifest.files.back().id = nextId++;
+    }
+  }
+  refuseDoubledNames(manifest.files);
+  return manifest;
+}
+
+// The numbers that the author gave; the other files are numbered around them.
+std::set<std::int32_t> ManifestReader::takeGivenIds(const Json& files) const {
+  std::set<std::int32_t> ids;
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    if (files[i].is_object() && files[i].contains("id")) {
+      const std::string where = entry(i) + ".id";
+      const std::int32_t id = readNumber(files[i]["id"], where, kLargestNumber);
+      if (!ids.insert(id).second) {
+        fail(where, "another file has the number " + std::to_string(id) +
+                        "; give each file a number of its own, or none");
+      }
+    }
+  }
+  return ids;
+}
+
+ManifestFile ManifestReader::readFile(const Json& json, const std::string& where) const {
+  expectObject(json, where, {"type", "id", "path", "name", "decompressed"});
+  for (const char* const key : {"type", "path"}) {
+    if (!json.contains(key)) {
+      fail(where, "the key \"" + std::string(key) + "\" is missing");
+    }
+  }
+  ManifestFile file;
+  file.type = readType(json["type"], where + ".type");
+  file.id = json.contains("id") ? readNumber(json["id"], where + ".id", kLargestNumber) : 0;
+  const std::string path = readText(json["path"], where + ".path");
+  file.path = findFile(path, where + ".path");
+  file.name = readName(json, path, where);
+  file.decompressed = readDecompressed(json, where + ".decompressed");
+  return file;
+}
+
+std::int32_t ManifestReader::readType(const Json& json, const std::string& where) const {
+  const std::string name = readText(json, where);
+  const std::optional<std::int32_t> type = fileTypeFromName(name);
+  if (!type) {
+    fail(where, quoted(name) + " is no file type; the types are " + allFileTypeNames());
+  }
+  return *type;
+}
+
+std::string ManifestReader::readName(const Json& file, const std::string& path,
+                                     const std::string& where) const {
+  const bool given = file.contains("name");
+  const std::string name =
+      given ? readText(file["name"], where + ".name") : fs::path(path).filename().string();
+  const std::string fault = findNameFault(name);
+  if (!fault.empty()) {
+    fail(where + ".name", quoted(name) + " " + fault);
+  }
+  return name;
+}
+
+std::optional<DecompressedSize> ManifestReader::readDecompressed(const Json& file,
+                                                                 const std::string& where) const {
+  if (!file.contains("decompressed")) {
+    return std::nullopt;
+  }
+  const Json& json = file["decompressed"];
+  expectObject(json, where, {"files", "bytes"});
+  return DecompressedSize{
+      readNumber(json.value("files", Json()), where + ".files", kLargestNumber),
+      readNumber(json.value("bytes", Json()), where + ".bytes", kLargestNumber)};
+}
+
+std::string ManifestReader::findFile(const std::string& path, const std::string& where) const {
+  std::vector<std::string> folders = m_baseFolders;
+  folders.insert(folders.begin(), fs::path(m_path).parent_path().string());
+  std::string tried;
+  for (const std::string& folder : folders) {
+    const fs::path candidate = fs::path(folder) / path;  // an absolute path stays itself
+    std::error_code error;
+    if (fs::is_regular_file(candidate, error)) {
+      return candidate.string();
+    }
+    tried += (tried.empty() ? "" : ", ") + (folder.empty() ? "." : folder);
+  }
+  fail(where, "there is no file " + quoted(path) + " in " + tried +
+                  "; make it, or name its folder with --base");
+}
+
+void ManifestReader::refuseDoubledNames(const std::vector<ManifestFile>& files) const {
+  std::set<std::string> names;
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    if (!names.insert(files[i].name).second) {
+      fail(entry(i), "another file is stored as " + quoted(files[i].name) +
+                         ", too, and would be overwritten; give this one another \"name\"");
+    }
+  }
+}
+
+}  // namespace
+
+Manifest loadManifest(const std::string& path, const std::vector<std::string>& baseFolders) {
+  return ManifestReader(path, baseFolders).read();
+}
+
+}  // namespace authoring

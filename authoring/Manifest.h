@@ -1,0 +1,36 @@
+// Manifest: the author's list of what a launcher file shall hold (docs/authoring.md).
+//
+// A JSON object; paths in it are relative to the manifest's folder, then to the base folders. After
+// loading, every file was there and had a type, a number of its own and a name fit to be stored.
+#ifndef CORVANE_AUTHORING_MANIFEST_H
+#define CORVANE_AUTHORING_MANIFEST_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "authoring/LauncherFileWriter.h"
+
+namespace authoring {
+
+struct ManifestFile {
+  std::int32_t type = 0;
+  std::int32_t id = 0;
+  std::string path;  // where it was found
+  std::string name;  // to be stored
+  std::optional<DecompressedSize> decompressed;
+};
+
+struct Manifest {
+  std::string path;
+  std::int32_t purpose = 0;
+  std::vector<ManifestFile> files;
+};
+
+// Throws AuthoringError: the manifest's path, the place in it, what is wrong and what to do.
+Manifest loadManifest(const std::string& path, const std::vector<std::string>& baseFolders);
+
+}  // namespace authoring
+
+#endif

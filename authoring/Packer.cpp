@@ -1,0 +1,136 @@
+#include "authoring/Packer.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "archive/LauncherFileFormat.h"
+#include "authoring/AuthoringError.h"
+#include "authoring/LauncherFileReader.h"
+#include "authoring/LauncherFileWriter.h"
+#include "authoring/OutputFile.h"
+#include "tagfile/TagFile.h"
+#include "util/LauncherException.h"
+
+namespace authoring {
+namespace {
+
+namespace fs = std::filesystem;
+
+FilePtr openInput(const std::string& path) {
+  FilePtr file = openFile(path.c_str(), "rb");
+  if (file == nullptr) {
+    throw AuthoringError(path + " cannot be read: " + std::strerror(errno));
+  }
+  return file;
+}
+
+void refuseLauncherAsStub(const std::string& stub) {
+  if (findFileIndex(openInput(stub).get())) {
+    throw AuthoringError(stub +
+                         " carries files already; a stub is the bare launcher, as it is built");
+  }
+}
+
+void refuseToOverwrite(const std::string& output, const std::string& input) {
+  std::error_code error;
+  if (fs::equivalent(output, input, error)) {
+    throw AuthoringError(output + " is one of the inputs (" + input +
+                         "); name another file with --output");
+  }
+}
+
+void checkOutput(const PackOptions& options, const std::string& stub, const Manifest& manifest) {
+  std::error_code error;
+  if (fs::is_directory(options.output, error)) {
+    throw AuthoringError(options.output + " is a folder; name a file with --output");
+  }
+  refuseToOverwrite(options.output, stub);
+  refuseToOverwrite(options.output, manifest.path);
+  for (const ManifestFile& file : manifest.files) {
+    refuseToOverwrite(options.output, file.path);
+  }
+}
+
+std::int64_t sizeOf(const std::string& path) {
+  std::error_code error;
+  const auto size = fs::file_size(path, error);
+  if (error) {
+    throw AuthoringError(path + " cannot be read: " + error.message());
+  }
+  return static_cast<std::int64_t>(size);
+}
+
+// Asked before anything is written. The writer itself refuses again, should a file grow meanwhile.
+void checkSize(const std::string& stub, const Manifest& manifest) {
+  std::int64_t total = sizeOf(stub);
+  std::string largest = stub;
+  std::int64_t largestSize = total;
+  for (const ManifestFile& file : manifest.files) {
+    const std::int64_t size = sizeOf(file.path);
+    total += size;
+    if (size > largestSize) {
+      largest = file.path;
+      largestSize = size;
+    }
+  }
+  if (total > kMaxLauncherFileSize) {
+    throw AuthoringError(
+        "the launcher file would be larger than 2147483647 bytes, the most that its "
+        "index can describe (stub and files together: " +
+        std::to_string(total) + " bytes); leave out or shrink files, the largest is " + largest);
+  }
+}
+
+PackResult write(const std::string& stub, const Manifest& manifest, std::FILE* output) {
+  LauncherFileWriter writer(output);
+  writer.addStub(openInput(stub).get());
+  for (const ManifestFile& file : manifest.files) {
+    writer.addFile({file.type, file.id, 0, 0, file.name, file.decompressed},
+                   openInput(file.path).get());
+  }
+  return {manifest.files.size(), writer.finish(manifest.purpose)};
+}
+
+}  // namespace
+
+PackResult packLauncher(const PackOptions& options) {
+  const Manifest manifest = loadManifest(options.manifest, options.baseFolders);
+  const std::string stub = options.stub.empty() ? findDefaultStub() : options.stub;
+  refuseLauncherAsStub(stub);
+  checkOutput(options, stub, manifest);
+  for (const ManifestFile& file : manifest.files) {
+    if (isTagFileType(file.type)) {
+      checkTagFile(file.path);
+    }
+  }
+  checkSize(stub, manifest);
+  OutputFile output(options.output);
+  const PackResult result = write(stub, manifest, output.stream());
+  output.commit();
+  return result;
+}
+
+std::string findDefaultStub() {
+  std::error_code error;
+  const fs::path program = fs::read_symlink("/proc/self/exe", error);  // empty elsewhere
+  for (const char* const place : {"../libexec/corvane/corvane-launcher", "corvane-launcher"}) {
+    const fs::path stub = (program.parent_path() / place).lexically_normal();
+    if (!program.empty() && fs::is_regular_file(stub, error)) {
+      return stub.string();
+    }
+  }
+  throw AuthoringError("no stub stands beside this program; name one with --stub");
+}
+
+void checkTagFile(const std::string& path) {
+  try {
+    const TagFile tagFile(path.c_str());
+  } catch (const LauncherException& e) {
+    const std::string text = e.what();
+    const bool namesFile = text.find(path) != std::string::npos;
+    throw AuthoringError(namesFile ? text : path + ": " + text);
+  }
+}
+
+}  // namespace authoring

@@ -1,0 +1,133 @@
+// corvane-pack: makes launcher files, lists and checks them, and takes them apart.
+//
+// Exit status: 0 done, nothing found; 1 an error, or something found; 2 called wrongly.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "authoring/Extractor.h"
+#include "authoring/LauncherFileReader.h"
+#include "authoring/Listing.h"
+#include "authoring/Packer.h"
+#include "authoring/SetupCheck.h"
+#include "authoring/SetupContents.h"
+
+namespace {
+
+constexpr int kStatusFindings = 1;
+constexpr int kStatusUsage = 2;
+
+struct Arguments {
+  authoring::PackOptions pack;
+  std::string file;
+  std::string folder;
+  bool json = false;
+};
+
+void print(const std::string& text) {
+  std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+int pack(const Arguments& arguments) {
+  const authoring::PackResult result = authoring::packLauncher(arguments.pack);
+  print(arguments.pack.output + ": " + std::to_string(result.files) + " files, " +
+        std::to_string(result.size) + " bytes\n");
+  return 0;
+}
+
+int list(const Arguments& arguments) {
+  const authoring::LauncherFile launcher = authoring::readLauncherFile(arguments.file);
+  print(arguments.json ? authoring::listAsJson(launcher)
+                       : authoring::listAsTable(arguments.file, launcher));
+  return 0;
+}
+
+int check(const Arguments& arguments) {
+  const auto findings =
+      authoring::checkSetup(authoring::loadSetup(arguments.file, arguments.pack.baseFolders));
+  for (const std::string& finding : findings) {
+    print(finding + "\n");
+  }
+  return findings.empty() ? 0 : kStatusFindings;
+}
+
+int extract(const Arguments& arguments) {
+  authoring::extractFiles(authoring::readLauncherFile(arguments.file), arguments.folder);
+  return 0;
+}
+
+void addBaseOption(CLI::App& command, Arguments& arguments) {
+  command
+      .add_option("--base", arguments.pack.baseFolders,
+                  "Look here, too, for files that the manifest names; may be repeated")
+      ->type_name("DIR")
+      ->allow_extra_args(false);
+}
+
+// Each command and what it runs.
+void addCommands(CLI::App& app, Arguments& arguments, int (*&chosen)(const Arguments&)) {
+  CLI::App& packCommand = *app.add_subcommand("pack", "Make a launcher file from a manifest");
+  packCommand
+      .add_option("MANIFEST", arguments.pack.manifest, "What the launcher file holds (JSON)")
+      ->required();
+  packCommand.add_option("--output", arguments.pack.output, "The launcher file to be made")
+      ->type_name("FILE")
+      ->required();
+  packCommand
+      .add_option("--stub", arguments.pack.stub, "The bare launcher; default: the one installed")
+      ->type_name("FILE");
+  addBaseOption(packCommand, arguments);
+  packCommand.callback([&chosen] { chosen = pack; });
+
+  CLI::App& listCommand = *app.add_subcommand("list", "Show what a launcher file holds");
+  listCommand.add_option("FILE", arguments.file, "A launcher file")->required();
+  listCommand.add_flag("--json", arguments.json, "For programs");
+  listCommand.callback([&chosen] { chosen = list; });
+
+  CLI::App& checkCommand =
+      *app.add_subcommand("check", "Find what would go wrong when the launcher runs");
+  checkCommand.add_option("FILE", arguments.file, "A launcher file or a manifest")->required();
+  addBaseOption(checkCommand, arguments);
+  checkCommand.callback([&chosen] { chosen = check; });
+
+  CLI::App& extractCommand =
+      *app.add_subcommand("extract", "Copy the files out of a launcher file");
+  extractCommand.add_option("FILE", arguments.file, "A launcher file")->required();
+  extractCommand.add_option("--output", arguments.folder, "The folder to write into")
+      ->type_name("DIR")
+      ->required();
+  extractCommand.callback([&chosen] { chosen = extract; });
+}
+
+int run(int (*command)(const Arguments&), const Arguments& arguments) {
+  try {
+    const int status = command(arguments);
+    if (std::fflush(stdout) == 0) {
+      return status;
+    }
+    std::fprintf(stderr, "corvane-pack: standard output cannot be written\n");
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "corvane-pack: %s\n", e.what());
+  }
+  return kStatusFindings;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Makes setup launchers: one executable that carries its scripts and archives.",
+               "corvane-pack");
+  app.set_version_flag("--version", CORVANE_VERSION);
+  app.require_subcommand(1);
+  Arguments arguments;
+  int (*command)(const Arguments&) = nullptr;
+  addCommands(app, arguments, command);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    return app.exit(e) == 0 ? 0 : kStatusUsage;
+  }
+  return run(command, arguments);
+}
