@@ -36,13 +36,10 @@ void MacroText::replace(std::size_t start, std::size_t end, const SString& value
 }
 
 SString MacroText::finish(char delimiter) const {
-  SString text = m_done;
-  for (std::size_t i = m_begin; i < m_rest.size(); ++i) {
-    text += m_rest[i];
-    if (m_rest[i] == delimiter && m_rest[i + 1] == delimiter) {
-      ++i;
-    }
-  }
+  SString text = whole();
+  // No macro is left, so there are at most two delimiters: a pair is side by side.
+  const char pair[] = {delimiter, delimiter, '\0'};
+  text.erase(text.find(pair), 1);
   return text;
 }
 

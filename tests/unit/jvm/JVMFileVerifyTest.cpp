@@ -1,1 +1,429 @@
-// (being written)
+#include <gtest/gtest.h>
+
+#include "fakes/FakeJVM.h"
+#include "jvm/JVMFile.h"
+#include "jvm/JVMMatch.h"
+#include "launcher/Launcher.h"
+#include "support/JVMSupport.h"
+#include "support/TestAccess.h"
+
+namespace {
+
+using test::FakeJVM;
+using test::sstr;
+using test::str;
+
+// --- The judgement of what a JVM printed ---
+
+struct OutputRow {
+  const char* name;
+  std::string output;
+  std::vector<std::string> expected;  // one value for each requirement
+  bool wanted;
+  std::string wantedLog = "";
+};
+
+const OutputRow kOutputs[] = {
+    {"right value", "1739021872\n17\n", {"17"}, true},
+    {"wrong value", "1739021872\n17\n", {"18"}, false},
+    {"two right values", "1739021872\n17\nVendor\n", {"17", "Vendor"}, true},
+    {"second value wrong", "1739021872\n17\nVendor\n", {"17", "vendor"}, false},
+    {"first value wrong", "1739021872\n17\nVendor\n", {"16", "Vendor"}, false},
+    {"values in another order", "1739021872\nVendor\n17\n", {"17", "Vendor"}, false},
+    {"no requirement", "1739021872\nwhatever\n", {}, true},
+    {"line longer than the value", "1739021872\n17.0\n", {"17"}, false},
+    {"line shorter than the value", "1739021872\n1\n", {"17"}, false},
+    {"blank before the value", "1739021872\n 17\n", {"17"}, false},
+    {"blank behind the value", "1739021872\n17 \n", {"17"}, false},
+    {"tab behind the value", "1739021872\n17\t\n", {"17"}, false},
+    {"empty line, empty value", "1739021872\n\n", {""}, true},
+    {"empty line, another value", "1739021872\n\n", {"17"}, false},
+    {"last line without newline", "1739021872\n17", {"17"}, true},
+    {"more lines than requirements", "1739021872\n17\nmore\n", {"17"}, true},
+    {"banner first", "banner line\n1739021872\n1.4.2\n", {"1.4..."}, true},
+    {"banner first, other prefix", "banner line\n1739021872\n1.4.2\n", {"1.5..."}, false},
+    {"prefix alone", "1739021872\n1.4\n", {"1.4..."}, true},
+    {"line shorter than the prefix", "1739021872\n1.\n", {"1.4..."}, false},
+    {"empty line, prefix", "1739021872\n\n", {"1.4..."}, false},
+    {"prefix in other letters", "1739021872\nsun Java\n", {"Sun..."}, false},
+    {"dots alone accept any line", "1739021872\nwhatever\n", {"..."}, true},
+    {"dots alone accept an empty line", "1739021872\n\n17\n", {"...", "17"}, true},
+    {"two dots are a value", "1739021872\n1.4\n", {"1.4.."}, false},
+    {"two dots are a value, right", "1739021872\n..\n", {".."}, true},
+    {"four dots: a prefix with a dot", "1739021872\n1.4.2\n", {"1.4...."}, true},
+    {"four dots: no dot there", "1739021872\n1.4\n", {"1.4...."}, false},
+    {"dots inside are a value", "1739021872\n1.4.2\n", {"1...2"}, false},
+    {"lenient-verify-output: magic line alone", "1739021872\n", {"17", "Vendor"}, true},
+    {"lenient-verify-output: no newline", "1739021872", {"17"}, true},
+    {"lenient-verify-output: ends early", "1739021872\n17\n", {"17", "Vendor"}, true},
+    {"lenient-verify-output: ends early, wrong", "1739021872\n16\n", {"17", "Vendor"}, false},
+    {"magic line twice: the first counts", "1739021872\n1739021872\n17\n", {"1739021872"}, true},
+    {"carriage returns are dropped", "1739021872\r\n17\r\n", {"17"}, true},
+    {"carriage return inside", "17390\r21872\n1\r7\n", {"17"}, true},
+    {"no output", "", {"17"}, false, "ERROR: Invalid magic value: \n\n"},
+    {"empty line only", "\n", {"17"}, false, "ERROR: Invalid magic value: \n\n"},
+    {"no magic line", "17\nVendor\n", {"17"}, false, "ERROR: Invalid magic value: Vendor\n\n"},
+    {"no magic line, no newline", "a\nb", {}, false, "ERROR: Invalid magic value: b\n\n"},
+    {"no magic line, empty line last", "a\n\n", {}, false, "ERROR: Invalid magic value: \n\n"},
+    {"blank behind the magic number",
+     "1739021872 \n17\n",
+     {},
+     false,
+     "ERROR: Invalid magic value: 17\n\n"},
+    {"blank behind the magic number, last",
+     "1739021872 \n",
+     {},
+     false,
+     "ERROR: Invalid magic value: 1739021872 \n\n"},
+    {"blank before the magic number",
+     " 1739021872\n",
+     {},
+     false,
+     "ERROR: Invalid magic value:  1739021872\n\n"},
+    {"magic number and more",
+     "17390218720\n",
+     {},
+     false,
+     "ERROR: Invalid magic value: 17390218720\n\n"},
+    {"magic number cut", "173902187\n", {}, false, "ERROR: Invalid magic value: 173902187\n\n"},
+};
+
+TEST(JVMFileVerify, JudgesOutput) {
+  for (const OutputRow& row : kOutputs) {
+    SCOPED_TRACE(row.name);
+    TagFile tags;
+    StringPairPtrDeque properties;
+    for (const std::string& value : row.expected) {
+      properties.push_back(std::make_unique<StringPair>(StringPair{"name", sstr(value)}));
+    }
+    test::LogCapture log;
+    EXPECT_EQ(row.wanted, JVMFile(tags).verifyJVMOutput(sstr(row.output), properties));
+    EXPECT_EQ(row.wantedLog, log.take());
+  }
+}
+
+// --- The cast ---
+
+struct CastRow {
+  const char* name;
+  FakeJVM kind;
+  bool wanted;
+  std::string wantedError = "";  // the error line of the log
+};
+
+constexpr const char* kNoOutputAtAll = "ERROR: Invalid magic value: ";
+
+const CastRow kCast[] = {
+    {"right values", FakeJVM::RightValues, true},
+    {"wrong values", FakeJVM::WrongValues, false},
+    {"banner first", FakeJVM::BannerFirst, true},
+    {"no magic line", FakeJVM::NoMagicLine, false, "ERROR: Invalid magic value: Fake Vendor"},
+    {"blank behind the magic number", FakeJVM::MagicTrailingBlank, false,
+     "ERROR: Invalid magic value: Fake Vendor"},
+    {"blank before the magic number", FakeJVM::MagicLeadingBlank, false,
+     "ERROR: Invalid magic value: Fake Vendor"},
+    {"lenient-verify-output: magic line alone", FakeJVM::MagicOnly, true},
+    {"lenient-verify-output: one value of two", FakeJVM::OneValueOnly, true},
+    {"carriage returns", FakeJVM::CarriageReturns, true},
+    {"no final newline", FakeJVM::NoFinalNewline, true},
+    {"more lines", FakeJVM::MoreLines, true},
+    {"status 1 is not looked at", FakeJVM::ExitOneAfterAll, true},
+    {"right lines on standard error", FakeJVM::OnStandardError, false, kNoOutputAtAll},
+    {"no output", FakeJVM::NoOutput, false, kNoOutputAtAll},
+    {"killed", FakeJVM::KilledBySignal, false, "ERROR: Invalid magic value: starting"},
+    {"killed after the right lines", FakeJVM::KilledAfterAll, true},
+    {"much output", FakeJVM::MuchOutput, true},
+    {"not executable", FakeJVM::NotExecutable, false, kNoOutputAtAll},
+    {"a folder", FakeJVM::Directory, false, kNoOutputAtAll},
+    {"wrong architecture", FakeJVM::WrongArchitecture, false, kNoOutputAtAll},
+};
+
+const test::Tags kRequirements = {
+    {"DESC", {"Fake Java"}},
+    {"JVM_EXE", {"bin/java"}},
+    {"JVM_PROPERTIES", {"java.version=17...", "java.vendor=Fake Vendor"}},
+    {"CLASSPATH", {"-cp "}},
+    {"CLASSPATH_SEPARATOR", {":"}},
+};
+
+// A jvm file of these tags, tested in a folder that is also the launcher's.
+class VerifyTest : public testing::Test {
+ protected:
+  VerifyTest() {
+    LauncherTestAccess::setLauncherFileName(m_dir / "setup");
+    LauncherTestAccess::setPurpose(1);
+  }
+
+  std::string dir() const { return m_dir.path(); }
+  std::string takeLog() { return test::replaced(m_log.take(), dir(), "DIR"); }
+
+  test::TempDir m_dir;
+  test::LogCapture m_log;
+};
+
+std::string errorLine(const std::string& log) {
+  const std::size_t begin = log.find("ERROR: ");
+  return begin == std::string::npos ? "" : log.substr(begin, log.find('\n', begin) - begin);
+}
+
+TEST_F(VerifyTest, AcceptsAndRefusesTheCast) {
+  int number = 0;
+  for (const CastRow& row : kCast) {
+    SCOPED_TRACE(row.name);
+    const std::string home = test::makeFakeJVM(m_dir / std::to_string(++number), row.kind);
+    TagFile tags;
+    test::addTags(tags, kRequirements);
+    const auto match = JVMFile(tags).verify(sstr(home), "\"x.jar\"", "\"Verify\"");
+    EXPECT_EQ(row.wanted, match != nullptr);
+    const std::string log = takeLog();
+    EXPECT_EQ(row.wantedError, errorLine(log));
+    EXPECT_EQ(row.wanted, log.find("Found matching JVM at DIR/") != std::string::npos);
+    EXPECT_EQ(home, str(tags.getTagValue("JVM_HOME", 0)));
+  }
+}
+
+TEST_F(VerifyTest, RefusesAnExecutableThatIsNotThere) {
+  for (const FakeJVM kind : {FakeJVM::Missing, FakeJVM::DanglingLink}) {
+    const std::string home = test::makeFakeJVM(m_dir / "jdk", kind);
+    TagFile tags;
+    test::addTags(tags, kRequirements);
+    EXPECT_EQ(nullptr, JVMFile(tags).verify(sstr(home), "\"x.jar\"", "\"Verify\""));
+    EXPECT_EQ(
+        "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
+        "DIR/jdk/bin/java does not exist\n",
+        takeLog());
+    EXPECT_EQ(0, tags.getTagValueCount("JVM_HOME"));
+  }
+}
+
+// --- One candidate, step by step ---
+
+struct VerifyRow {
+  const char* name;
+  test::Tags tags;
+  std::string home;
+  std::string classpath;
+  std::string verifyClass;
+  bool wanted;
+  std::string wantedCall;  // the arguments that the JVM got; empty: it was not run
+  std::string wantedLog;   // "OUT" stands for the log of the JVM's output
+};
+
+const char kOut[] =
+    "Output from the launch script execution\nStdOut:\n1739021872\n17.0.2\nFake Vendor\n\n"
+    "ErrOut:\n\n";
+
+const VerifyRow kVerifies[] = {
+    {"as usual", kRequirements, "DIR/jdk", "\"DIR/v.jar\"", "\"Verify\"", true,
+     "[-cp][DIR/v.jar][Verify][java.version][java.vendor]",
+     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
+     "Executing launch script command: \"DIR/jdk/bin/java\" -cp \"DIR/v.jar\"   \"Verify\" "
+     "java.version java.vendor in working directory DIR\nOUT"
+     "Found matching JVM at DIR/jdk\n"},
+    {"home ends with a separator", kRequirements, "DIR/jdk/", "\"v.jar\"", "\"Verify\"", true,
+     "[-cp][v.jar][Verify][java.version][java.vendor]",
+     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
+     "Executing launch script command: \"DIR/jdk/bin/java\" -cp \"v.jar\"   \"Verify\" "
+     "java.version java.vendor in working directory DIR\nOUT"
+     "Found matching JVM at DIR/jdk/\n"},
+    {"home with a blank", kRequirements, "DIR/a jdk", "\"v 1.jar\"", "\"Verify\"", true,
+     "[-cp][v 1.jar][Verify][java.version][java.vendor]",
+     "Verifying JVM at DIR/a jdk/bin/java\n   for JVM: Fake Java\n"
+     "Executing launch script command: \"DIR/a jdk/bin/java\" -cp \"v 1.jar\"   \"Verify\" "
+     "java.version java.vendor in working directory DIR\nOUT"
+     "Found matching JVM at DIR/a jdk\n"},
+    {"no class path, no class", kRequirements, "DIR/jdk", "", "", true,
+     "[java.version][java.vendor]",
+     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
+     "Executing launch script command: \"DIR/jdk/bin/java\"     java.version java.vendor"
+     " in working directory DIR\nOUT"
+     "Found matching JVM at DIR/jdk\n"},
+    {"required arguments",
+     {{"DESC", {"J"}},
+      {"JVM_EXE", {"bin/java"}},
+      {"JVM_PROPERTIES", {"a=1739021872..."}},
+      {"REQ_JAVA_ARGS", {"-Xint -ea"}}},
+     "DIR/jdk",
+     "\"v.jar\"",
+     "Verify",
+     false,
+     "[v.jar][-Xint][-ea][Verify][a]",
+     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: J\n"
+     "Executing launch script command: \"DIR/jdk/bin/java\" \"v.jar\"  -Xint -ea Verify a"
+     " in working directory DIR\nOUT"},
+    {"blanks around the parts of a requirement",
+     {{"JVM_EXE", {"bin/java"}},
+      {"JVM_PROPERTIES", {" java.version\t = \t17.0.2 ", "b=Fake Vendor"}}},
+     "DIR/jdk",
+     "",
+     "Verify",
+     true,
+     "[Verify][java.version][b]",
+     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
+     "Executing launch script command: \"DIR/jdk/bin/java\"    Verify java.version b"
+     " in working directory DIR\nOUT"
+     "Found matching JVM at DIR/jdk\n"},
+    {"value with an equal sign",
+     {{"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"a=17.0.2", "b=Fake=Vendor"}}},
+     "DIR/jdk",
+     "",
+     "Verify",
+     false,
+     "[Verify][a][b]",
+     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
+     "Executing launch script command: \"DIR/jdk/bin/java\"    Verify a b"
+     " in working directory DIR\nOUT"},
+    {"line without an equal sign is skipped",
+     {{"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"a=17...", "java.vendor", "b=Fake Vendor"}}},
+     "DIR/jdk",
+     "",
+     "Verify",
+     true,
+     "[Verify][a][b]",
+     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
+     "WARNING: Invalid JVM_PROPERTIES setting (java.vendor) in JVM File \n"
+     "Executing launch script command: \"DIR/jdk/bin/java\"    Verify a b"
+     " in working directory DIR\nOUT"
+     "Found matching JVM at DIR/jdk\n"},
+    {"requirement without a name",
+     {{"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"=17.0.2", "b="}}},
+     "DIR/jdk",
+     "",
+     "Verify",
+     false,
+     "[Verify][b]",
+     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
+     "Executing launch script command: \"DIR/jdk/bin/java\"    Verify  b"
+     " in working directory DIR\nOUT"},
+    {"no requirements: the magic line alone counts",
+     {{"JVM_EXE", {"bin/java"}}},
+     "DIR/jdk",
+     "",
+     "Verify",
+     true,
+     "[Verify]",
+     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
+     "Executing launch script command: \"DIR/jdk/bin/java\"    Verify in working directory DIR\nOUT"
+     "Found matching JVM at DIR/jdk\n"},
+    {"no executable named", {{"JVM_PROPERTIES", {"a=b"}}}, "DIR/jdk", "", "Verify", false, "", ""},
+    {"no home", kRequirements, "", "", "Verify", false, "", ""},
+};
+
+TEST_F(VerifyTest, RunsTheVerifyClass) {
+  for (const VerifyRow& row : kVerifies) {
+    SCOPED_TRACE(row.name);
+    const test::TempDir homes;
+    const auto here = [&](const std::string& text) {
+      return test::replaced(text, "DIR", homes.path());
+    };
+    LauncherTestAccess::setLauncherFileName(homes / "setup");
+    for (const char* name : {"jdk", "a jdk"}) {
+      test::makeFakeJVM(homes / name, FakeJVM::RightValues);
+    }
+    TagFile tags;
+    test::addTags(tags, row.tags);
+    const auto match = JVMFile(tags).verify(sstr(here(row.home)), sstr(here(row.classpath)),
+                                            sstr(row.verifyClass));
+    EXPECT_EQ(here(test::replaced(row.wantedLog, "OUT", kOut)), m_log.take());
+    ASSERT_EQ(row.wanted, match != nullptr);
+    if (match != nullptr) {
+      EXPECT_EQ(here(row.home), str(match->getJVMHome()));
+      EXPECT_FALSE(match->isJVMTemporary());
+      EXPECT_EQ(&tags, &match->getTagFile());
+    }
+    std::vector<std::string> calls = test::callsOfFakeJVM(homes / "jdk");
+    for (const std::string& call : test::callsOfFakeJVM(homes / "a jdk")) {
+      calls.push_back(call);
+    }
+    ASSERT_EQ(row.wantedCall.empty() ? 0u : 1u, calls.size());
+    EXPECT_EQ(here(row.wantedCall), calls.empty() ? "" : calls[0]);
+  }
+}
+
+TEST_F(VerifyTest, PassesErrorsOfTheTemplateOn) {
+  const std::string home = test::makeFakeJVM(m_dir / "jdk", FakeJVM::RightValues);
+  TagFile tags;
+  test::addTags(tags, kRequirements);
+  JVMFile jvm(tags);
+  // A class path without quotes is no string for the class-path function.
+  EXPECT_EQ("LauncherException: Launch script error: Expected string arg. (near character " +
+                std::to_string(home.size() + 18) + ")",
+            test::outcome([&] {
+              (void)jvm.verify(sstr(home), "v.jar", "Verify");
+              return SString("accepted");
+            }));
+  EXPECT_EQ(
+      "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
+      "Launch command:\n\"DIR/jdk/@JVM_EXE@\" %CP%(v.jar)  @REQ_JAVA_ARGS@ Verify java.version "
+      "java.vendor\n",
+      takeLog());
+}
+
+// --- The home that the jvm file itself names ---
+
+struct OwnHomeRow {
+  const char* name;
+  test::Tags tags;
+  bool wanted;
+  std::string wantedLog;  // its beginning
+};
+
+const OwnHomeRow kOwnHomes[] = {
+    {"its home is right",
+     {{"JVM_HOME", {"DIR/jdk"}}, {"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"a=17..."}}},
+     true,
+     "Verifying JVM at DIR/jdk/bin/java\n"},
+    {"it names no home", {{"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"a=17..."}}}, false, ""},
+    {"without requirements it is not tried",
+     {{"JVM_HOME", {"DIR/jdk"}}, {"JVM_EXE", {"bin/java"}}},
+     false,
+     "WARNING: Unable to verify  because the JVM_PROPERTIES tag was not specified.\n"},
+    {"first requirement empty",
+     {{"JVM_HOME", {"DIR/jdk"}}, {"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"", "a=17..."}}},
+     false,
+     "WARNING: Unable to verify  because the JVM_PROPERTIES tag was not specified.\n"},
+};
+
+TEST_F(VerifyTest, VerifiesItsOwnHome) {
+  test::makeFakeJVM(m_dir / "jdk", FakeJVM::RightValues);
+  for (const OwnHomeRow& row : kOwnHomes) {
+    SCOPED_TRACE(row.name);
+    TagFile tags;
+    for (const auto& [name, values] : row.tags) {
+      for (const std::string& value : values) {
+        tags.appendTagValue(sstr(name), sstr(test::replaced(value, "DIR", dir())));
+      }
+    }
+    EXPECT_EQ(row.wanted, JVMFile(tags).verify("", "Verify") != nullptr);
+    const std::string log = takeLog();
+    EXPECT_EQ(row.wantedLog, row.wanted ? log.substr(0, row.wantedLog.size()) : log);
+  }
+}
+
+TEST_F(VerifyTest, NamesTheFileThatCannotBeVerified) {
+  const std::string path = test::writeFile(m_dir / "java17.jvm", "DESC: Java 17\n");
+  TagFile tags(sstr(path));
+  EXPECT_EQ(nullptr, JVMFile(tags).verify("", ""));
+  EXPECT_EQ(
+      "WARNING: Unable to verify DIR/java17.jvm because the JVM_PROPERTIES tag was not "
+      "specified.\n",
+      takeLog());
+}
+
+// --- Progress: two steps for a missing executable, one for each chunk of output and six at the end
+
+TEST_F(VerifyTest, AdvancesTheProgress) {
+  setenv("LANG", "C", 1);
+  test::makeFakeJVM(m_dir / "jdk", FakeJVM::RightValues);
+  TagFile tags;
+  test::addTags(tags, kRequirements);
+  JVMFile jvm(tags);
+  PlatformImpl::setUIProgress(0);
+  PlatformImpl::showUI();
+  EXPECT_EQ("..", test::captureStdout([&] { (void)jvm.verify("/not/there", "", "Verify"); }));
+  EXPECT_EQ(".......",
+            test::captureStdout([&] { (void)jvm.verify(sstr(m_dir / "jdk"), "", "Verify"); }));
+  EXPECT_EQ("", test::captureStdout([&] { (void)jvm.verify("", "", "Verify"); }));
+}
+
+}  // namespace

@@ -1,0 +1,56 @@
+#include "support/JVMSupport.h"
+
+#include <filesystem>
+
+#include "launcher/Launcher.h"
+
+namespace test {
+namespace {
+
+constexpr std::string_view kLogSeparator = "------------------\n";
+
+}  // namespace
+
+std::vector<std::string> toVector(const StringDeque& deque) {
+  std::vector<std::string> texts;
+  for (long i = 0; i < deque.size(); ++i) {
+    texts.push_back(str(deque[i]));
+  }
+  return texts;
+}
+
+void addTags(TagFile& file, const Tags& tags) {
+  for (const auto& [name, values] : tags) {
+    for (const std::string& value : values) {
+      file.appendTagValue(sstr(name), sstr(value));
+    }
+  }
+}
+
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t found = text.find(from); found != std::string::npos;
+       found = text.find(from, found + to.size())) {
+    text.replace(found, from.size(), to);
+  }
+  return text;
+}
+
+LogCapture::LogCapture() {
+  Launcher::setLogFileName(sstr(m_dir / "log"));
+}
+
+LogCapture::~LogCapture() {
+  Launcher::setLogFileName("");
+}
+
+std::string LogCapture::take() {
+  const std::string path = m_dir / "log";
+  if (!std::filesystem::exists(path)) {
+    return {};
+  }
+  std::string log = readFile(path);
+  std::filesystem::remove(path);
+  return log.starts_with(kLogSeparator) ? log.substr(kLogSeparator.size()) : log;
+}
+
+}  // namespace test

@@ -1,0 +1,58 @@
+// What the tests of jvm files and launch scripts share: tag files from rows, the log, outcomes.
+#ifndef CORVANE_TESTS_SUPPORT_JVMSUPPORT_H
+#define CORVANE_TESTS_SUPPORT_JVMSUPPORT_H
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/TestFiles.h"
+#include "tagfile/TagFile.h"
+#include "util/LauncherException.h"
+#include "util/SString.h"
+#include "util/StringDeque.h"
+
+namespace test {
+
+inline std::string str(const SString& text) {
+  return std::string(text.view());
+}
+
+inline SString sstr(const std::string& text) {
+  return SString(text.data(), text.size());
+}
+
+std::vector<std::string> toVector(const StringDeque& deque);
+
+// The tags of a jvm file or launch script: names, each with its values.
+using Tags = std::vector<std::pair<std::string, std::vector<std::string>>>;
+void addTags(TagFile& file, const Tags& tags);
+
+// Every `from` in `text` becomes `to`: rows write HOME or DIR for folders that each run makes.
+std::string replaced(std::string text, const std::string& from, const std::string& to);
+
+// While it lives, the launcher logs to a file of its own.
+class LogCapture {
+ public:
+  LogCapture();
+  ~LogCapture();
+  // What was logged since the last call, without the separator line.
+  std::string take();
+
+ private:
+  TempDir m_dir;
+};
+
+// What `body` returned, or "LauncherException: " and the text that it threw.
+template <class Body>
+std::string outcome(Body body) {
+  try {
+    return str(body());
+  } catch (const LauncherException& e) {
+    return "LauncherException: " + str(e.getMessage());
+  }
+}
+
+}  // namespace test
+
+#endif
