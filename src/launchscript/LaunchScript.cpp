@@ -32,6 +32,8 @@ SString launcherDirectory() {
   return file.substr(0, file.rfind(PlatformImpl::getPathSeparator()));
 }
 
+// QUIRK(only-quotes-are-escaped): "$", "`" and "\" of an argument reach the shell as they are, so
+// that callers may let it fill them in; one that ends with a single "\" spoils the command.
 void appendQuoted(SString& command, const SString& argument) {
   command += " \"";
   for (const char byte : argument.view()) {

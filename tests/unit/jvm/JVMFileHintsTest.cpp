@@ -1,1 +1,409 @@
-// (being written)
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "fakes/FakeJVM.h"
+#include "jvm/JVMFile.h"
+#include "jvm/JVMMatch.h"
+#include "launcher/Launcher.h"
+#include "support/JVMSupport.h"
+#include "support/TestAccess.h"
+
+namespace {
+
+using test::FakeJVM;
+using test::sstr;
+using test::str;
+using Strings = std::vector<std::string>;
+
+using Strategy = std::unique_ptr<JVMMatch> (JVMFile::*)(const SString&, const SString&);
+constexpr Strategy kPlatformHints = &JVMFile::verifyWithPlatformHints;
+constexpr Strategy kPathHints = &JVMFile::verifyWithPathHints;
+constexpr Strategy kPlatformPaths = &JVMFile::verifyWithPlatformJVMPaths;
+
+// Texts of the rows: "DIR" stands for the folder of the launcher, which holds a right JVM "good",
+// a wrong one "bad" and nothing else.
+struct Row {
+  const char* name;
+  Strategy strategy;
+  Strings hints;             // values of PLATFORM_HINT or PATH_HINT
+  std::string variable;      // of VARIABLE, or PATH
+  Strings wantedCandidates;  // the log lines that say which homes are tried, in order
+  std::string wantedHome;    // of the match; empty: none
+  bool wantedTemporary = false;
+  std::string exe = "bin/java";
+};
+
+#define FROM_HINT(home) "Checking JVM at " home " which was resolved from platform hint VARIABLE"
+#define FROM_PATH(home, entry) \
+  "Checking JVM at " home " which was resolved from the platform JVM path " entry
+#define TRIED(exe) "Verifying JVM at " exe
+
+const Row kRows[] = {
+    // Platform hints: variables with lists of homes.
+    {"no platform hint", kPlatformHints, {}, "DIR/good", {}, ""},
+    {"unset variable", kPlatformHints, {"NOT_SET_ANYWHERE"}, "DIR/good", {}, ""},
+    {"empty variable", kPlatformHints, {"VARIABLE"}, "", {}, ""},
+    {"empty hint", kPlatformHints, {""}, "DIR/good", {}, ""},
+    {"one home",
+     kPlatformHints,
+     {"VARIABLE"},
+     "DIR/good",
+     {FROM_HINT("DIR/good"), TRIED("DIR/good/bin/java")},
+     "DIR/good"},
+    {"one home with a separator",
+     kPlatformHints,
+     {"VARIABLE"},
+     "DIR/good/",
+     {FROM_HINT("DIR/good/"), TRIED("DIR/good/bin/java")},
+     "DIR/good/"},
+    {"second home",
+     kPlatformHints,
+     {"VARIABLE"},
+     "DIR/bad:DIR/good",
+     {FROM_HINT("DIR/bad"), TRIED("DIR/bad/bin/java"), FROM_HINT("DIR/good"),
+      TRIED("DIR/good/bin/java")},
+     "DIR/good"},
+    {"stops at the first match",
+     kPlatformHints,
+     {"VARIABLE", "PATH"},
+     "DIR/good:DIR/bad",
+     {FROM_HINT("DIR/good"), TRIED("DIR/good/bin/java")},
+     "DIR/good"},
+    {"empty piece between two homes",
+     kPlatformHints,
+     {"VARIABLE"},
+     "DIR/bad::DIR/none",
+     {FROM_HINT("DIR/bad"), TRIED("DIR/bad/bin/java"), FROM_HINT("DIR/none"),
+      TRIED("DIR/none/bin/java")},
+     ""},
+    {"only separators", kPlatformHints, {"VARIABLE"}, "::", {}, ""},
+    {"second hint",
+     kPlatformHints,
+     {"NOT_SET_ANYWHERE", "", "VARIABLE"},
+     "DIR/good",
+     {FROM_HINT("DIR/good"), TRIED("DIR/good/bin/java")},
+     "DIR/good"},
+    {"the same hint twice",
+     kPlatformHints,
+     {"VARIABLE", "VARIABLE"},
+     "DIR/bad",
+     {FROM_HINT("DIR/bad"), TRIED("DIR/bad/bin/java"), FROM_HINT("DIR/bad"),
+      TRIED("DIR/bad/bin/java")},
+     ""},
+    {"no executable named: homes are shown, none is tried",
+     kPlatformHints,
+     {"VARIABLE"},
+     "DIR/good",
+     {FROM_HINT("DIR/good")},
+     "",
+     false,
+     ""},
+
+    // Path hints: absolute ones under each partition, others beside the launcher.
+    {"no path hint", kPathHints, {}, "", {}, ""},
+    {"absolute",
+     kPathHints,
+     {"DIR/good"},
+     "",
+     {"Checking path hint DIR/good", TRIED("DIR/good/bin/java")},
+     "DIR/good"},
+    {"absolute with a separator",
+     kPathHints,
+     {"DIR/good/"},
+     "",
+     {"Checking path hint DIR/good/", TRIED("DIR/good/bin/java")},
+     "DIR/good/"},
+    {"absolute, no such folder",
+     kPathHints,
+     {"/no/such/jdk"},
+     "",
+     {"Checking path hint /no/such/jdk", TRIED("/no/such/jdk/bin/java")},
+     ""},
+    {"the root alone",
+     kPathHints,
+     {"/"},
+     "",
+     {"Checking path hint /", TRIED("/bin/none")},
+     "",
+     false,
+     "bin/none"},
+    {"two separators",
+     kPathHints,
+     {"//no/jdk"},
+     "",
+     {"Checking path hint //no/jdk", TRIED("//no/jdk/bin/java")},
+     ""},
+    {"relative: beside the launcher, temporary",
+     kPathHints,
+     {"good"},
+     "",
+     {TRIED("DIR/good/bin/java")},
+     "DIR/good",
+     true},
+    {"relative with dots",
+     kPathHints,
+     {"bad/../good"},
+     "",
+     {TRIED("DIR/bad/../good/bin/java")},
+     "DIR/bad/../good",
+     true},
+    {"relative, wrong", kPathHints, {"bad"}, "", {TRIED("DIR/bad/bin/java")}, ""},
+    {"empty hint: the launcher's folder", kPathHints, {""}, "", {TRIED("DIR/bin/java")}, ""},
+    {"backslash begins no absolute hint",
+     kPathHints,
+     {"\\good"},
+     "",
+     {TRIED("DIR/\\good/bin/java")},
+     ""},
+    {"in order until a match",
+     kPathHints,
+     {"bad", "/no/jdk", "good", "DIR/good"},
+     "",
+     {TRIED("DIR/bad/bin/java"), "Checking path hint /no/jdk", TRIED("/no/jdk/bin/java"),
+      TRIED("DIR/good/bin/java")},
+     "DIR/good",
+     true},
+    {"absolute before relative is not temporary",
+     kPathHints,
+     {"DIR/good", "good"},
+     "",
+     {"Checking path hint DIR/good", TRIED("DIR/good/bin/java")},
+     "DIR/good"},
+
+    // PATH: folders that may be the executable's own.
+    {"empty PATH", kPlatformPaths, {}, "", {}, ""},
+    {"the executable's folder",
+     kPlatformPaths,
+     {},
+     "DIR/good/bin",
+     {FROM_PATH("DIR/good/", "DIR/good/bin"), TRIED("DIR/good/bin/java")},
+     "DIR/good/"},
+    {"the executable's folder with a separator",
+     kPlatformPaths,
+     {},
+     "DIR/good/bin/",
+     {FROM_PATH("DIR/good/", "DIR/good/bin/"), TRIED("DIR/good/bin/java")},
+     "DIR/good/"},
+    {"another folder is tried as it stands",
+     kPlatformPaths,
+     {},
+     "DIR/good",
+     {FROM_PATH("DIR/good/", "DIR/good"), TRIED("DIR/good/bin/java")},
+     "DIR/good/"},
+    {"a folder below the executable's",
+     kPlatformPaths,
+     {},
+     "DIR/good/bin/x",
+     {FROM_PATH("DIR/good/bin/x/", "DIR/good/bin/x"), TRIED("DIR/good/bin/x/bin/java")},
+     ""},
+    {"path-suffix-without-boundary",
+     kPlatformPaths,
+     {},
+     "DIR/xbin",
+     {FROM_PATH("DIR/x", "DIR/xbin"), TRIED("DIR/x/bin/java")},
+     ""},
+    {"path-suffix-without-boundary: finds the shortened home",
+     kPlatformPaths,
+     {},
+     "DIR/goodbin",
+     {FROM_PATH("DIR/good", "DIR/goodbin"), TRIED("DIR/good/bin/java")},
+     "DIR/good"},
+    {"one letter short of the executable's folder",
+     kPlatformPaths,
+     {},
+     "DIR/good/in",
+     {FROM_PATH("DIR/good/in/", "DIR/good/in"), TRIED("DIR/good/in/bin/java")},
+     ""},
+    {"case matters",
+     kPlatformPaths,
+     {},
+     "DIR/good/BIN",
+     {FROM_PATH("DIR/good/BIN/", "DIR/good/BIN"), TRIED("DIR/good/BIN/bin/java")},
+     ""},
+    {"the whole entry is the executable's folder",
+     kPlatformPaths,
+     {},
+     "bin",
+     {FROM_PATH("", "bin")},
+     ""},
+    {"the executable's folder of the root",
+     kPlatformPaths,
+     {},
+     "/xbin",
+     {FROM_PATH("/", "/xbin"), TRIED("/xbin/java")},
+     "",
+     false,
+     "xbin/java"},
+    {"empty entries are skipped",
+     kPlatformPaths,
+     {},
+     ":DIR/bad/bin::DIR/good/bin:",
+     {FROM_PATH("DIR/bad/", "DIR/bad/bin"), TRIED("DIR/bad/bin/java"),
+      FROM_PATH("DIR/good/", "DIR/good/bin"), TRIED("DIR/good/bin/java")},
+     "DIR/good/"},
+    {"stops at the first match",
+     kPlatformPaths,
+     {},
+     "DIR/good/bin:DIR/bad/bin",
+     {FROM_PATH("DIR/good/", "DIR/good/bin"), TRIED("DIR/good/bin/java")},
+     "DIR/good/"},
+    {"executable without a folder",
+     kPlatformPaths,
+     {},
+     "DIR/good/bin",
+     {FROM_PATH("DIR/good/bin", "DIR/good/bin"), TRIED("DIR/good/bin/java")},
+     "DIR/good/bin",
+     false,
+     "java"},
+    {"executable without a folder, separator",
+     kPlatformPaths,
+     {},
+     "DIR/good/bin/",
+     {FROM_PATH("DIR/good/bin/", "DIR/good/bin/"), TRIED("DIR/good/bin/java")},
+     "DIR/good/bin/",
+     false,
+     "java"},
+    {"executable two folders down",
+     kPlatformPaths,
+     {},
+     "DIR/jre/bin:DIR/good/bin",
+     {FROM_PATH("DIR/", "DIR/jre/bin"), TRIED("DIR/jre/bin/java"),
+      FROM_PATH("DIR/good/bin/", "DIR/good/bin"), TRIED("DIR/good/bin/jre/bin/java")},
+     "",
+     false,
+     "jre/bin/java"},
+    {"no executable named: entries are shown, none is tried",
+     kPlatformPaths,
+     {},
+     "DIR/good/bin",
+     {FROM_PATH("DIR/good/bin", "DIR/good/bin")},
+     "",
+     false,
+     ""},
+};
+
+bool isCandidateLine(const std::string& line) {
+  return line.starts_with("Checking ") || line.starts_with("Verifying JVM at ");
+}
+
+Strings candidates(const std::string& log) {
+  Strings lines;
+  std::istringstream stream(log);
+  for (std::string line; std::getline(stream, line);) {
+    if (isCandidateLine(line)) {
+      lines.push_back(line);
+    }
+  }
+  return lines;
+}
+
+class HintsTest : public testing::Test {
+ protected:
+  HintsTest() {
+    LauncherTestAccess::setLauncherFileName(m_dir / "setup");
+    LauncherTestAccess::setPurpose(1);
+    test::makeFakeJVM(m_dir / "good", FakeJVM::RightValues);
+    test::makeFakeJVM(m_dir / "bad", FakeJVM::WrongValues);
+  }
+
+  std::string here(const std::string& text) const {
+    return test::replaced(text, "DIR", m_dir.path());
+  }
+  std::string takeLog() { return test::replaced(m_log.take(), m_dir.path(), "DIR"); }
+
+  void fillTags(TagFile& tags, const Row& row) const {
+    test::addTags(tags, {{"DESC", {"Java 17"}},
+                         {"JVM_EXE", {row.exe}},
+                         {"JVM_PROPERTIES", {"java.version=17..."}}});
+    for (const std::string& hint : row.hints) {
+      tags.appendTagValue(row.strategy == kPathHints ? "PATH_HINT" : "PLATFORM_HINT",
+                          sstr(here(hint)));
+    }
+  }
+
+  test::TempDir m_dir;
+  test::LogCapture m_log;
+};
+
+TEST_F(HintsTest, TriesItsCandidatesInOrder) {
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.name);
+    TagFile tags;
+    fillTags(tags, row);
+    const bool usesPath = row.strategy == kPlatformPaths;
+    const test::ScopedEnvironment variable("VARIABLE", here(row.variable).c_str());
+    const test::ScopedEnvironment path("PATH", usesPath ? here(row.variable).c_str() : "/bin");
+    JVMFile jvm(tags);
+    const auto match = (jvm.*row.strategy)("", "Verify");
+    EXPECT_EQ(row.wantedCandidates, candidates(takeLog()));
+    ASSERT_EQ(!row.wantedHome.empty(), match != nullptr);
+    if (match != nullptr) {
+      EXPECT_EQ(here(row.wantedHome), str(match->getJVMHome()));
+      EXPECT_EQ(row.wantedTemporary, match->isJVMTemporary());
+    }
+  }
+}
+
+TEST_F(HintsTest, UnsetPathHasNoEntries) {
+  TagFile tags;
+  test::addTags(tags, {{"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"a=b"}}});
+  const test::ScopedEnvironment path("PATH", nullptr);
+  EXPECT_EQ(nullptr, JVMFile(tags).verifyWithPlatformJVMPaths("", ""));
+  EXPECT_EQ("Searching for  using platform specific JVM Path hints\n", takeLog());
+}
+
+// --- The opening line of each strategy, and the refusal ---
+
+struct OpeningRow {
+  const char* name;
+  Strategy strategy;
+  std::string wantedOpening;
+};
+
+const OpeningRow kOpenings[] = {
+    {"platform hints", kPlatformHints, "Searching for Java 17 using platform hints\n"},
+    {"path hints", kPathHints, "Searching for Java 17 using path hints\n"},
+    {"PATH", kPlatformPaths, "Searching for Java 17 using platform specific JVM Path hints\n"},
+};
+
+TEST_F(HintsTest, SaysWhereItSearches) {
+  const test::ScopedEnvironment path("PATH", "");
+  for (const OpeningRow& row : kOpenings) {
+    SCOPED_TRACE(row.name);
+    TagFile tags;
+    test::addTags(tags, {{"DESC", {"Java 17"}}, {"JVM_PROPERTIES", {"a=b"}}});
+    JVMFile jvm(tags);
+    EXPECT_EQ(nullptr, (jvm.*row.strategy)("", ""));
+    EXPECT_EQ(row.wantedOpening, takeLog());
+  }
+}
+
+TEST_F(HintsTest, NeedsRequirements) {
+  const test::ScopedEnvironment path("PATH", here("DIR/good/bin").c_str());
+  const test::ScopedEnvironment variable("VARIABLE", here("DIR/good").c_str());
+  test::writeFile(m_dir / "any.jvm",
+                  "JVM_EXE: bin/java\nPATH_HINT: good\nPLATFORM_HINT: VARIABLE\n");
+  for (const OpeningRow& row : kOpenings) {
+    SCOPED_TRACE(row.name);
+    TagFile tags(sstr(m_dir / "any.jvm"));
+    JVMFile jvm(tags);
+    EXPECT_EQ(nullptr, (jvm.*row.strategy)("", ""));
+    EXPECT_EQ(
+        "WARNING: Unable to verify DIR/any.jvm because the JVM_PROPERTIES tag was not "
+        "specified.\n",
+        takeLog());
+  }
+}
+
+TEST_F(HintsTest, LauncherWithoutFolderLooksInTheCurrentOne) {
+  const test::ScopedCurrentDir current(m_dir.path());
+  LauncherTestAccess::setOriginalLauncherFileName("setup");
+  TagFile tags;
+  fillTags(tags, {"", kPathHints, {"good"}, "", {}, ""});
+  const auto match = JVMFile(tags).verifyWithPathHints("", "Verify");
+  ASSERT_NE(nullptr, match);
+  EXPECT_EQ("good", str(match->getJVMHome()));
+}
+
+}  // namespace
