@@ -1,11 +1,9 @@
 // PlatformImpl: temporary files and directories, the clean-up of a run, free space.
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 
 #include "launcher/Launcher.h"
@@ -13,6 +11,7 @@
 #include "platform/MessageCatalogue.h"
 #include "platform/PlatformImpl.h"
 #include "platform/RandomName.h"
+#include "platform/UniqueEntry.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
@@ -21,7 +20,6 @@ namespace {
 constexpr const char* kDefaultTempDir = "/var/tmp/";
 constexpr const char* kTempPrefix = "cvj";
 constexpr std::size_t kRandomPart = 6;
-constexpr int kMostAttempts = 1000;  // names tried before giving up
 
 constexpr const char* kTempFileError = "Error creating tmp file ";
 
@@ -37,30 +35,6 @@ SString withoutTrailingSeparators(const SString& path) {
 SString makeTempName() {
   return withoutTrailingSeparators(PlatformImpl::getSystemTempDirectory()) + kPathSeparator +
          kTempPrefix + randomName(kRandomPart);
-}
-
-// Calls `create` with new names until one did not exist yet. Returns the errno of the last attempt,
-// 0 when it succeeded; `path` is its name.
-template <class Create>
-int createUnique(SString& path, Create create) {
-  int error = EEXIST;
-  for (int i = 0; i < kMostAttempts && error == EEXIST; ++i) {
-    path = makeTempName();
-    error = create(path.c_str()) ? 0 : errno;
-  }
-  return error;
-}
-
-bool createFile(const char* path) {
-  const int fd = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-  if (fd >= 0) {
-    close(fd);  // nothing was written that could get lost
-  }
-  return fd >= 0;
-}
-
-bool createDirectory(const char* path) {
-  return mkdir(path, 0777) == 0;
 }
 
 void deleteAll(const StringDeque& paths) {
@@ -84,7 +58,7 @@ SString PlatformImpl::getSystemTempDirectory() {
 
 SString PlatformImpl::createTempFile() {
   SString path;
-  if (createUnique(path, createFile) != 0) {
+  if (createUniqueEntry(EntryKind::File, makeTempName, path) != 0) {
     throw LauncherException(kTempFileError + path);
   }
   m_sdqCreatedFiles.push_back(path);
@@ -93,7 +67,7 @@ SString PlatformImpl::createTempFile() {
 
 SString PlatformImpl::createTempSubDirectory() {
   SString path;
-  const int error = createUnique(path, createDirectory);
+  const int error = createUniqueEntry(EntryKind::Directory, makeTempName, path);
   if (error != 0) {
     throw LauncherException(std::strerror(error));
   }

@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/RandomName.h"
 #include "support/TestFiles.h"
 
 namespace {
@@ -196,21 +195,6 @@ TEST(PlatformImpl, WideToMultiByteInUtf8) {
 TEST(PlatformImpl, WideToMultiByteOfALongText) {
   const std::wstring wide(100000, L'x');
   EXPECT_EQ(std::string(100000, 'x'), text(PlatformImpl::wideToMultiByte(wide.c_str())));
-}
-
-// --- Random names ---
-
-TEST(PlatformImpl, RandomNamesAreLettersAndDigits) {
-  constexpr const char* kAllowed = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
-  for (const std::size_t size : {0u, 1u, 6u, 8u, 9u, 100u}) {
-    const SString name = randomName(size);
-    EXPECT_EQ(size, name.size());
-    EXPECT_EQ(SString::npos, name.find_first_not_of(kAllowed)) << name.c_str();
-  }
-}
-
-TEST(PlatformImpl, RandomNamesDiffer) {
-  EXPECT_FALSE(randomName(20) == randomName(20));
 }
 
 }  // namespace

@@ -1,0 +1,33 @@
+#include "platform/UniqueEntry.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace {
+
+bool createFile(const char* path) {
+  const int fd = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (fd >= 0) {
+    close(fd);  // nothing was written that could get lost
+  }
+  return fd >= 0;
+}
+
+bool createDirectory(const char* path) {
+  return mkdir(path, 0777) == 0;
+}
+
+}  // namespace
+
+int createUniqueEntry(EntryKind kind, SString (*makePath)(), SString& path) {
+  const auto create = kind == EntryKind::File ? createFile : createDirectory;
+  int error = EEXIST;
+  for (int i = 0; i < kMostUniqueNames && error == EEXIST; ++i) {
+    path = makePath();
+    error = create(path.c_str()) ? 0 : errno;
+  }
+  return error;
+}
