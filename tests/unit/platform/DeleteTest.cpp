@@ -181,6 +181,13 @@ const TreeRow kTreeRows[] = {
      "d",
      {"d/", "d/f"},
      "WARNING: Could not delete $/d/f :  Permission denied\n"},
+    {"failure-protects-by-position: each directory has its own position",
+     {"d/", "d/l -> 1", "d/e/", "d/e/m -> 1"},
+     {"d", "d/e"},
+     "d",
+     {"d/", "d/e/", "d/e/m", "d/l"},
+     "WARNING: Could not delete $/d/l :  Permission denied\n"
+     "WARNING: Could not delete $/d/e/m :  Permission denied\n"},
     {"failure-protects-by-position: a longer list reaches inner directories",
      {"d/", "d/e/", "d/e/l -> 1", "d/e/m -> 1"},
      {"d/e"},

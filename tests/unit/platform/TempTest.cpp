@@ -202,6 +202,13 @@ TEST(Temp, CreationFails) {
   EXPECT_EQ(Strings(), asStrings(PlatformTestAccess::createdDirectories()));
 }
 
+TEST(Temp, TheRootKeepsItsSeparator) {
+  const test::OrdinaryUser user;
+  PlatformImpl::setSystemTempDir("/");
+  const std::string message = messageOf([] { PlatformImpl::createTempFile(); });
+  EXPECT_TRUE(message.starts_with("Error creating tmp file //cvj")) << message;
+}
+
 // --- The lists ---
 
 TEST(Temp, WhatIsCreatedIsRegistered) {

@@ -113,6 +113,8 @@ const TitleLocaleRow kTitleLocaleRows[] = {
     {"unknown locale without encoding", nullptr, nullptr, "xx_YY", "Caf"},
     {"unknown LC_ALL hides LANG", "xx_YY", nullptr, "C.UTF-8", "Caf"},
     {"unknown LC_CTYPE in UTF-8", "", "xx_YY.UTF-8", "C", kAccented},
+    {"unknown LC_ALL before unknown LC_CTYPE", "xx_YY", "xx_YY.UTF-8", nullptr, "Caf"},
+    {"the same in UTF-8", "xx_YY.UTF-8", "xx_YY", "C", kAccented},
 };
 
 TEST(Title, TitleLocales) {
