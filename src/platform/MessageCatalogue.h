@@ -14,14 +14,11 @@ extern const char* const* const msg_locale_table[];
 // The catalogue indexes that the console and the temporary-directory code use directly.
 enum CatalogueIndex {
   kCatalogueInitializing = 1,
-  kCatalogueVerifying = 3,
   kCatalogueNoJVM = 4,
   kCatalogueNotLaunched = 5,
   kCatalogueRunning = 7,
   kCataloguePreparingJVM = 8,
   kCatalogueSearching = 9,
-  kCatalogueSearchingFor = 10,
-  kCatalogueScanningDisks = 16,
   kCatalogueAskDestination = 17,
   kCatalogueDot = 18,
   kCatalogueTempDirMissing = 39,
