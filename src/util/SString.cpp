@@ -3,17 +3,25 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <new>
 
+namespace {
+
+// Room is left for the header and the closing zero byte on 32-bit machines, too.
+constexpr std::size_t kLargestCapacity = std::numeric_limits<std::uint32_t>::max() - 64;
+
+}  // namespace
+
 SString::Buffer* SString::allocate(std::size_t capacity) {
-  if (capacity > npos - sizeof(Buffer) - 1) {
+  if (capacity > kLargestCapacity) {
     throw std::bad_alloc();
   }
   void* memory = std::malloc(sizeof(Buffer) + capacity + 1);
   if (memory == nullptr) {
     throw std::bad_alloc();
   }
-  auto* buffer = new (memory) Buffer{1, 0, capacity};
+  auto* buffer = new (memory) Buffer{1, 0, static_cast<std::uint32_t>(capacity)};
   buffer->bytes()[0] = '\0';
   return buffer;
 }
@@ -67,7 +75,7 @@ bool SString::isWritable(std::size_t size) const {
 }
 
 void SString::setSize(std::size_t size) {
-  m_buffer->size = size;
+  m_buffer->size = static_cast<std::uint32_t>(size);
   m_buffer->bytes()[size] = '\0';
 }
 
@@ -77,7 +85,7 @@ void SString::reserve(std::size_t capacity) {
   }
   Buffer* fresh = allocate(std::max(capacity, size()));
   std::memcpy(fresh->bytes(), c_str(), size());
-  fresh->size = size();
+  fresh->size = static_cast<std::uint32_t>(size());
   fresh->bytes()[fresh->size] = '\0';
   release(m_buffer);
   m_buffer = fresh;

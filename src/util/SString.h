@@ -8,11 +8,12 @@
 // (c_str) ends for C at the first zero byte. Positions are byte positions from 0; "not found" is
 // npos, the largest unsigned value. Where a position lies past the end the operations do what is
 // natural for text (nothing is found, nothing is erased, the substring is empty) and never throw;
-// only a lack of memory throws (std::bad_alloc).
+// only a lack of memory throws (std::bad_alloc), and so does a string of 4 GB.
 #ifndef CORVANE_UTIL_SSTRING_H
 #define CORVANE_UTIL_SSTRING_H
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 class SString {
@@ -76,11 +77,12 @@ class SString {
   friend bool operator<(const SString& a, const SString& b) { return a.view() < b.view(); }
 
  private:
-  // The shared buffer: this header, then `capacity` bytes and a zero byte.
+  // The shared buffer: this header, then `capacity` bytes and a zero byte. The header is small
+  // since a long script is millions of short strings.
   struct Buffer {
-    std::size_t owners;
-    std::size_t size;
-    std::size_t capacity;
+    std::uint32_t owners;
+    std::uint32_t size;
+    std::uint32_t capacity;
     char* bytes() { return reinterpret_cast<char*>(this + 1); }
     const char* bytes() const { return reinterpret_cast<const char*>(this + 1); }
   };
