@@ -2,13 +2,18 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <string>
 
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
 namespace {
+
+constexpr std::size_t kSmallestBlock = 4096;
+constexpr std::size_t kLargestBlock = 65536;
 
 bool isDirectory(std::FILE* file) {
   struct stat status;
@@ -21,33 +26,19 @@ void loadBytes(std::FILE* file, unsigned char* bytes, int count, const char* err
   }
 }
 
-// Keeps other users of the stream out, so that each byte can be read without a lock of its own.
-class StreamLock {
- public:
-  explicit StreamLock(std::FILE* file) : m_file(file) { flockfile(file); }
-  ~StreamLock() { funlockfile(m_file); }
-  StreamLock(const StreamLock&) = delete;
-  StreamLock& operator=(const StreamLock&) = delete;
-
- private:
-  std::FILE* m_file;
-};
+std::string_view withoutCarriageReturns(char* line, std::size_t size) {
+  if (std::memchr(line, '\r', size) == nullptr) {
+    return {line, size};
+  }
+  return {line, static_cast<std::size_t>(std::remove(line, line + size, '\r') - line)};
+}
 
 void appendLine(std::FILE* file, SString& line) {
-  const StreamLock lock(file);
-  char chunk[512];  // most lines fit: one append, so the line's buffer has no room to spare
-  std::size_t used = 0;
-  for (int byte = getc_unlocked(file); byte != '\n' && byte != EOF; byte = getc_unlocked(file)) {
-    if (byte == '\r') {
-      continue;
+  for (int byte = std::fgetc(file); byte != '\n' && byte != EOF; byte = std::fgetc(file)) {
+    if (byte != '\r') {
+      line += static_cast<char>(byte);
     }
-    if (used == sizeof chunk) {
-      line.append({chunk, used});
-      used = 0;
-    }
-    chunk[used++] = static_cast<char>(byte);
   }
-  line.append({chunk, used});
 }
 
 }  // namespace
@@ -98,6 +89,43 @@ std::int32_t convertToLong(const unsigned char* bytes) {
 
 std::int16_t convertToShort(const unsigned char* bytes) {
   return static_cast<std::int16_t>(static_cast<std::uint16_t>(bytes[0] << 8 | bytes[1]));
+}
+
+std::string_view LineReader::next() {
+  std::size_t searched = 0;
+  for (;;) {
+    const std::string_view rest(m_buffer.data() + m_begin, m_end - m_begin);
+    const std::size_t newline = rest.find('\n', searched);
+    if (newline != std::string_view::npos) {
+      return take(newline, 1);
+    }
+    searched = rest.size();
+    if (!readMore()) {
+      m_atEnd = true;
+      return take(rest.size(), 0);
+    }
+  }
+}
+
+std::string_view LineReader::take(std::size_t size, std::size_t lineEnd) {
+  char* line = m_buffer.data() + m_begin;
+  m_begin += size + lineEnd;
+  m_position += static_cast<std::int64_t>(size + lineEnd);
+  return withoutCarriageReturns(line, size);
+}
+
+// Blocks begin small, since most tag files are, and grow; a line that fills the buffer doubles it.
+bool LineReader::readMore() {
+  std::copy(m_buffer.begin() + static_cast<std::ptrdiff_t>(m_begin),
+            m_buffer.begin() + static_cast<std::ptrdiff_t>(m_end), m_buffer.begin());
+  m_end -= m_begin;
+  m_begin = 0;
+  if (m_buffer.size() < kLargestBlock || m_end == m_buffer.size()) {
+    m_buffer.resize(std::max(kSmallestBlock, 2 * m_buffer.size()));
+  }
+  const std::size_t bytes = std::fread(m_buffer.data() + m_end, 1, m_buffer.size() - m_end, m_file);
+  m_end += bytes;
+  return bytes > 0;
 }
 
 void readLineFromStream(std::FILE* file, SString& line) {

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <string_view>
+#include <vector>
 
 #include "util/SString.h"
 
@@ -35,6 +37,33 @@ std::int16_t loadShortValue(std::FILE* file, const char* errorText);
 // Bytes to numbers, most significant first, on any processor.
 std::int32_t convertToLong(const unsigned char* bytes);
 std::int16_t convertToShort(const unsigned char* bytes);
+
+// The lines of a stream, for whoever reads many of them: it reads ahead in blocks, so the stream's
+// own position and end mean nothing while it is in use.
+class LineReader {
+ public:
+  // Reads on from where the stream stands, which is called `position`.
+  LineReader(std::FILE* file, std::int64_t position) : m_file(file), m_position(position) {}
+
+  // The next line without its newline and without carriage returns; valid until the next call.
+  std::string_view next();
+  // Where the next line begins.
+  std::int64_t position() const { return m_position; }
+  // True when `next` met the end of the stream: the file's last line had no newline, or no line
+  // was left.
+  bool isAtEnd() const { return m_atEnd; }
+
+ private:
+  std::string_view take(std::size_t size, std::size_t lineEnd);
+  bool readMore();
+
+  std::FILE* m_file;
+  std::int64_t m_position;
+  bool m_atEnd = false;
+  std::vector<char> m_buffer;
+  std::size_t m_begin = 0;  // what lies in the buffer and was not yet taken
+  std::size_t m_end = 0;
+};
 
 // Appends the bytes up to a newline or the end to `line`, without carriage returns, then trims it
 // of blanks. The caller passes an empty string; a null stream ends at once.

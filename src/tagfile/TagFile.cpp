@@ -1,6 +1,8 @@
 #include "tagfile/TagFile.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "launcher/Launcher.h"
 #include "tagfile/StreamUtils.h"
@@ -19,12 +21,12 @@ constexpr const char* kBlockEnd = "/:";
 constexpr char kQuote = '"';
 
 // The value that begins at `first` of the line: what the quotes hold, or all the rest.
-SString parseValue(const SString& line, std::size_t first) {
-  if (line[first] != kQuote) {
-    return line.substr(first);
+SString parseValue(std::string_view line, std::size_t first) {
+  if (first >= line.size() || line[first] != kQuote) {
+    return SString(line.substr(first));
   }
   std::size_t position = first + 1;
-  return parseStringArgument(line, position, true);
+  return parseStringArgument(SString(line), position, true);
 }
 
 bool needsQuotes(const SString& value) {
@@ -40,11 +42,11 @@ SString quoted(const SString& value) {
   return result += kQuote;
 }
 
-void writeEntry(std::FILE* file, const TagFileEntry& entry) {
-  const bool isBlock = entry.values->size() > 1;
-  std::fprintf(file, "%s:%s", entry.key.c_str(), isBlock ? "\n" : "");
-  for (long i = 0; i < entry.values->size(); ++i) {
-    const SString& value = entry.values->at(i);
+void writeTag(std::FILE* file, const SString& key, const StringDeque& values) {
+  const bool isBlock = values.size() > 1;
+  std::fprintf(file, "%s:%s", key.c_str(), isBlock ? "\n" : "");
+  for (long i = 0; i < values.size(); ++i) {
+    const SString& value = values.at(i);
     std::fprintf(file, "  %s\n", needsQuotes(value) ? quoted(value).c_str() : value.c_str());
   }
   if (isBlock) {
@@ -70,42 +72,46 @@ void TagFile::load(std::FILE* file, const SString& name, std::int32_t start, std
     throw LauncherException(kFileNotRead);
   }
   const std::int64_t end = std::int64_t{start} + length;
-  while (!isAtEnd(file) && (length < 0 || ftello(file) < end)) {
-    SString line;
-    readLine(file, line);
+  LineReader reader(file, start);
+  // QUIRK(bound-before-tags-only): a block that begins before the bound is read to its "/:", also
+  // past the bound; embedded files end between tags, so only a wrong length shows it.
+  while (!reader.isAtEnd() && (length < 0 || reader.position() < end)) {
+    const std::string_view line = readLine(reader);
     if (!line.empty()) {
-      loadTag(file, line);
+      loadTag(reader, line);
     }
   }
   m_loaded = true;
 }
 
-void TagFile::readLine(std::FILE* file, SString& line) {
-  readLineFromStream(file, line);
+std::string_view TagFile::readLine(LineReader& reader) {
   ++m_lineNumber;
+  return withoutBlanks(reader.next());
 }
 
-void TagFile::loadTag(std::FILE* file, const SString& line) {
+void TagFile::loadTag(LineReader& reader, std::string_view line) {
   const std::size_t colon = line.find(':');
-  if (colon == SString::npos) {
+  if (colon == std::string_view::npos) {
     logSyntaxError(kColonMissing, m_name, m_lineNumber);
   }
-  const SString key = trimmed(line.substr(0, colon));
+  const SString key(withoutBlanks(line.substr(0, colon)));
+  // QUIRK(last-definition-wins): and goes to the end; the earlier one is gone before the new values
+  // are read, so a definition that fails leaves no such tag.
   removeValue(key);
   if (colon + 1 == line.size()) {
-    loadBlock(file, key);
+    loadBlock(reader, key);
   } else {
     loadSingleValue(key, line, colon);
   }
 }
 
-void TagFile::loadBlock(std::FILE* file, const SString& key) {
+void TagFile::loadBlock(LineReader& reader, const SString& key) {
   const std::int32_t tagLineNumber = m_lineNumber;
   StringDeque* values = nullptr;
-  while (!isAtEnd(file)) {
-    SString line;
-    readLine(file, line);
-    const SString value = parseValue(line, 0);
+  while (!reader.isAtEnd()) {
+    SString value = parseValue(readLine(reader), 0);
+    // QUIRK(quoted-completer): "/:" ends the block in quotes, too, and an empty value is none:
+    // neither can be a value of a block.
     if (value == kBlockEnd) {
       return;
     }
@@ -113,30 +119,28 @@ void TagFile::loadBlock(std::FILE* file, const SString& key) {
       continue;
     }
     if (values == nullptr) {
-      setTagValue(key, value);
-      values = m_entries.back()->values.get();
-    } else {
-      values->push_back(value);
+      values = &valuesOf(key);
     }
+    values->push_back(std::move(value));
   }
   logSyntaxError(kCompleterMissing, m_name, tagLineNumber);
 }
 
-void TagFile::loadSingleValue(const SString& key, const SString& line, std::size_t colon) {
+void TagFile::loadSingleValue(const SString& key, std::string_view line, std::size_t colon) {
   const std::size_t first = line.find_first_not_of(kBlanks, colon + 1);
-  if (first == SString::npos) {
+  if (first == std::string_view::npos) {
     logSyntaxError(kValueMissing, m_name, m_lineNumber);
   }
-  setTagValue(key, parseValue(line, first));
+  SString value = parseValue(line, first);  // may throw, and then there is no such tag
+  valuesOf(key).push_back(std::move(value));
 }
 
-TagFileEntry* TagFile::findEntry(std::string_view key) const {
-  for (long i = 0; i < m_entries.size(); ++i) {
-    if (m_entries.at(i)->key.view() == key) {
-      return m_entries.at(i);
-    }
+StringDeque& TagFile::valuesOf(const SString& key) {
+  const auto [entry, isNew] = m_entries.try_emplace(key);
+  if (isNew) {
+    entry->second.place = m_nextPlace++;
   }
-  return nullptr;
+  return entry->second.values;
 }
 
 SString TagFile::getTagValue(const char* key, unsigned long index) const {
@@ -145,8 +149,8 @@ SString TagFile::getTagValue(const char* key, unsigned long index) const {
 }
 
 const StringDeque* TagFile::getValue(const char* key) const {
-  const TagFileEntry* entry = findEntry(key);
-  return entry == nullptr ? nullptr : entry->values.get();
+  const auto entry = m_entries.find(std::string_view(key));
+  return entry == m_entries.end() ? nullptr : &entry->second.values;
 }
 
 long TagFile::getTagValueCount(const char* key) const {
@@ -155,23 +159,14 @@ long TagFile::getTagValueCount(const char* key) const {
 }
 
 void TagFile::setTagValue(const SString& key, const SString& value) {
-  TagFileEntry* entry = findEntry(key);
-  if (entry == nullptr) {
-    m_entries.push_back(
-        std::make_unique<TagFileEntry>(TagFileEntry{key, std::make_unique<StringDeque>()}));
-    entry = m_entries.back();
-  }
   const SString kept = value;  // it may be one of the values that go
-  entry->values->clear();
-  entry->values->push_back(kept);
+  StringDeque& values = valuesOf(key);
+  values.clear();
+  values.push_back(kept);
 }
 
 void TagFile::appendTagValue(const SString& key, const SString& value) {
-  if (const TagFileEntry* entry = findEntry(key)) {
-    entry->values->push_back(value);
-  } else {
-    setTagValue(key, value);
-  }
+  valuesOf(key).push_back(value);
 }
 
 bool TagFile::getBoolTagValue(const char* key, bool defaultValue) const {
@@ -184,12 +179,7 @@ void TagFile::setBoolTagValue(const SString& key, bool value) {
 }
 
 void TagFile::removeValue(const SString& key) {
-  for (long i = 0; i < m_entries.size(); ++i) {
-    if (m_entries.at(i)->key == key) {
-      m_entries.erase(i);
-      return;
-    }
-  }
+  m_entries.erase(key);
 }
 
 void TagFile::setDynamicJVMTags(const SString& home, const SString& fileName, bool temporary) {
@@ -203,11 +193,21 @@ bool TagFile::write(const SString& path) const {
   if (file == nullptr) {
     return false;
   }
-  for (long i = 0; i < m_entries.size(); ++i) {
-    writeEntry(file.get(), *m_entries.at(i));
-  }
+  write(file.get());
   const bool written = std::ferror(file.get()) == 0;
   return std::fclose(file.release()) == 0 && written;
+}
+
+void TagFile::write(std::FILE* file) const {
+  std::vector<const Entries::value_type*> ordered;
+  for (const auto& entry : m_entries) {
+    ordered.push_back(&entry);
+  }
+  std::sort(ordered.begin(), ordered.end(),
+            [](const auto* a, const auto* b) { return a->second.place < b->second.place; });
+  for (const auto* entry : ordered) {
+    writeTag(file, entry->first, entry->second.values);
+  }
 }
 
 void TagFile::logSyntaxError(const SString& message, const SString& fileName,

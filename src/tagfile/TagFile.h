@@ -11,18 +11,21 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <memory>
+#include <functional>
+#include <string_view>
+#include <unordered_map>
 
 #include "util/PtrDeque.h"
 #include "util/SString.h"
 #include "util/StringDeque.h"
 
-struct TagFileEntry {
-  SString key;
-  std::unique_ptr<StringDeque> values;  // never null
-};
+class LineReader;
 
-using TagFileEntryPtrDeque = PtrDeque<TagFileEntry>;
+// One tag: its values, and its place in the order of the document.
+struct TagFileEntry {
+  std::uint64_t place = 0;  // counts on with every new tag, so the places rise but have gaps
+  StringDeque values;       // at least one
+};
 
 class TagFile {
  public:
@@ -40,7 +43,7 @@ class TagFile {
   // block that has begun is read to its "/:".
   // Throws "Unable to read tag file." when `start` cannot be reached; "Syntax error in NAME at line
   // N ==> " and the reason (logged as an error first); or the text of `parseStringArgument` for a
-  // quoted value without its closing quote (not logged).
+  // quoted value without its closing quote (not logged). Leaves the stream's position anywhere.
   void load(std::FILE* file, const SString& name, std::int32_t start, std::int32_t length);
 
   bool isLoaded() const { return m_loaded; }
@@ -67,19 +70,31 @@ class TagFile {
   // Writes the document to `path` so that `load` reads it back equal. False, with nothing said,
   // when it cannot be opened or written.
   bool write(const SString& path) const;
+  // The same to an open stream, whose errors are the caller's to look at.
+  void write(std::FILE* file) const;
 
   // Logs "Syntax error in FILE at line N ==> MESSAGE" as an error and throws it.
   [[noreturn]] static void logSyntaxError(const SString& message, const SString& fileName,
                                           std::int32_t lineNumber);
 
  private:
-  TagFileEntry* findEntry(std::string_view key) const;
-  void readLine(std::FILE* file, SString& line);
-  void loadTag(std::FILE* file, const SString& line);
-  void loadBlock(std::FILE* file, const SString& key);
-  void loadSingleValue(const SString& key, const SString& line, std::size_t colon);
+  struct KeyHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view key) const {
+      return std::hash<std::string_view>()(key);
+    }
+  };
+  // By name, since a hostile file may hold millions of tags; `write` puts them in order.
+  using Entries = std::unordered_map<SString, TagFileEntry, KeyHash, std::equal_to<>>;
 
-  TagFileEntryPtrDeque m_entries;
+  StringDeque& valuesOf(const SString& key);  // of a new tag when there is none of that name
+  std::string_view readLine(LineReader& reader);
+  void loadTag(LineReader& reader, std::string_view line);
+  void loadBlock(LineReader& reader, const SString& key);
+  void loadSingleValue(const SString& key, std::string_view line, std::size_t colon);
+
+  Entries m_entries;
+  std::uint64_t m_nextPlace = 0;
   bool m_loaded = false;
   std::int32_t m_lineNumber = 0;  // of the current load; its first line is 1
   SString m_name;

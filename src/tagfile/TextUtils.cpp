@@ -104,6 +104,16 @@ SString trimmed(SString text, const char* set) {
   return text;
 }
 
+std::string_view withoutBlanks(std::string_view text) {
+  while (!text.empty() && isWhitespace(text.front())) {
+    text.remove_prefix(1);
+  }
+  while (!text.empty() && isWhitespace(text.back())) {
+    text.remove_suffix(1);
+  }
+  return text;
+}
+
 void appendPathSeparator(SString& path) {
   if (!path.empty() && !path.endsWith(kPathSeparator)) {
     path += kPathSeparator;

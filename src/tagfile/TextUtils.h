@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string_view>
 
 #include "util/SString.h"
 
@@ -20,6 +21,8 @@ bool isWhitespace(char byte);
 // Erases all leading and trailing bytes that are in `set`.
 void trim(SString& text, const char* set = kBlanks);
 SString trimmed(SString text, const char* set = kBlanks);
+// The part of `text` between its leading and trailing blanks.
+std::string_view withoutBlanks(std::string_view text);
 
 // Appends "/" unless `path` is empty or ends with one.
 void appendPathSeparator(SString& path);
