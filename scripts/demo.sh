@@ -34,7 +34,8 @@ if [ "$(locale charmap 2>/dev/null)" = UTF-8 ]; then
     stub=corvane-launcher-utf8
 fi
 "$bin/corvane-pack" pack "$root/examples/sample/manifest.json" \
-    --base "$root/build/release/java" --stub "$bin/$stub" --output textbox-setup
+    --base "$root/build/release/java" --stub "$bin/$stub" --output textbox-setup >/dev/null
+"$bin/corvane-pack" check textbox-setup
 "$bin/corvane-pack" list textbox-setup
 
 status=0
