@@ -15,10 +15,6 @@ using Json = nlohmann::ordered_json;
 const Row kHeader = {"pos", "type", "id", "length", "offset", "name", "unpacked"};
 constexpr bool kRightAligned[] = {true, false, true, true, true, false, false};
 
-std::string countOf(std::int64_t count, const char* what) {
-  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
 std::string unpackedSize(const FileIndexEntry& entry) {
   if (!entry.isCompressed()) {
     return "-";
@@ -37,8 +33,14 @@ Row rowOf(long position, const FileIndexEntry& entry) {
           unpackedSize(entry)};
 }
 
+// In columns of a UTF-8 terminal: bytes that continue a letter take none.
+std::size_t widthOf(const std::string& text) {
+  return static_cast<std::size_t>(
+      std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
+}
+
 std::string padded(const std::string& text, std::size_t width, bool right) {
-  const std::string blanks(width - std::min(width, text.size()), ' ');
+  const std::string blanks(width - widthOf(text), ' ');
   return right ? blanks + text : text + blanks;
 }
 
@@ -46,7 +48,7 @@ std::vector<std::size_t> columnWidths(const std::vector<Row>& rows) {
   std::vector<std::size_t> widths(kHeader.size());
   for (const Row& row : rows) {
     for (std::size_t column = 0; column < row.size(); ++column) {
-      widths[column] = std::max(widths[column], row[column].size());
+      widths[column] = std::max(widths[column], widthOf(row[column]));
     }
   }
   return widths;
@@ -68,6 +70,10 @@ std::string asTable(const std::vector<Row>& rows) {
 }
 
 }  // namespace
+
+std::string countOf(std::int64_t count, const char* what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
 
 std::string listAsTable(const std::string& path, const LauncherFile& launcher) {
   const std::string size = countOf(launcher.size, "byte");

@@ -32,8 +32,9 @@ void print(const std::string& text) {
 
 int pack(const Arguments& arguments) {
   const authoring::PackResult result = authoring::packLauncher(arguments.pack);
-  print(arguments.pack.output + ": " + std::to_string(result.files) + " files, " +
-        std::to_string(result.size) + " bytes\n");
+  print(arguments.pack.output + ": " +
+        authoring::countOf(static_cast<std::int64_t>(result.files), "file") + ", " +
+        authoring::countOf(result.size, "byte") + "\n");
   return 0;
 }
 

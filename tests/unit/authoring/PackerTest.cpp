@@ -1,0 +1,287 @@
+#include "authoring/Packer.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+
+#include "authoring/AuthoringError.h"
+#include "authoring/Extractor.h"
+#include "authoring/LauncherFileReader.h"
+#include "authoring/Listing.h"
+#include "support/ArchiveFixture.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::string_literals;
+
+class PackerTest : public testing::Test {
+ protected:
+  PackerTest() {
+    write("stub", "the stub\n");
+    write("i.tag", "INSTRUCTIONS:\n//\n/:\n");
+    write("a.jar", "PK");
+    write("bad.tag", "A: 1\nB\n");
+    write("unquoted.tag", "A: \"1\n");
+    write("m.json", R"({"purpose": 2, "files": [{"type": "instructions", "path": "i.tag"},
+        {"type": "archive", "path": "a.jar", "decompressed": {"files": 3, "bytes": 4}}]})");
+  }
+
+  std::string write(const std::string& name, const std::string& bytes) {
+    return test::writeFile(m_dir / name, bytes);
+  }
+  std::string errorOf(const authoring::PackOptions& options) {
+    return errorOf([&] { authoring::packLauncher(options); });
+  }
+  template <class Step>
+  std::string errorOf(Step step) {
+    try {
+      step();
+      return "none";
+    } catch (const authoring::AuthoringError& e) {
+      std::string text = e.what();
+      for (std::size_t at; (at = text.find(m_dir.path())) != std::string::npos;) {
+        text.replace(at, m_dir.path().size(), "DIR");
+      }
+      return text;
+    }
+  }
+  authoring::PackOptions options(const std::string& manifest, const std::string& stub,
+                                 const std::string& output) {
+    return {m_dir / manifest, {}, m_dir / stub, m_dir / output};
+  }
+
+  test::TempDir m_dir;
+};
+
+TEST_F(PackerTest, MakesALauncherFile) {
+  umask(027);
+  const auto result = authoring::packLauncher(options("m.json", "stub", "setup"));
+  EXPECT_EQ(2u, result.files);
+  EXPECT_EQ(test::launcherFileBytes(
+                {{0, 1, "i.tag", "INSTRUCTIONS:\n//\n/:\n"}, {6, 2, "a.jar", "PK", {{3, 4}}}}, 2,
+                "the stub\n"),
+            test::readFile(m_dir / "setup"));
+  EXPECT_EQ(static_cast<std::size_t>(result.size), test::readFile(m_dir / "setup").size());
+  struct stat status;
+  ASSERT_EQ(0, stat((m_dir / "setup").c_str(), &status));
+  EXPECT_EQ(0750u, status.st_mode & 0777u);
+}
+
+TEST_F(PackerTest, ReplacesWhatStoodThere) {
+  write("setup", std::string(100000, 'x'));
+  authoring::packLauncher(options("m.json", "stub", "setup"));
+  EXPECT_EQ("the stub\n", test::readFile(m_dir / "setup").substr(0, 9));
+  EXPECT_GT(1000u, test::readFile(m_dir / "setup").size());
+}
+
+struct RefusalRow {
+  const char* name;
+  std::string files;  // of the manifest
+  const char* stub;
+  const char* output;
+  const char* error;
+};
+
+const std::string kGoodFiles = R"({"type": "instructions", "path": "i.tag"})";
+
+const RefusalRow kRefusalRows[] = {
+    {"stub that is not there", kGoodFiles, "none", "setup",
+     "DIR/none cannot be read: No such file or directory"},
+    {"stub that is a folder", kGoodFiles, "folder", "setup",
+     "DIR/folder cannot be read: Is a directory"},
+    {"stub that carries files", kGoodFiles, "packed", "setup",
+     "DIR/packed carries files already; a stub is the bare launcher, as it is built"},
+    {"output over the stub", kGoodFiles, "stub", "stub",
+     "DIR/stub is one of the inputs (DIR/stub); name another file with --output"},
+    {"output over a link to the stub", kGoodFiles, "stub", "link",
+     "DIR/link is one of the inputs (DIR/stub); name another file with --output"},
+    {"output over an input", kGoodFiles, "stub", "i.tag",
+     "DIR/i.tag is one of the inputs (DIR/i.tag); name another file with --output"},
+    {"output over the manifest", kGoodFiles, "stub", "refused.json",
+     "DIR/refused.json is one of the inputs (DIR/refused.json); name another file with --output"},
+    {"output over a folder", kGoodFiles, "stub", "folder",
+     "DIR/folder is a folder; name a file with --output"},
+    {"output into a folder that is not there", kGoodFiles, "stub", "none/setup",
+     "DIR/none/setup cannot be written: No such file or directory"},
+    {"tag file with a syntax error", R"({"type": "jvm", "path": "bad.tag"})", "stub", "setup",
+     "Syntax error in DIR/bad.tag at line 2 ==> Missing colon at the end of the tag name."},
+    {"tag file with an open quote", R"({"type": "jvm", "path": "unquoted.tag"})", "stub", "setup",
+     "DIR/unquoted.tag: Expected double quote to end argument near 4"},
+    {"manifest with an error", R"({"type": "jar"})", "stub", "setup",
+     "DIR/refused.json: files[0]: the key \"path\" is missing"},
+    {"too large", R"({"type": "jar", "path": "huge"}, {"type": "jar", "path": "a.jar"})", "stub",
+     "setup",
+     "the launcher file would be larger than 2147483647 bytes, the most that its index can "
+     "describe "
+     "(stub and files together: 2147483658 bytes); leave out or shrink files, the largest is "
+     "DIR/huge"},
+};
+
+// Nothing is written, and nothing changes that stood there before.
+TEST_F(PackerTest, RefusesAndLeavesNothingBehind) {
+  write("packed", test::launcherFileBytes({}));
+  write("folder/x", "");
+  write("huge", "");
+  fs::create_symlink("stub", m_dir / "link");
+  fs::resize_file(m_dir / "huge", 2147483647);
+  for (const RefusalRow& row : kRefusalRows) {
+    SCOPED_TRACE(row.name);
+    write("refused.json", R"({"files": [)" + row.files + "]}");
+    const auto before = test::listTree(m_dir.path());
+    EXPECT_EQ(row.error, errorOf(options("refused.json", row.stub, row.output)));
+    EXPECT_EQ(before, test::listTree(m_dir.path()));
+    EXPECT_EQ("the stub\n", test::readFile(m_dir / "stub"));
+    EXPECT_EQ("INSTRUCTIONS:\n//\n/:\n", test::readFile(m_dir / "i.tag"));
+  }
+}
+
+TEST_F(PackerTest, RefusesAManifestThatIsNotThere) {
+  EXPECT_EQ("DIR/none.json: No such file or directory",
+            errorOf(options("none.json", "stub", "setup")));
+}
+
+// A jar is no tag file: its text does not matter.
+TEST_F(PackerTest, ParsesTagFilesAlone) {
+  write("m.json", R"({"files": [{"type": "jar", "path": "bad.tag"}]})");
+  EXPECT_EQ("none", errorOf(options("m.json", "stub", "setup")));
+}
+
+// --- Taking apart ---
+
+struct ExtractRow {
+  const char* name;
+  std::string bytes;  // of the launcher file
+  const char* error;
+};
+
+const std::string kPlainIndex =
+    authoring::encodeIndex({{3, 1, 2, 3, "a", {}}, {3, 1, 0, 0, "../b", {}}});
+
+const ExtractRow kExtractRows[] = {
+    {"path", test::launcherFileBytes({{3, 1, "a", "a"}, {3, 2, "../b", "b"}}),
+     "entry 1 (../b): its name is a path; write the plain name of a file; nothing was written"},
+    {"absolute path", test::launcherFileBytes({{3, 1, "/b", "b"}}),
+     "entry 0 (/b): its name is a path; write the plain name of a file; nothing was written"},
+    {"folder above", test::launcherFileBytes({{3, 1, "..", "b"}}),
+     "entry 0 (..): its name is a path; write the plain name of a file; nothing was written"},
+    {"no name", test::launcherFileBytes({{3, 1, "", "b"}}),
+     "entry 0 (): its name is empty; nothing was written"},
+    {"name twice", test::launcherFileBytes({{3, 1, "a", "a"}, {3, 2, "a", "b"}}),
+     "entry 1 (a): a file of that name is there already; nothing was written, name an empty folder "
+     "with --output"},
+    {"name of a file there", test::launcherFileBytes({{3, 1, "a", "a"}, {3, 2, "there", "b"}}),
+     "entry 1 (there): a file of that name is there already; nothing was written, name an empty "
+     "folder with --output"},
+    {"bytes past the end",
+     test::launcherFileBytes("", authoring::encodeIndex({{3, 1, 1000, 3, "a", {}}})),
+     "entry 0 (a): its bytes lie outside the file; nothing was written"},
+    {"negative offset",
+     test::launcherFileBytes("", authoring::encodeIndex({{3, 1, 1, -1, "a", {}}})),
+     "entry 0 (a): its bytes lie outside the file; nothing was written"},
+    {"negative length",
+     test::launcherFileBytes("", authoring::encodeIndex({{3, 1, -1, 1, "a", {}}})),
+     "entry 0 (a): its bytes lie outside the file; nothing was written"},
+};
+
+TEST_F(PackerTest, ExtractsNothingThatLeavesTheFolder) {
+  for (const ExtractRow& row : kExtractRows) {
+    SCOPED_TRACE(row.name);
+    const auto launcher = authoring::readLauncherFile(write("setup", row.bytes));
+    write("out/there", "old");
+    const auto before = test::listTree(m_dir.path());
+    EXPECT_EQ(row.error, errorOf([&] { authoring::extractFiles(launcher, m_dir / "out"); }));
+    EXPECT_EQ(before, test::listTree(m_dir.path()));
+    EXPECT_EQ("old", test::readFile(m_dir / "out/there"));
+  }
+}
+
+TEST_F(PackerTest, ExtractsWhatItPacked) {
+  const auto launcher =
+      authoring::readLauncherFile(write("setup", test::launcherFileBytes(allTypes())));
+  authoring::extractFiles(launcher, m_dir / "new/out");
+  EXPECT_EQ(allTypes().size(), test::listTree(m_dir / "new/out").size());
+  for (const auto& file : allTypes()) {
+    const std::string path = m_dir / ("new/out/" + file.name);
+    EXPECT_EQ(file.bytes, test::readFile(path));
+    EXPECT_EQ(file.type == 4 || file.type == 7 ? 0 : -1, access(path.c_str(), X_OK)) << file.name;
+  }
+}
+
+// --- Listing ---
+
+TEST_F(PackerTest, ListsAsATable) {
+  const auto launcher = authoring::readLauncherFile(
+      write("setup", test::launcherFileBytes({{0, 1, "i.tag", "A: 1\n"},
+                                              {4, -12345, "in\\st\x01\xC3\xA4", ""},
+                                              {6, 3, "a", "PK", {{1, 2147483647}}}},
+                                             2)));
+  EXPECT_EQ(
+      "setup: 3 files, 101 bytes, purpose 2\n"
+      "pos  type               id  length  offset  name           unpacked\n"
+      "  0  instructions        1       5      10  i.tag          -\n"
+      "  1  jvm-installer  -12345       0      15  in\\x5Cst\\x01\xC3\xA4  -\n"
+      "  2  archive             3       2      15  a              1 file, 2147483647 bytes\n",
+      authoring::listAsTable("setup", launcher));
+}
+
+struct ListRow {
+  const char* name;
+  std::string bytes;
+  const char* table;
+  const char* json;
+};
+
+const ListRow kListRows[] = {
+    {"no trailer", "#!/bin/sh\n", "setup: no embedded files, 10 bytes\n",
+     "{\n  \"size\": 10,\n  \"purpose\": null,\n  \"files\": []\n}\n"},
+    {"empty", "", "setup: no embedded files, 0 bytes\n",
+     "{\n  \"size\": 0,\n  \"purpose\": null,\n  \"files\": []\n}\n"},
+    {"no entries", test::launcherFileBytes({}, 255), "setup: 0 files, 23 bytes, purpose 255\n",
+     "{\n  \"size\": 23,\n  \"purpose\": 255,\n  \"files\": []\n}\n"},
+    {"one entry", test::launcherFileBytes({{6, 3, "\xFF\"", "PK\n", {{1, 2}}}}),
+     "setup: 1 file, 52 bytes, purpose 0\n"
+     "pos  type     id  length  offset  name  unpacked\n"
+     "  0  archive   3       3      10  \xFF\"    1 file, 2 bytes\n",
+     "{\n  \"size\": 52,\n  \"purpose\": 0,\n  \"files\": [\n    {\n"
+     "      \"position\": 0,\n      \"type\": \"archive\",\n      \"id\": 3,\n"
+     "      \"length\": 3,\n      \"offset\": 10,\n      \"name\": \"\xEF\xBF\xBD\\\"\",\n"
+     "      \"decompressed\": {\n        \"files\": 1,\n        \"bytes\": 2\n      }\n"
+     "    }\n  ]\n}\n"},
+};
+
+TEST_F(PackerTest, ListsForPeopleAndForPrograms) {
+  for (const ListRow& row : kListRows) {
+    SCOPED_TRACE(row.name);
+    const auto launcher = authoring::readLauncherFile(write("setup", row.bytes));
+    EXPECT_EQ(row.table, authoring::listAsTable("setup", launcher));
+    EXPECT_EQ(row.json, authoring::listAsJson(launcher));
+  }
+}
+
+const ExtractRow kUnreadableRows[] = {
+    {"index outside", authoring::encodeTrailer(1000),
+     "DIR/setup: entry 0 of the file index cannot be read: the file index lies outside the file"},
+    {"negative index offset", authoring::encodeTrailer(-1),
+     "DIR/setup: entry 0 of the file index cannot be read: the file index lies outside the file"},
+    {"bad type",
+     test::launcherFileBytes(
+         "", authoring::encodeIndex({{3, 1, 0, 0, "a", {}}, {9, 1, 0, 0, "a", {}}})),
+     "DIR/setup: entry 1 of the file index cannot be read: Invalid file type in file index."},
+};
+
+TEST_F(PackerTest, SaysWhatIsWrongWithAnIndex) {
+  for (const ExtractRow& row : kUnreadableRows) {
+    SCOPED_TRACE(row.name);
+    write("setup", row.bytes);
+    EXPECT_EQ(row.error, errorOf([&] { authoring::readLauncherFile(m_dir / "setup"); }));
+  }
+  EXPECT_EQ("DIR/none: No such file or directory",
+            errorOf([&] { authoring::readLauncherFile(m_dir / "none"); }));
+  EXPECT_EQ("DIR: Is a directory", errorOf([&] { authoring::readLauncherFile(m_dir.path()); }));
+}
+
+}  // namespace
