@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
+#include <ctime>
 
 #include "platform/PlatformImpl.h"
 #include "util/LauncherException.h"
@@ -52,6 +54,38 @@ bool isSentByProcess(const siginfo_t& info) {
   }
 #endif
   return info.si_code == SI_USER || info.si_code == SI_QUEUE;
+}
+
+// One wish can arrive twice: timeout(1) and its like send a signal to their child and, in the next
+// moment, to its whole group. Without this the second would end us before the clean-up.
+constexpr std::int64_t kEchoNanoseconds = 20'000'000;
+
+struct Wish {
+  int signal;
+  pid_t sender;
+  std::int64_t time;  // nanoseconds, monotonic
+};
+constinit Wish g_lastWish = {};  // signal 0: none yet
+
+std::int64_t monotonicNanoseconds() {
+  timespec now = {};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return static_cast<std::int64_t>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
+}
+
+// True when the same process sent the same signal a moment ago. Else the signal is what later ones
+// are compared with.
+bool isEcho(int signal, const siginfo_t& info) {
+  if (!isSentByProcess(info)) {
+    return false;
+  }
+  const Wish wish = {signal, info.si_pid, monotonicNanoseconds()};
+  if (wish.signal == g_lastWish.signal && wish.sender == g_lastWish.sender &&
+      wish.time - g_lastWish.time < kEchoNanoseconds) {
+    return true;
+  }
+  g_lastWish = wish;
+  return false;
 }
 
 // Ends the process as if the signal had never been handled, so that our parent learns of it.
@@ -151,6 +185,9 @@ void PlatformImpl::prepareProcess() {
 
 void PlatformImpl::handleSignal(int signal, siginfo_t* info, void*) {
   const int savedErrno = errno;
+  if (isEcho(signal, *info)) {
+    return;
+  }
   if (m_child != 0 && isSentByProcess(*info)) {
     kill(m_child, signal);
   }
