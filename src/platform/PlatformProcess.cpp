@@ -164,7 +164,11 @@ void Output::readSome() {
   }
 }
 
-// Becomes the command; what fails shows in the status, since no message can reach anybody.
+// In front of each command: a shell that waits for its command survives a signal and then tells how
+// the command ended, which is what our caller wants to know. The command itself is not protected.
+constexpr char kSurviveSignals[] = "trap : HUP INT TERM; ";
+
+// Becomes the shell; what fails shows in the status, since no message can reach anybody.
 [[noreturn]] void becomeShell(const char* command) {
   execl("/bin/sh", "sh", "-c", "--", command, static_cast<char*>(nullptr));
   _exit(kCannotStart);
@@ -232,7 +236,7 @@ void PlatformImpl::Child::start(const SString& command, bool redirect) {
         !(m_outputs[0].redirect(STDOUT_FILENO) && m_outputs[1].redirect(STDERR_FILENO))) {
       _exit(kCannotStart);
     }
-    becomeShell(command.c_str());
+    becomeShell((kSurviveSignals + command).c_str());
   }
   m_child = child;
   if (m_captures) {

@@ -88,6 +88,53 @@ bool isEcho(int signal, const siginfo_t& info) {
   return false;
 }
 
+char* appendText(char* end, const char* text) {
+  while (*text != '\0') {
+    *end++ = *text++;
+  }
+  *end = '\0';
+  return end;
+}
+
+char* appendNumber(char* end, pid_t number) {
+  if (number >= 10) {
+    end = appendNumber(end, number / 10);
+  }
+  const char digit[] = {static_cast<char>('0' + number % 10), '\0'};
+  return appendText(end, digit);
+}
+
+// `list`: process numbers, each with a blank behind it.
+void sendToEach(const char* list, ssize_t size, int signal) {
+  pid_t process = 0;
+  for (ssize_t i = 0; i < size; ++i) {
+    if (list[i] >= '0' && list[i] <= '9') {
+      process = process * 10 + (list[i] - '0');
+    } else if (process > 0) {
+      kill(process, signal);
+      process = 0;
+    }
+  }
+}
+
+// Sends the signal to the child, which is the shell, and to what the shell runs: the shell waits
+// for its command and passes nothing on. Only where the system lists the children of a process;
+// elsewhere the command hears of what the terminal sends alone. Uses nothing that a signal handler
+// may not.
+void passOn(pid_t child, int signal) {
+  char path[64];
+  char* end = appendNumber(appendText(path, "/proc/"), child);
+  end = appendNumber(appendText(end, "/task/"), child);
+  appendText(end, "/children");
+  const int list = open(path, O_RDONLY | O_CLOEXEC);
+  if (list != -1) {
+    char children[512];
+    sendToEach(children, read(list, children, sizeof children), signal);
+    close(list);
+  }
+  kill(child, signal);
+}
+
 // Ends the process as if the signal had never been handled, so that our parent learns of it.
 void endBySignal(int signal) {
   setHandler(signal, SIG_DFL);
@@ -189,7 +236,7 @@ void PlatformImpl::handleSignal(int signal, siginfo_t* info, void*) {
     return;
   }
   if (m_child != 0 && isSentByProcess(*info)) {
-    kill(m_child, signal);
+    passOn(m_child, signal);
   }
   if (m_canceled != 0) {
     endBySignal(signal);
