@@ -112,10 +112,11 @@ const StringDeque& Instructions::lines() const {
 
 int Instructions::execute() const {
   const StringDeque& script = lines();
+  const auto count = static_cast<std::uint32_t>(script.size());
   std::int32_t result = 0;
   m_labels.reset();
-  for (m_currentLine = 0; m_currentLine < script.size(); ++m_currentLine) {
-    Statement{*this, script[m_currentLine], result}.run();
+  for (m_currentLine = 0; m_currentLine < count; ++m_currentLine) {
+    Statement{*this, script[static_cast<long>(m_currentLine)], result}.run();
   }
   return result;
 }
