@@ -1,6 +1,8 @@
 // The statements: dispatch, the commands with their arguments, SET and the jumps.
 #include "instructions/Instructions.h"
 
+#include <algorithm>
+
 #include "instructions/InstructionsException.h"
 #include "instructions/VariableRef.h"
 #include "launcher/Launcher.h"
@@ -46,8 +48,7 @@ constexpr const char* kSetExpression = "Invalid expression specified for SET com
 constexpr const char* kSetValue = "Invalid value specified for SET command";
 constexpr const char* kLabelPrefix = "Invalid label specified.";
 
-// The arguments of most commands open no error text.
-constinit const SString kNoPrefix;
+constexpr const char* kNoPrefix = "";  // the arguments of most commands open no error text
 
 }  // namespace
 
@@ -243,13 +244,14 @@ void Instructions::Statement::jumpIfZero() {
 }
 
 void Instructions::Statement::set() {
-  const SString rest = trimmed(line.substr(position));
+  const std::string_view rest = withoutBlanks(line.view().substr(std::min(position, line.size())));
   const std::size_t equals = rest.find('=');
-  if (equals == SString::npos) {
+  if (equals == rest.npos) {
     fail(kSetEquals);
   }
   try {
-    assign(trimmed(rest.substr(0, equals)), trimmed(rest.substr(equals + 1)));
+    assign(SString(withoutBlanks(rest.substr(0, equals))),
+           SString(withoutBlanks(rest.substr(equals + 1))));
   } catch (const Canceled&) {
     throw;
   } catch (const LauncherException& error) {

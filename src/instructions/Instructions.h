@@ -14,6 +14,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "instructions/LabelIndex.h"
 #include "tagfile/TagFile.h"
@@ -35,17 +36,17 @@ class Instructions {
 
   // Replaces every @NAME@ in `text` by the variable's value and @@ by @, until a pass replaces no
   // more. `prefix` opens every error text. An empty text is an error.
-  void evalExpr(SString& text, const SString& prefix) const;
+  void evalExpr(SString& text, std::string_view prefix) const;
   // The substituted text as a number or a boolean (0 or 1).
-  std::int32_t evalLongExpr(const SString& text, const SString& prefix) const;
-  std::int16_t evalShortExpr(const SString& text, const SString& prefix) const;
-  bool evalBoolExpr(const SString& text, const SString& prefix) const;
+  std::int32_t evalLongExpr(const SString& text, std::string_view prefix) const;
+  std::int16_t evalShortExpr(const SString& text, std::string_view prefix) const;
+  bool evalBoolExpr(const SString& text, std::string_view prefix) const;
   // Unquotes `text`, then substitutes. An empty text stays empty.
-  void evalStringExpr(SString& text, const SString& prefix) const;
+  void evalStringExpr(SString& text, std::string_view prefix) const;
   // Reads one argument, quoted or not, of `line` from `position` into `out`, unquoted and
   // substituted; `position` is left where the next argument may begin.
   void evalStringExpr(const SString& line, std::size_t& position, SString& out,
-                      const SString& prefix) const;
+                      std::string_view prefix) const;
 
  private:
   struct Statement;   // a line being executed: its text, the position in it, the run's result
@@ -59,7 +60,7 @@ class Instructions {
   const StringDeque& lines() const;
   void jumpTo(const SString& label) const;
   // One pass of evalExpr; true when it replaced a reference. `count` counts them in all passes.
-  bool substitute(SString& text, const SString& prefix, std::uint32_t& count) const;
+  bool substitute(SString& text, std::string_view prefix, std::uint32_t& count) const;
   static void stopIfCanceled();
 
   const TagFile& m_tagFile;

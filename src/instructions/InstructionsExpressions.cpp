@@ -55,9 +55,9 @@ void ArgumentScanner::scanQuoted(char byte, char next) {
 
 }  // namespace
 
-void Instructions::evalExpr(SString& text, const SString& prefix) const {
+void Instructions::evalExpr(SString& text, std::string_view prefix) const {
   if (text.empty()) {
-    throwException(prefix + kEmptyExpression);
+    throwException(SString(prefix) + kEmptyExpression);
   }
   std::uint32_t count = 0;
   // QUIRK(doubled-at-read-again): a pass that replaced a reference is followed by another one,
@@ -66,13 +66,13 @@ void Instructions::evalExpr(SString& text, const SString& prefix) const {
   }
 }
 
-bool Instructions::substitute(SString& text, const SString& prefix, std::uint32_t& count) const {
+bool Instructions::substitute(SString& text, std::string_view prefix, std::uint32_t& count) const {
   const std::uint32_t countBefore = count;
   std::size_t start = text.find('@');
   while (start != SString::npos) {
     const std::size_t end = text.find('@', start + 1);
     if (end == SString::npos) {
-      throwException(prefix + kInvalidSpecification);
+      throwException(SString(prefix) + kInvalidSpecification);
     }
     if (end == start + 1) {
       text.erase(end, 1);
@@ -90,35 +90,35 @@ bool Instructions::substitute(SString& text, const SString& prefix, std::uint32_
   return count != countBefore;
 }
 
-std::int32_t Instructions::evalLongExpr(const SString& text, const SString& prefix) const {
+std::int32_t Instructions::evalLongExpr(const SString& text, std::string_view prefix) const {
   SString value = text;
   evalExpr(value, prefix);
   std::int32_t number = 0;
   if (!convertToLong(value, number)) {
     // QUIRK(long-error-without-blank): nothing stands between the prefix and this text; callers
     // compare the whole message.
-    throwException(prefix + kInvalidNumber + value + ")");
+    throwException(SString(prefix) + kInvalidNumber + value + ")");
   }
   return number;
 }
 
-std::int16_t Instructions::evalShortExpr(const SString& text, const SString& prefix) const {
+std::int16_t Instructions::evalShortExpr(const SString& text, std::string_view prefix) const {
   SString value = text;
   evalExpr(value, prefix);
   std::int16_t number = 0;
   if (!convertToShort(value, number)) {
     // QUIRK(short-error-with-blank): unlike the long form, and also behind an empty prefix.
-    throwException(prefix + " " + kInvalidNumber + value + ")");
+    throwException(SString(prefix) + " " + kInvalidNumber + value + ")");
   }
   return number;
 }
 
-bool Instructions::evalBoolExpr(const SString& text, const SString& prefix) const {
+bool Instructions::evalBoolExpr(const SString& text, std::string_view prefix) const {
   const std::int32_t value = evalLongExpr(text, prefix);
   if (value != 0 && value != 1) {
     // QUIRK(boolean-error-as-written): the argument is shown before substitution, so that the
     // reference can be found in the script; the numeric errors show it afterwards.
-    throwException(prefix + kInvalidBoolean + text + ")");
+    throwException(SString(prefix) + kInvalidBoolean + text + ")");
   }
   return value == 1;
 }
@@ -126,7 +126,7 @@ bool Instructions::evalBoolExpr(const SString& text, const SString& prefix) cons
 // QUIRK(empty-quotes-are-an-error): "" becomes an empty text, which cannot be substituted, whereas
 // nothing at all is a fine empty string.
 // QUIRK(unquoted-first-word): an unquoted text with blanks in it is cut at the first one.
-void Instructions::evalStringExpr(SString& text, const SString& prefix) const {
+void Instructions::evalStringExpr(SString& text, std::string_view prefix) const {
   if (text.empty()) {
     return;
   }
@@ -137,7 +137,7 @@ void Instructions::evalStringExpr(SString& text, const SString& prefix) const {
 }
 
 void Instructions::evalStringExpr(const SString& line, std::size_t& position, SString& out,
-                                  const SString& prefix) const {
+                                  std::string_view prefix) const {
   out.clear();
   ArgumentScanner scanner;
   char byte = line[position++];

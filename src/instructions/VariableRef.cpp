@@ -24,13 +24,13 @@ char upperCase(char byte) {
 
 }  // namespace
 
-void VariableRef::init(const SString& reference, const SString& prefix) {
+void VariableRef::init(const SString& reference, std::string_view prefix) {
   if (reference.size() < 2) {
-    throw LauncherException(prefix + kTooShort);
+    throw LauncherException(SString(prefix) + kTooShort);
   }
   m_type = upperCase(reference[0]);
   if (!isNumericVariable() && !isStringVariable()) {
-    throw LauncherException(prefix + kInvalidReference + reference + kInvalidReferenceEnd);
+    throw LauncherException(SString(prefix) + kInvalidReference + reference + kInvalidReferenceEnd);
   }
   // QUIRK(number-with-trailing-text): "N1x", "N 1", "N+1" and "N01" all mean N1, since the number
   // is read as leniently as any other number of a script.
@@ -39,18 +39,18 @@ void VariableRef::init(const SString& reference, const SString& prefix) {
                        (isNumericVariable() ? Launcher::isValidLongVariable(m_number)
                                             : Launcher::isValidStringVariable(m_number));
   if (!isValid) {
-    throw LauncherException(prefix + kInvalidNumber + rest + ")");
+    throw LauncherException(SString(prefix) + kInvalidNumber + rest + ")");
   }
 }
 
-void VariableRef::setValue(const SString& value, const SString& prefix) const {
+void VariableRef::setValue(const SString& value, std::string_view prefix) const {
   if (isStringVariable()) {
     Launcher::setStringVariable(m_number, value);
     return;
   }
   std::int32_t number = 0;
   if (!convertToLong(value, number)) {
-    throw LauncherException(prefix + kInvalidValue + value);
+    throw LauncherException(SString(prefix) + kInvalidValue + value);
   }
   Launcher::setLongVariable(m_number, number);
 }
@@ -60,9 +60,9 @@ SString VariableRef::getStringValue() const {
                              : Launcher::getStringVariable(m_number);
 }
 
-std::int32_t VariableRef::getNumericValue(const SString& prefix) const {
+std::int32_t VariableRef::getNumericValue(std::string_view prefix) const {
   if (!isNumericVariable()) {
-    throw LauncherException(prefix + kNotNumeric);
+    throw LauncherException(SString(prefix) + kNotNumeric);
   }
   return Launcher::getLongVariable(m_number);
 }

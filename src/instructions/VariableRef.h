@@ -5,6 +5,7 @@
 #define CORVANE_INSTRUCTIONS_VARIABLEREF_H
 
 #include <cstdint>
+#include <string_view>
 
 #include "util/SString.h"
 
@@ -12,14 +13,14 @@ class VariableRef {
  public:
   // Reads a reference: N or S (either case) and a number, read as leniently as sscanf reads it.
   // Throws LauncherException; the texts stand at the top of VariableRef.cpp.
-  void init(const SString& reference, const SString& prefix);
+  void init(const SString& reference, std::string_view prefix);
 
   // Stores `value`; for a numeric variable the decimal number at its start. Throws PREFIX
   // " Invalid numeric expression in " VALUE, with nothing stored, when there is none.
-  void setValue(const SString& value, const SString& prefix) const;
+  void setValue(const SString& value, std::string_view prefix) const;
   SString getStringValue() const;
   // Throws PREFIX " into a numeric value." for a string variable.
-  std::int32_t getNumericValue(const SString& prefix) const;
+  std::int32_t getNumericValue(std::string_view prefix) const;
 
   bool isNumericVariable() const { return m_type == 'N'; }
   bool isStringVariable() const { return m_type == 'S'; }
