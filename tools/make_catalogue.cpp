@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <string>
 
 #include "catalogue/Catalogue.h"
@@ -52,8 +53,8 @@ int make(std::string (*write)(const Catalogue&), const std::string& messages, co
   if (problems.count() != 0) return 1;
   if (writeWhole(output, write(all))) return 0;
   std::perror(output);
-  // Half a file would look newer than its sources to the next build.
-  std::remove(output);
+  // Half a file would look newer than its sources to the next build; a device stays where it is.
+  if (std::filesystem::is_regular_file(output)) std::remove(output);
   return 1;
 }
 

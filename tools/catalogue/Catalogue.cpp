@@ -69,9 +69,9 @@ std::string unusableBecause(const PoEntry& entry, const std::string& english) {
 
 Texts readTemplate(const std::string& path, Problems& problems) {
   const Locale& locale = kLocales[0];
-  const PoFile file = readPoFile(path, problems);
   Texts texts;
   texts[0] = locale.code;
+  const PoFile file = readPoFile(path, locale.code, problems);
   if (problems.count() != 0) return texts;
   checkContentType(file, path, locale, problems);
   Encoder encoder(locale.encoding);
@@ -90,7 +90,7 @@ Texts readTranslation(const std::string& path, const Locale& locale, const Texts
   Texts texts;
   texts[0] = locale.code;
   const int before = problems.count();
-  const PoFile file = readPoFile(path, problems);
+  const PoFile file = readPoFile(path, locale.code, problems);
   if (problems.count() != before) return texts;
   checkContentType(file, path, locale, problems);
   if (file.language != locale.code) {
@@ -133,9 +133,9 @@ void checkFileNames(const std::string& folder, Problems& problems) {
 
 Catalogue readCatalogue(const std::string& folder, Problems& problems) {
   Catalogue catalogue;
-  checkFileNames(folder, problems);
   catalogue[0] = readTemplate(folder + "/corvane-launcher.pot", problems);
-  if (problems.count() != 0) return catalogue;
+  if (problems.count() != 0) return catalogue;  // the translations would be blamed for it
+  checkFileNames(folder, problems);
   for (std::size_t i = 1; i < kLocaleCount; ++i) {
     const Locale& locale = kLocales[i];
     const std::string path = folder + "/" + locale.code + ".po";

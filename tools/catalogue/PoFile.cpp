@@ -2,6 +2,7 @@
 
 #include <gettext-po.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -11,31 +12,38 @@ namespace catalogue {
 namespace {
 
 // The library reports through plain functions without a context of ours.
-Problems* g_problems = nullptr;
-const char* g_path = "";
+struct Reading {
+  Problems* problems;
+  const char* path;
+  const char* locale;
+};
+Reading g_reading;
 
-std::string placeOf(const char* file, std::size_t line) {
-  std::string place = file != nullptr ? file : g_path;
-  if (file != nullptr && line != static_cast<std::size_t>(-1)) place += ":" + std::to_string(line);
-  return place;
+// The library's texts may have several lines.
+std::string onOneLine(std::string text) {
+  while (!text.empty() && text.back() == '\n')
+    text.pop_back();
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return text;
 }
 
-void report(int severity, po_message_t, const char* file, std::size_t line, std::size_t, int,
+void report(int severity, po_message_t message, const char*, std::size_t line, std::size_t, int,
             const char* text) {
-  std::string words = text;
-  while (!words.empty() && words.back() == '\n')
-    words.pop_back();
-  g_problems->add(placeOf(file, line), words);
+  std::string place = g_reading.path;
+  if (line != static_cast<std::size_t>(-1)) place += ":" + std::to_string(line);
+  place += std::string(": ") + g_reading.locale;
+  if (message != nullptr && po_message_msgctxt(message) != nullptr)
+    place += std::string(": entry ") + po_message_msgctxt(message);
+  g_reading.problems->add(place, onOneLine(text));
   // The library forbids a return from here.
   if (severity == PO_SEVERITY_FATAL_ERROR) std::exit(1);
 }
 
-void reportTwo(int severity, po_message_t first, const char* file1, std::size_t line1,
-               std::size_t column1, int multiline1, const char* text1, po_message_t second,
-               const char* file2, std::size_t line2, std::size_t column2, int multiline2,
-               const char* text2) {
-  report(PO_SEVERITY_ERROR, first, file1, line1, column1, multiline1, text1);
-  report(severity, second, file2, line2, column2, multiline2, text2);
+// An entry that stands twice: the first place has the line, the second the message.
+void reportTwo(int severity, po_message_t, const char* file, std::size_t line, std::size_t column,
+               int multiline, const char* text, po_message_t message, const char*, std::size_t,
+               std::size_t, int, const char*) {
+  report(severity, message, file, line, column, multiline, text);
 }
 
 std::string textOrEmpty(const char* text) {
@@ -75,14 +83,13 @@ std::vector<PoEntry> entriesOf(po_file_t file) {
 
 }  // namespace
 
-PoFile readPoFile(const std::string& path, Problems& problems) {
-  g_problems = &problems;
-  g_path = path.c_str();
+PoFile readPoFile(const std::string& path, const char* locale, Problems& problems) {
+  g_reading = {&problems, path.c_str(), locale};
   const po_xerror_handler handler = {report, reportTwo};
   PoFile result;
   po_file_t file = po_file_read(path.c_str(), &handler);
   if (file == nullptr) {
-    problems.add(path, std::strerror(errno));
+    problems.add(path + ": " + locale, std::strerror(errno));
     return result;
   }
   const char* header = po_file_domain_header(file, nullptr);

@@ -1,7 +1,7 @@
 // A PO file as its library reads it: the header fields that matter here, and the live entries.
 //
 // Syntax errors, and whatever the library itself complains of (an entry that stands twice, bytes
-// that are not UTF-8), are added to `problems` with file and line.
+// that are not UTF-8), are added to `problems` with file, line and locale.
 #ifndef CORVANE_TOOLS_CATALOGUE_POFILE_H
 #define CORVANE_TOOLS_CATALOGUE_POFILE_H
 
@@ -27,7 +27,7 @@ struct PoFile {
 };
 
 // Returns what could be read; nothing at all when the file does not open.
-PoFile readPoFile(const std::string& path, Problems& problems);
+PoFile readPoFile(const std::string& path, const char* locale, Problems& problems);
 
 }  // namespace catalogue
 
