@@ -36,6 +36,11 @@ elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
     -Wl,--gc-sections -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -s)
 endif()
 
+if(CORVANE_FUZZ)
+  # The fuzzer sees which of our code an input reaches; its own main is linked by the targets.
+  target_compile_options(corvane_settings INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 if(CORVANE_COVERAGE)
   target_compile_options(corvane_settings INTERFACE --coverage)
   target_link_options(corvane_settings INTERFACE --coverage)
