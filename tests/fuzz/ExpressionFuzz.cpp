@@ -1,19 +1,13 @@
 // Expressions of the instruction script. What is written with the script's own quoting and doubling
 // reads back equal; numbers come back as they were; nothing crashes on any text.
-#include <cstdint>
-#include <cstdlib>
+#include <functional>
 #include <string>
 
+#include "fuzz/Fuzzing.h"
 #include "instructions/Instructions.h"
 #include "support/ScriptSupport.h"
 
 namespace {
-
-void require(bool holds) {
-  if (!holds) {
-    std::abort();
-  }
-}
 
 std::string doubled(const std::string& text, char byte) {
   std::string result;
@@ -27,23 +21,23 @@ void checkText(const Instructions& script, const std::string& text) {
   const std::string escaped = doubled(text, '@');
   SString expression(escaped);
   script.evalExpr(expression, "");
-  require(expression.view() == text);
+  fuzz::require(expression.view() == text);
   const std::string quoted = '"' + doubled(escaped, '"') + '"';
   SString whole(quoted);
   script.evalStringExpr(whole, "");
-  require(whole.view() == text);
+  fuzz::require(whole.view() == text);
   SString argument;
   std::size_t position = 0;
   script.evalStringExpr(SString(quoted + " 5"), position, argument, "");
-  require(argument.view() == text && position == quoted.size());
+  fuzz::require(argument.view() == text && position == quoted.size());
 }
 
 void checkNumber(const Instructions& script, const std::string& text) {
   const auto number = static_cast<std::int32_t>(std::hash<std::string>()(text));
   Launcher::setLongVariable(1, number);
-  require(script.evalLongExpr("@N1@", "") == number);
+  fuzz::require(script.evalLongExpr("@N1@", "") == number);
   Launcher::setLongVariable(1, static_cast<std::int16_t>(number));
-  require(script.evalShortExpr("@N1@", "") == static_cast<std::int16_t>(number));
+  fuzz::require(script.evalShortExpr("@N1@", "") == static_cast<std::int16_t>(number));
 }
 
 // With variables that hold parts of the text, references in them included.
@@ -57,13 +51,13 @@ void checkAnyUse(const Instructions& script, const std::string& text) {
   test::outcomeOf([&] { return std::to_string(script.evalLongExpr(line, "")); });
   test::outcomeOf([&] { return std::to_string(script.evalBoolExpr(line, "")); });
   test::outcomeOf([&] { return script.evalStringExpr(line, position, out, ""), ""; });
-  require(position > third || text.empty());
+  fuzz::require(position > third || text.empty());
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string text(reinterpret_cast<const char*>(data), size);
+  const std::string text(fuzz::toText(data, size));
   const TagFile file;
   const Instructions script(file);
   if (!text.empty()) {

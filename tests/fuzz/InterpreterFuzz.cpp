@@ -5,12 +5,11 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "fakes/FakeLauncherOperations.h"
+#include "fuzz/Fuzzing.h"
 #include "instructions/Instructions.h"
 #include "support/ScriptSupport.h"
 
@@ -53,7 +52,8 @@ std::string run(const TagFile& script) {
   cancelAfter(kMicrosecondsAllowed);
   const std::string outcome = test::outcomeOf([&] {
     const int result = Instructions(script).execute();
-    return result == numberOfLastLaunch() ? "result" : (std::abort(), "");
+    fuzz::require(result == numberOfLastLaunch());
+    return "ended";
   });
   cancelAfter(0);
   return outcome + test::describeVariables();
@@ -63,18 +63,15 @@ std::string run(const TagFile& script) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   TagFile script;
+  const std::string_view text = fuzz::toText(data, size);
   for (std::size_t start = 0; start < size;) {
-    const auto* end = std::find(data + start, data + size, '\n');
-    const std::size_t length = static_cast<std::size_t>(end - data) - start;
-    const SString line(reinterpret_cast<const char*>(data) + start, length);
-    script.appendTagValue("INSTRUCTIONS", line);
-    start += length + 1;
+    const std::size_t end = std::min(text.find('\n', start), size);
+    script.appendTagValue("INSTRUCTIONS", SString(text.substr(start, end - start)));
+    start = end + 1;
   }
   const std::string first = run(script);
   const bool wasCanceled = PlatformImpl::isCanceled();
   const std::string second = run(script);
-  if (first != second && !wasCanceled && !PlatformImpl::isCanceled()) {
-    std::abort();
-  }
+  fuzz::require(first == second || wasCanceled || PlatformImpl::isCanceled());
   return 0;
 }
