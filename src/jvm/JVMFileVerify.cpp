@@ -102,6 +102,7 @@ bool JVMFile::performVerify(const SString& home, const SString& classpath,
 SString JVMFile::buildVerifyCommand(const SString& home, const SString& classpath,
                                     const SString& verifyClass,
                                     StringPairPtrDeque& properties) const {
+  // QUIRK(home-is-template-text): a home with "%", "@" or two "#" in it is read as a macro.
   SString command = "\"" + home;
   if (!home.endsWith(kPathSeparator)) {
     command += kPathSeparator;

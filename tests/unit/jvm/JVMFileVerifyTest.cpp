@@ -359,6 +359,36 @@ TEST_F(VerifyTest, PassesErrorsOfTheTemplateOn) {
       takeLog());
 }
 
+struct TemplateHomeRow {
+  const char* name;
+  const char* home;
+  const char* wanted;
+};
+
+const TemplateHomeRow kTemplateHomes[] = {
+    {"home-is-template-text: percent sign", "a%b",
+     "LauncherException: Launch script error: Invalid function name (b/@JVM_EXE@\" )."},
+    {"home-is-template-text: at sign", "a@b", "refused"},
+    {"home-is-template-text: two number signs", "a#b#c", "refused"},
+    {"one number sign is itself", "a#b", "accepted"},
+    {"dollar sign is the shell's", "a$b", "refused"},
+    {"blank and quote are themselves", "it's a b", "accepted"},
+};
+
+TEST_F(VerifyTest, ReadsTheHomeAsTemplate) {
+  for (const TemplateHomeRow& row : kTemplateHomes) {
+    SCOPED_TRACE(row.name);
+    const std::string home = m_dir / row.home;
+    test::writeScript(home + "/bin/java", "#!/bin/sh\necho 1739021872\n");
+    TagFile tags;
+    test::addTags(tags, kRequirements);
+    EXPECT_EQ(row.wanted, test::outcome([&] {
+                return JVMFile(tags).verify(sstr(home), "", "") == nullptr ? SString("refused")
+                                                                           : SString("accepted");
+              }));
+  }
+}
+
 // --- The home that the jvm file itself names ---
 
 struct OwnHomeRow {
