@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "launcher/Launcher.h"
+#include "support/TestAccess.h"
 
 namespace test {
 namespace {
@@ -40,7 +41,7 @@ LogCapture::LogCapture() {
 }
 
 LogCapture::~LogCapture() {
-  Launcher::setLogFileName("");
+  LauncherTestAccess::resetState();
 }
 
 std::string LogCapture::take() {

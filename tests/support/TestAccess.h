@@ -20,6 +20,8 @@ class LauncherTestAccess {
   // Log, purpose and variables as at the start of a process, for test programs that are run by
   // hand, all tests in one process.
   static void resetState();
+  // No input file was loaded (InputFilesAccess.cpp).
+  static void resetInputFiles();
 };
 
 class PlatformTestAccess {

@@ -448,6 +448,7 @@ TEST_F(VerifyTest, AdvancesTheProgress) {
   TagFile tags;
   test::addTags(tags, kRequirements);
   JVMFile jvm(tags);
+  PlatformImpl::setSilent(false);
   PlatformImpl::setUIProgress(0);
   PlatformImpl::showUI();
   EXPECT_EQ("..", test::captureStdout([&] { (void)jvm.verify("/not/there", "", "Verify"); }));

@@ -516,8 +516,16 @@ class VerifyJarTest : public JVMFilesTest {
   void embed(const std::vector<test::StoredFile>& files) {
     const std::string path = test::writeFile(m_dir / "setup", test::launcherFileBytes(files));
     LauncherTestAccess::setLauncherFileName(path);
+    LauncherTestAccess::resetInputFiles();
     Launcher::getInputFiles().load(false);
+    m_foldersBefore = folders().size();
   }
+  static const StringDeque& folders() { return PlatformTestAccess::createdDirectories(); }
+  long newFolders() const { return folders().size() - m_foldersBefore; }
+  std::string newFolder(long index) const { return str(folders()[m_foldersBefore + index]); }
+
+ private:
+  long m_foldersBefore = 0;
 };
 
 TEST_F(VerifyJarTest, ExtractsEveryArchiveAndKeepsTheLast) {
@@ -528,14 +536,13 @@ TEST_F(VerifyJarTest, ExtractsEveryArchiveAndKeepsTheLast) {
   SString classpath;
   SString verifyClass;
   files.writeVerifyJar(classpath, verifyClass);
-  const StringDeque& folders = PlatformTestAccess::createdDirectories();
-  ASSERT_EQ(2, folders.size());
-  EXPECT_EQ("first", test::readFile(str(folders[0]) + "/one.jar"));
-  EXPECT_EQ("second", test::readFile(str(folders[1]) + "/two.jar"));
-  EXPECT_EQ("\"" + str(folders[1]) + "/two.jar\"", str(classpath));
+  ASSERT_EQ(2, newFolders());
+  EXPECT_EQ("first", test::readFile(newFolder(0) + "/one.jar"));
+  EXPECT_EQ("second", test::readFile(newFolder(1) + "/two.jar"));
+  EXPECT_EQ("\"" + newFolder(1) + "/two.jar\"", str(classpath));
   EXPECT_EQ("\"Verify\"", str(verifyClass));
   files.writeVerifyJar();
-  EXPECT_EQ(2, folders.size());  // once in a run
+  EXPECT_EQ(2, newFolders());  // once in a run
 }
 
 TEST_F(VerifyJarTest, StaysEmptyWithoutAnArchive) {
@@ -546,7 +553,7 @@ TEST_F(VerifyJarTest, StaysEmptyWithoutAnArchive) {
   files.writeVerifyJar(classpath, verifyClass);
   EXPECT_EQ("", str(classpath));
   EXPECT_EQ("", str(verifyClass));
-  EXPECT_EQ(0, PlatformTestAccess::createdDirectories().size());
+  EXPECT_EQ(0, newFolders());
 }
 
 TEST_F(VerifyJarTest, ValuesThatWereGivenAreKept) {
@@ -564,7 +571,7 @@ TEST_F(VerifyJarTest, ValuesThatWereGivenAreKept) {
     EXPECT_EQ(row.classpath, str(classpath));
     EXPECT_EQ(row.verifyClass, str(verifyClass));
   }
-  EXPECT_EQ(0, PlatformTestAccess::createdDirectories().size());
+  EXPECT_EQ(0, newFolders());
 }
 
 }  // namespace

@@ -154,6 +154,7 @@ class ClasspathTest : public testing::Test {
  protected:
   ClasspathTest() {
     LauncherTestAccess::setPurpose(1);
+    LauncherTestAccess::resetInputFiles();
     PlatformImpl::setSystemTempDir(sstr(m_temp.path()));
     begin("", "", {});
   }
@@ -423,6 +424,7 @@ class EmbeddedJarsTest : public ClasspathTest {
                     test::launcherFileBytes({{FILE_TYPE_JAR, 1, "one.jar", "first"},
                                              {FILE_TYPE_VERIFY_JAR, 2, "verify.jar", "no"},
                                              {FILE_TYPE_JAR, 3, "two words.jar", "second"}}));
+    LauncherTestAccess::resetInputFiles();
     Launcher::getInputFiles().load(false);
   }
   std::string folder() const { return str(PlatformTestAccess::createdDirectories().back()); }
