@@ -22,7 +22,7 @@ def installed(folder):
 
 
 def question(proposed):
-    return f"\nFolder to install to (Enter for {proposed}, q to cancel):\n> "
+    return f"\nFolder to install to (Enter for {{dir}}/{proposed}, q to cancel):\n> "
 
 
 ROWS = [

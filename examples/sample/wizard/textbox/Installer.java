@@ -37,7 +37,7 @@ final class Installer {
 
     /** Installs to the folder of that name and returns its absolute path. */
     static Path install(String folderName) throws SetupException {
-        Installer installer = new Installer(toPath(folderName));
+        Installer installer = new Installer(Texts.toFolder(folderName));
         try {
             installer.installFiles();
         } catch (SetupException failure) {
@@ -45,13 +45,6 @@ final class Installer {
             throw failure;
         }
         return installer.folder;
-    }
-
-    private static Path toPath(String name) throws SetupException {
-        String whole = name.equals("~") || name.startsWith("~/")
-                ? Options.home() + name.substring(1)
-                : name;
-        return Texts.toPath(whole).toAbsolutePath().normalize();
     }
 
     private void installFiles() throws SetupException {

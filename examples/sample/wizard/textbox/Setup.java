@@ -31,8 +31,9 @@ public final class Setup {
 
     private static int run(Options options) throws SetupException {
         Front front = chooseFront(options);
+        String proposed = Texts.toFolder(options.folder).toString();
         String folder;
-        while ((folder = front.askFolder(options.folder)) != null) {
+        while ((folder = front.askFolder(proposed)) != null) {
             Path installed = install(folder, front);
             if (installed != null) {
                 record(options.record, installed);

@@ -22,6 +22,14 @@ final class Texts {
         return name == null ? Charset.defaultCharset() : Charset.forName(name);
     }
 
+    /** The folder's absolute path; a user may begin it with ~, as in a shell. */
+    static Path toFolder(String name) throws SetupException {
+        String whole = name.equals("~") || name.startsWith("~/")
+                ? Options.home() + name.substring(1)
+                : name;
+        return toPath(whole).toAbsolutePath().normalize();
+    }
+
     static Path toPath(String name) throws SetupException {
         try {
             return Paths.get(name);
