@@ -164,9 +164,10 @@ void Output::readSome() {
   }
 }
 
-// In front of each command: a shell that waits for its command survives a signal and then tells how
-// the command ended, which is what our caller wants to know. The command itself is not protected.
-constexpr char kSurviveSignals[] = "trap : HUP INT TERM; ";
+// In front of each command, for HUP, INT and TERM: a shell that waits for its command survives a
+// signal and then tells how the command ended, which is what our caller wants to know. The command
+// itself is not protected.
+constexpr char kSurviveSignals[] = "trap : 1 2 15; ";
 
 // Becomes the shell; what fails shows in the status, since no message can reach anybody.
 [[noreturn]] void becomeShell(const char* command) {
