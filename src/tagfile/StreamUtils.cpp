@@ -27,9 +27,6 @@ void loadBytes(std::FILE* file, unsigned char* bytes, int count, const char* err
 }
 
 std::string_view withoutCarriageReturns(char* line, std::size_t size) {
-  if (std::memchr(line, '\r', size) == nullptr) {
-    return {line, size};
-  }
   return {line, static_cast<std::size_t>(std::remove(line, line + size, '\r') - line)};
 }
 
@@ -111,7 +108,7 @@ std::string_view LineReader::take(std::size_t size, std::size_t lineEnd) {
   char* line = m_buffer.data() + m_begin;
   m_begin += size + lineEnd;
   m_position += static_cast<std::int64_t>(size + lineEnd);
-  return withoutCarriageReturns(line, size);
+  return m_hasCarriageReturns ? withoutCarriageReturns(line, size) : std::string_view(line, size);
 }
 
 // Blocks begin small, since most tag files are, and grow; a line that fills the buffer doubles it.
@@ -123,7 +120,9 @@ bool LineReader::readMore() {
   if (m_buffer.size() < kLargestBlock || m_end == m_buffer.size()) {
     m_buffer.resize(std::max(kSmallestBlock, 2 * m_buffer.size()));
   }
-  const std::size_t bytes = std::fread(m_buffer.data() + m_end, 1, m_buffer.size() - m_end, m_file);
+  char* block = m_buffer.data() + m_end;
+  const std::size_t bytes = std::fread(block, 1, m_buffer.size() - m_end, m_file);
+  m_hasCarriageReturns = m_hasCarriageReturns || std::memchr(block, '\r', bytes) != nullptr;
   m_end += bytes;
   return bytes > 0;
 }

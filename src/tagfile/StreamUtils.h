@@ -60,6 +60,7 @@ class LineReader {
   std::FILE* m_file;
   std::int64_t m_position;
   bool m_atEnd = false;
+  bool m_hasCarriageReturns = false;  // somewhere in what was read so far
   std::vector<char> m_buffer;
   std::size_t m_begin = 0;  // what lies in the buffer and was not yet taken
   std::size_t m_end = 0;

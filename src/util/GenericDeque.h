@@ -25,7 +25,7 @@ class GenericDeque {
     return contains(index) ? &m_entries[asPosition(index)] : nullptr;
   }
 
-  void push_back(Entry entry) { insert(-1, std::move(entry)); }
+  void push_back(Entry entry) { m_entries.push_back(std::move(entry)); }
 
   // Puts `entry` in front of the entry at `index`. A negative index appends; an index at or past
   // the end does nothing (`entry` is destroyed).
