@@ -7,6 +7,7 @@
 #include "jvm/JVMFile.h"
 #include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
+#include "platform/WithPrefix.h"
 #include "tagfile/StreamUtils.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -19,16 +20,6 @@ constexpr const char* kNoIndexOffset = "Unable to read file index offset.";
 constexpr const char* kNoIdentification = "Unable to read launcher identification value.";
 constexpr const char* kInvalidIndexOffset = "Invalid file index offset.";
 constexpr const char* kNoFileCount = "Unable to read the file count.";
-
-// Runs `step` and puts the text of `failed` in front of the message of whatever it throws.
-template <class Step>
-void withPrefix(MessageIdentifier failed, Step step) {
-  try {
-    step();
-  } catch (const LauncherException& e) {
-    throw LauncherException::prefixed(PlatformImpl::getMessageText(failed), e);
-  }
-}
 
 SString describe(const FileIndexEntry& entry) {
   return "file type: " + convertToString(entry.getFileType()) +

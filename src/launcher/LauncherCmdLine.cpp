@@ -5,7 +5,7 @@
 #include "archive/LauncherInputFiles.h"
 #include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
-#include "util/LauncherException.h"
+#include "platform/WithPrefix.h"
 
 namespace {
 
@@ -16,16 +16,6 @@ constexpr const char* kSilentOption = "-silent";
 
 void showMessage(MessageIdentifier id) {
   PlatformImpl::showUIMessage(PlatformImpl::getMessageText(id));
-}
-
-// Runs one step; a failure is thrown on with the text of `id` in front.
-template <class Step>
-void withPrefix(MessageIdentifier id, Step step) {
-  try {
-    step();
-  } catch (const LauncherException& e) {
-    throw LauncherException::prefixed(PlatformImpl::getMessageText(id), e);
-  }
 }
 
 }  // namespace

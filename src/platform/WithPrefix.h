@@ -1,0 +1,19 @@
+// withPrefix: runs one step of the launcher and names the step when it fails.
+#ifndef CORVANE_PLATFORM_WITHPREFIX_H
+#define CORVANE_PLATFORM_WITHPREFIX_H
+
+#include "platform/PlatformImpl.h"
+#include "util/LauncherException.h"
+
+// A LauncherException of `step` is thrown on with the text of `failed` directly in front of its
+// own.
+template <class Step>
+void withPrefix(MessageIdentifier failed, Step step) {
+  try {
+    step();
+  } catch (const LauncherException& e) {
+    throw LauncherException::prefixed(PlatformImpl::getMessageText(failed), e);
+  }
+}
+
+#endif
