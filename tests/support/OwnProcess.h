@@ -1,0 +1,41 @@
+// A copy of the test process: for what changes, replaces or ends a process.
+#ifndef CORVANE_TESTS_SUPPORT_OWNPROCESS_H
+#define CORVANE_TESTS_SUPPORT_OWNPROCESS_H
+
+#include <sys/types.h>
+
+#include <functional>
+#include <string>
+
+namespace test {
+
+class OwnProcess {
+ public:
+  // Starts `body` in a copy of this process whose standard output is collected, with the default
+  // signal dispositions. When `body` returns the copy ends with status 0; what it throws is written
+  // to its output. A copy that hangs is ended by an alarm after 30 seconds.
+  explicit OwnProcess(const std::function<void()>& body);
+  ~OwnProcess();
+  OwnProcess(const OwnProcess&) = delete;
+  OwnProcess& operator=(const OwnProcess&) = delete;
+
+  pid_t pid() const { return m_pid; }
+  // Waits for the end: "exit 3" or "signal 15".
+  std::string end();
+  // What it, and all who hold its output still, have written.
+  std::string output();
+
+ private:
+  pid_t m_pid;
+  int m_output;
+};
+
+// The output of such a copy, with "[exit 3]" or the like behind it unless it ended with status 0.
+std::string outputOf(const std::function<void()>& body);
+
+// Gives up the rights of the superuser, if this process has them.
+void becomeOrdinaryUser();
+
+}  // namespace test
+
+#endif

@@ -1,0 +1,428 @@
+// The launcher's start as a process; signals, cancellation, and what a child inherits of them.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "platform/PlatformImpl.h"
+#include "support/OwnProcess.h"
+#include "support/TestAccess.h"
+#include "support/TestFiles.h"
+#include "util/LauncherException.h"
+
+namespace {
+
+using test::outputOf;
+using test::OwnProcess;
+
+// --- Standard descriptors ---
+
+TEST(SignalsTest, MissingStandardDescriptorsAreOpened) {
+  for (unsigned missing = 0; missing < 8; ++missing) {
+    SCOPED_TRACE(missing);
+    // The answer is a file, since there may be no standard output.
+    const test::TempDir folder;
+    const std::string answer = folder / "answer";
+    EXPECT_EQ("", outputOf([&] {
+                struct stat before[3];
+                for (int fd = 0; fd <= 2; ++fd) {
+                  fstat(fd, &before[fd]);
+                  if ((missing >> fd & 1) != 0) {
+                    close(fd);
+                  }
+                }
+                PlatformImpl::prepareProcess();
+                struct stat null = {};
+                stat("/dev/null", &null);
+                std::string found;
+                for (int fd = 0; fd <= 2; ++fd) {
+                  struct stat now = {};
+                  fstat(fd, &now);
+                  const struct stat& wanted = (missing >> fd & 1) != 0 ? null : before[fd];
+                  found += now.st_ino == wanted.st_ino && now.st_rdev == wanted.st_rdev ? "+" : "-";
+                  found += (fcntl(fd, F_GETFD) & FD_CLOEXEC) != 0 ? "closed on exec" : "";
+                }
+                test::writeFile(answer, found);
+              }));
+    EXPECT_EQ("+++", test::readFile(answer));
+  }
+}
+
+TEST(SignalsTest, AChildCanBeCapturedWhenAllDescriptorsWereMissing) {
+  const test::TempDir folder;
+  const std::string answer = folder / "answer";
+  OwnProcess process([&] {
+    for (int fd = 0; fd <= 2; ++fd) {
+      close(fd);
+    }
+    PlatformImpl::prepareProcess();
+    SString output;
+    SString errors;
+    PlatformImpl::executeProcess("cat; echo out; echo err >&2", "/", true, true, true, &output,
+                                 &errors, false);
+    test::writeFile(answer, std::string(output.c_str()) + errors.c_str());
+  });
+  EXPECT_EQ("exit 0", process.end());
+  EXPECT_EQ("out\nerr\n", test::readFile(answer));
+}
+
+// --- What a child inherits ---
+
+struct InheritedRow {
+  const char* name;
+  int signal;
+  bool isIgnored;
+  bool isBlocked;
+  const char* child;  // whether the child outlives the signal
+};
+
+const InheritedRow kInheritedRows[] = {
+    {"PIPE", SIGPIPE, false, false, ""},
+    {"PIPE, ignored", SIGPIPE, true, false, "alive"},
+    {"PIPE, blocked", SIGPIPE, false, true, "alive"},
+    {"INT", SIGINT, false, false, ""},
+    {"INT, ignored", SIGINT, true, false, "alive"},
+    {"TERM", SIGTERM, false, false, ""},
+    {"TERM, ignored", SIGTERM, true, false, "alive"},
+    {"TERM, blocked", SIGTERM, false, true, "alive"},
+    {"HUP", SIGHUP, false, false, ""},
+    {"HUP, ignored", SIGHUP, true, false, "alive"},
+    {"USR1, not ours", SIGUSR1, false, false, ""},
+    {"USR1, not ours, ignored", SIGUSR1, true, false, "alive"},
+};
+
+void inherit(const InheritedRow& row) {
+  signal(row.signal, row.isIgnored ? SIG_IGN : SIG_DFL);
+  sigset_t set;
+  sigemptyset(&set);
+  sigaddset(&set, row.signal);
+  sigprocmask(row.isBlocked ? SIG_BLOCK : SIG_UNBLOCK, &set, nullptr);
+}
+
+std::string commandThatSignalsItself(const InheritedRow& row) {
+  return "kill -" + std::to_string(row.signal) + " $$; printf alive";
+}
+
+TEST(SignalsTest, AChildHasTheDispositionsThatWeInherited) {
+  for (const InheritedRow& row : kInheritedRows) {
+    SCOPED_TRACE(row.name);
+    EXPECT_EQ(std::string(row.child) + " code 0", outputOf([&row] {
+                inherit(row);
+                PlatformImpl::prepareProcess();
+                const int code =
+                    PlatformImpl::executeProcess(commandThatSignalsItself(row).c_str(), "", false,
+                                                 false, true, nullptr, nullptr, false);
+                std::printf(" code %d", code);
+              }));
+  }
+}
+
+TEST(SignalsTest, AProgramThatWeBecomeHasThemToo) {
+  for (const InheritedRow& row : kInheritedRows) {
+    SCOPED_TRACE(row.name);
+    const std::string end =
+        row.child[0] == '\0' ? "[signal " + std::to_string(row.signal) + "]" : row.child;
+    EXPECT_EQ(end, outputOf([&row] {
+                inherit(row);
+                PlatformImpl::prepareProcess();
+                const std::string command = "/bin/sh -c \"" + commandThatSignalsItself(row) + "\"";
+                PlatformImpl::executeProcess(command.c_str(), "", false, false, true, nullptr,
+                                             nullptr, true);
+              }));
+  }
+}
+
+TEST(SignalsTest, AfterAFailedReplacementTheSignalsAreOursAgain) {
+  EXPECT_EQ("0 canceled 1 pipe 1", outputOf([] {
+              PlatformImpl::prepareProcess();
+              const int code = PlatformImpl::executeProcess("/nowhere/program", "", false, false,
+                                                            true, nullptr, nullptr, true);
+              raise(SIGPIPE);
+              kill(getpid(), SIGTERM);
+              std::printf("%d canceled %d pipe 1", code, PlatformImpl::isCanceled() ? 1 : 0);
+            }));
+}
+
+TEST(SignalsTest, ChildrenCanBeWaitedForThoughTheirEndWasIgnored) {
+  for (const bool isPrepared : {true, false}) {
+    for (const bool captures : {true, false}) {
+      EXPECT_EQ("code 5", outputOf([=] {
+                  signal(SIGCHLD, SIG_IGN);
+                  if (isPrepared) {
+                    PlatformImpl::prepareProcess();
+                  }
+                  std::printf("code %d",
+                              PlatformImpl::executeProcess("exit 5", "", false, captures, true,
+                                                           nullptr, nullptr, false));
+                }));
+    }
+  }
+}
+
+TEST(SignalsTest, AClosedPipeDoesNotEndUs) {
+  EXPECT_EQ("broken 1", outputOf([] {
+              PlatformImpl::prepareProcess();
+              int ends[2];
+              if (pipe(ends) == 0) {
+                close(ends[0]);
+                const bool isBroken = write(ends[1], "x", 1) == -1 && errno == EPIPE;
+                std::printf("broken %d", isBroken ? 1 : 0);
+              }
+            }));
+}
+
+// --- Cancellation without a child ---
+
+struct CancelRow {
+  const char* name;
+  std::vector<int> ignored;
+  std::vector<int> signals;
+  const char* output;
+};
+
+const CancelRow kCancelRows[] = {
+    {"none", {}, {}, "0"},
+    {"INT", {}, {SIGINT}, "1"},
+    {"TERM", {}, {SIGTERM}, "1"},
+    {"HUP", {}, {SIGHUP}, "1"},
+    {"INT ignored", {SIGINT}, {SIGINT, SIGINT}, "0"},
+    {"TERM ignored", {SIGTERM}, {SIGTERM}, "0"},
+    {"HUP ignored", {SIGHUP}, {SIGHUP}, "0"},
+    {"HUP ignored, TERM counts", {SIGHUP}, {SIGHUP, SIGTERM}, "1"},
+    {"second of another kind ends", {}, {SIGTERM, SIGINT}, "[signal 2]"},
+    {"second of another kind ends, HUP", {}, {SIGINT, SIGHUP}, "[signal 1]"},
+    {"the same twice in a moment is one", {}, {SIGTERM, SIGTERM, SIGTERM}, "1"},
+    {"PIPE is no wish", {}, {SIGPIPE, SIGPIPE}, "0"},
+};
+
+TEST(SignalsTest, SignalsCancelTheRun) {
+  for (const CancelRow& row : kCancelRows) {
+    SCOPED_TRACE(row.name);
+    EXPECT_EQ(row.output, outputOf([&row] {
+                for (const int number : row.ignored) {
+                  signal(number, SIG_IGN);
+                }
+                PlatformImpl::prepareProcess();
+                for (const int number : row.signals) {
+                  kill(getpid(), number);
+                }
+                std::printf("%d", PlatformImpl::isCanceled() ? 1 : 0);
+              }));
+  }
+}
+
+TEST(SignalsTest, TheSameSignalLaterEndsTheProcess) {
+  EXPECT_EQ("[signal 15]", outputOf([] {
+              PlatformImpl::prepareProcess();
+              for (int i = 0; i < 2; ++i) {
+                kill(getpid(), SIGTERM);
+                poll(nullptr, 0, 30);
+              }
+            }));
+}
+
+TEST(SignalsTest, ThrowIfCanceled) {
+  const test::ScopedEnvironment language("LANG", "C");
+  EXPECT_NO_THROW(PlatformImpl::throwIfCanceled());
+  PlatformTestAccess::setCanceled(true);
+  try {
+    PlatformImpl::throwIfCanceled();
+    ADD_FAILURE() << "nothing was thrown";
+  } catch (const LauncherException& problem) {
+    EXPECT_STREQ("Canceled by the user.", problem.what());
+  }
+  PlatformTestAccess::setCanceled(false);
+}
+
+// --- Signals while a child runs ---
+
+// Two named pipes between the child and the test: the child writes to $READY each time that it is
+// ready for the next signal; "cat $GO" blocks until the test lets it go.
+class Gates {
+ public:
+  Gates() : m_ready(m_folder / "ready"), m_go(m_folder / "go") {
+    EXPECT_EQ(0, mkfifo(m_ready.c_str(), 0600));
+    EXPECT_EQ(0, mkfifo(m_go.c_str(), 0600));
+    setenv("READY", m_ready.c_str(), 1);
+    setenv("GO", m_go.c_str(), 1);
+  }
+  void awaitReady() const { EXPECT_EQ("ready\n", test::readFile(m_ready)); }
+  void open() const { close(::open(m_go.c_str(), O_WRONLY)); }
+
+ private:
+  test::TempDir m_folder;
+  std::string m_ready;
+  std::string m_go;
+};
+
+// Starts what holds the gate, and stays, through trapped signals, until it opens.
+const std::string kGate = "cat $GO & g=$!; ";
+const std::string kStay = "echo ready > $READY; while kill -0 $g 2>/dev/null; do wait $g; done; ";
+
+enum class Way { Both, Captured, Plain };
+enum class Gate { Opens, OpensAtTheEnd, None };
+
+struct ChildRow {
+  const char* name;
+  Way way;
+  std::string command;
+  std::vector<int> signals;
+  Gate gate;
+  const char* output;  // the child's, the exit code; how the launcher ended
+};
+
+const ChildRow kChildRows[] = {
+    {"TERM is passed on",
+     Way::Both,
+     "trap 'exit 9' TERM; " + kGate + kStay,
+     {SIGTERM},
+     Gate::OpensAtTheEnd,
+     " code 9 canceled 1"},
+    {"INT is passed on",
+     Way::Both,
+     "trap 'exit 8' INT; " + kGate + kStay,
+     {SIGINT},
+     Gate::OpensAtTheEnd,
+     " code 8 canceled 1"},
+    {"HUP is passed on",
+     Way::Both,
+     "trap 'exit 7' HUP; " + kGate + kStay,
+     {SIGHUP},
+     Gate::OpensAtTheEnd,
+     " code 7 canceled 1"},
+    {"a child that knows no better dies",
+     Way::Both,
+     kGate + kStay,
+     {SIGTERM},
+     Gate::OpensAtTheEnd,
+     " code 0 canceled 1"},
+    {"the child decides",
+     Way::Both,
+     "trap '' TERM; " + kGate + kStay + "exit 4",
+     {SIGTERM},
+     Gate::Opens,
+     " code 4 canceled 1"},
+    {"its last words are heard",
+     Way::Both,
+     "trap 'printf bye; exit 9' TERM; " + kGate + kStay,
+     {SIGTERM},
+     Gate::OpensAtTheEnd,
+     "bye code 9 canceled 1"},
+    {"who stays behind is not waited for",
+     Way::Captured,
+     "trap '' TERM; printf early; (cat $GO; printf late) & echo ready > $READY; exit 6",
+     {SIGTERM},
+     Gate::OpensAtTheEnd,
+     "early code 6 canceled 1"},
+    {"who stays behind is not waited for, signal first",
+     Way::Captured,
+     "printf early; (cat $GO; printf late) & trap 'exit 6' TERM; g=$!; " + kStay,
+     {SIGTERM},
+     Gate::OpensAtTheEnd,
+     "early code 6 canceled 1"},
+    {"endless output shuts no signal out",
+     Way::Captured,
+     "echo ready > $READY; exec yes >&2",
+     {SIGTERM},
+     Gate::None,
+     " code 0 canceled 1"},
+    {"the second ends the launcher",
+     Way::Both,
+     "trap 'echo ready > $READY' TERM; " + kGate + kStay,
+     {SIGTERM, SIGINT},
+     Gate::OpensAtTheEnd,
+     "[signal 2]"},
+    {"the second reaches the child, too",
+     Way::Plain,
+     "trap 'echo ready > $READY' TERM; trap 'printf second; exit' HUP; " + kGate + kStay,
+     {SIGTERM, SIGHUP},
+     Gate::OpensAtTheEnd,
+     "second[signal 1]"},
+};
+
+void runLauncher(const std::string& command, bool captures) {
+  PlatformImpl::prepareProcess();
+  PlatformImpl::setSilent(true);
+  SString output;
+  const int code = PlatformImpl::executeProcess(command.c_str(), "", false, captures, true, &output,
+                                                nullptr, false);
+  std::printf("%s code %d canceled %d", output.c_str(), code, PlatformImpl::isCanceled() ? 1 : 0);
+}
+
+std::string signalLauncher(const ChildRow& row, bool captures) {
+  const Gates gates;
+  OwnProcess launcher([&] { runLauncher(row.command, captures); });
+  for (const int number : row.signals) {
+    gates.awaitReady();
+    kill(launcher.pid(), number);
+  }
+  if (row.gate == Gate::Opens) {
+    gates.open();
+  }
+  const std::string end = launcher.end();
+  if (row.gate == Gate::OpensAtTheEnd) {
+    gates.open();
+  }
+  return launcher.output() + (end == "exit 0" ? "" : "[" + end + "]");
+}
+
+TEST(SignalsTest, SignalsWhileAChildRuns) {
+  for (const ChildRow& row : kChildRows) {
+    SCOPED_TRACE(row.name);
+    if (row.way != Way::Plain) {
+      EXPECT_EQ(row.output, signalLauncher(row, true)) << "captured";
+    }
+    if (row.way != Way::Captured) {
+      EXPECT_EQ(row.output, signalLauncher(row, false)) << "plain";
+    }
+  }
+}
+
+TEST(SignalsTest, AnIgnoredSignalDoesNotDisturbAChild) {
+  const Gates gates;
+  OwnProcess launcher([] {
+    signal(SIGINT, SIG_IGN);
+    runLauncher(kGate + kStay + "exit 4", true);
+  });
+  gates.awaitReady();
+  kill(launcher.pid(), SIGINT);
+  gates.open();
+  EXPECT_EQ("exit 0", launcher.end());
+  EXPECT_EQ(" code 4 canceled 0", launcher.output());
+}
+
+// The terminal sends to the whole group: the child, which counts, must not have it from us again.
+TEST(SignalsTest, WhatTheTerminalSendsIsNotPassedOn) {
+  const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+  if (terminal == -1 || grantpt(terminal) != 0 || unlockpt(terminal) != 0) {
+    GTEST_SKIP() << "no terminals here";
+  }
+  const std::string name = ptsname(terminal);
+  const Gates gates;
+  OwnProcess launcher([&name] {
+    setsid();
+    ioctl(open(name.c_str(), O_RDWR), TIOCSCTTY, 0);
+    runLauncher("n=0; trap '' INT; " + kGate + "trap 'n=$((n+1)); echo ready > $READY' INT; " +
+                    kStay + "exit $n",
+                true);
+  });
+  gates.awaitReady();
+  ASSERT_EQ(1, write(terminal, "\x03", 1));
+  gates.awaitReady();
+  gates.open();
+  EXPECT_EQ("exit 0", launcher.end());
+  EXPECT_EQ(" code 1 canceled 1", launcher.output());
+  close(terminal);
+}
+
+}  // namespace
