@@ -1,1 +1,234 @@
-// (being written)
+// The search for files by the end of their paths, and the scan of the disks. The walk itself is in
+// WalkTest.cpp.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "platform/FileFindListener.h"
+#include "platform/FindFiles.h"
+#include "platform/PlatformImpl.h"
+#include "support/OwnProcess.h"
+#include "support/TestAccess.h"
+#include "support/TestFiles.h"
+#include "support/Trees.h"
+#include "util/LauncherException.h"
+
+namespace {
+
+using Paths = std::vector<std::string>;
+
+// --- Matching names ---
+
+struct Listener : FileFindListener {
+  bool foundFile(const SString& path) override {
+    found.emplace_back(path.c_str());
+    return static_cast<long>(found.size()) == stopsAt;
+  }
+  Paths found;
+  long stopsAt = 0;
+};
+
+struct NameRow {
+  const char* name;
+  Paths names;
+  std::string path;
+  long stopsAt;
+  std::size_t calls;
+  bool result;
+};
+
+const NameRow kNameRows[] = {
+    {"no names", {}, "/a/bin/java", 0, 0, false},
+    {"one component", {"java"}, "/a/bin/java", 0, 1, false},
+    {"two components", {"bin/java"}, "/a/bin/java", 0, 1, false},
+    {"right below the root", {"java"}, "/java", 0, 1, false},
+    {"all but the separator", {"a/bin/java"}, "/a/bin/java", 0, 1, false},
+    {"the path itself", {"/a/bin/java"}, "/a/bin/java", 0, 0, false},
+    {"longer than the path", {"x/a/bin/java"}, "/a/bin/java", 0, 0, false},
+    {"relative path equal to the name", {"bin/java"}, "bin/java", 0, 0, false},
+    {"one letter more in front of the directory", {"bin/java"}, "/a/sbin/java", 0, 0, false},
+    {"one letter more in front of the file", {"java"}, "/a/bin/xjava", 0, 0, false},
+    {"one letter more behind", {"bin/java"}, "/a/bin/javac", 0, 0, false},
+    {"in the middle", {"bin/java"}, "/a/bin/java/b", 0, 0, false},
+    {"letters differ in case", {"bin/java"}, "/a/bin/Java", 0, 0, false},
+    {"directory differs in case", {"bin/java"}, "/a/Bin/java", 0, 0, false},
+    {"name begins with a separator", {"/bin/java"}, "/a/bin/java", 0, 0, false},
+    {"name begins with one, doubled in the path", {"/bin/java"}, "/a//bin/java", 0, 1, false},
+    {"empty name", {""}, "/a/bin/java", 0, 0, false},
+    {"empty name, separator last", {""}, "/a/", 0, 1, false},
+    {"two names, both", {"java", "bin/java"}, "/a/bin/java", 0, 2, false},
+    {"two names, one", {"bin/jre", "bin/java"}, "/a/bin/java", 0, 1, false},
+    {"the same name twice", {"java", "java"}, "/a/bin/java", 0, 2, false},
+    {"stopped at the first", {"java", "bin/java"}, "/a/bin/java", 1, 1, true},
+    {"stopped at the second", {"java", "bin/java"}, "/a/bin/java", 2, 2, true},
+    {"bytes beyond ASCII", {"bin/j\xc3\xa4va"}, "/a/bin/j\xc3\xa4va", 0, 1, false},
+};
+
+StringDeque dequeOf(const Paths& texts) {
+  StringDeque deque;
+  for (const std::string& text : texts) {
+    deque.push_back(text.c_str());
+  }
+  return deque;
+}
+
+TEST(SearchTest, NamesMatchTheEndOfAPath) {
+  for (const NameRow& row : kNameRows) {
+    SCOPED_TRACE(row.name);
+    const StringDeque names = dequeOf(row.names);
+    Listener listener;
+    listener.stopsAt = row.stopsAt;
+    FindFiles walk(names, listener);
+    EXPECT_EQ(row.result, walk.processFile(row.path.c_str()));
+    EXPECT_EQ(Paths(row.calls, row.path), listener.found);
+  }
+}
+
+TEST(SearchTest, LinksAndOtherFilesAreFoundByName) {
+  const test::TempDir folder;
+  for (const char* entry : {"a/bin/java", "b/bin/java>../../a/bin/java", "c/bin/java>no",
+                            "d/bin>../a/bin", "e/bin/java|", "f/bin/java/", "g/sbin/java"}) {
+    test::makeEntry(folder.path(), entry);
+  }
+  const StringDeque names = dequeOf({"bin/java"});
+  Listener listener;
+  FindFiles walk(names, listener);
+  EXPECT_FALSE(walk.process(folder.path().c_str()));
+  EXPECT_EQ((Paths{"a/bin/java", "b/bin/java", "c/bin/java", "e/bin/java"}),
+            test::below(folder.path(), listener.found));
+}
+
+TEST(SearchTest, TheSearchIsCancellable) {
+  const test::TempDir folder;
+  test::writeFile(folder / "bin/java", "");
+  const StringDeque names = dequeOf({"java"});
+  Listener listener;
+  FindFiles walk(names, listener);
+  PlatformTestAccess::setCanceled(true);
+  EXPECT_FALSE(walk.process(folder.path().c_str()));
+  PlatformTestAccess::setCanceled(false);
+  EXPECT_EQ(Paths(), listener.found);
+}
+
+struct SkipRow {
+  const char* name;
+  const char* tempDir;  // "." is the scratch folder
+  const char* path;
+  bool isSkipped;
+};
+
+const SkipRow kSkipRows[] = {
+    {"temporary directory with a separator", "./t", "./t/", true},
+    {"temporary directory given with one", "./t/", "./t/", true},
+    // QUIRK(skip-needs-trailing-separator)
+    {"without a separator", "./t", "./t", false},
+    {"given with one, met without", "./t/", "./t", false},
+    {"inside it", "./t", "./t/x/", false},
+    {"name goes on", "./t", "./tt/", false},
+    {"two separators", "./t", "./t//", false},
+    {"/var/tmp/", "./t", "/var/tmp/", true},
+    {"/var/tmp as it is met", "./t", "/var/tmp", false},
+    {"/var/tmp by default", "", "/var/tmp/", true},
+    {"/var/tmp by default, as it is met", "", "/var/tmp", false},
+    {"below /var/tmp", "./t", "/var/tmp/x/", false},
+    {"/tmp", "./t", "/tmp/", false},
+    {"the root", "./t", "/", false},
+    {"empty", "./t", "", false},
+};
+
+TEST(SearchTest, TheTemporaryDirectoriesAreSkippedAsRoots) {
+  const test::TempDir folder;
+  test::writeFile(folder / "t/bin/java", "");
+  const test::ScopedCurrentDir inside(folder.path());
+  const StringDeque names = dequeOf({"java"});
+  for (const SkipRow& row : kSkipRows) {
+    SCOPED_TRACE(row.name);
+    PlatformImpl::setSystemTempDir(row.tempDir);
+    Listener listener;
+    FindFiles walk(names, listener);
+    EXPECT_EQ(row.isSkipped, walk.skipDirectory(row.path));
+  }
+  PlatformImpl::setSystemTempDir("./t");
+  Listener listener;
+  FindFiles walk(names, listener);
+  walk.process("./t/");
+  EXPECT_EQ(Paths(), listener.found);
+  walk.process("./");
+  EXPECT_EQ(Paths{"./t/bin/java"}, listener.found);
+  PlatformImpl::setSystemTempDir("");
+}
+
+TEST(SearchTest, AMissingTemporaryDirectoryIsToldBeforeTheSearch) {
+  const test::ScopedEnvironment language("LANG", "C");
+  PlatformImpl::setSystemTempDir("/nowhere");
+  const StringDeque names;
+  Listener listener;
+  try {
+    FindFiles walk(names, listener);
+    ADD_FAILURE() << "nothing was thrown";
+  } catch (const LauncherException& problem) {
+    EXPECT_STREQ(
+        "Cannot use /nowhere as the temp directory because it does not exist. Please run the "
+        "program again using the option -cv:tempdir <temp dir> to specify a different directory "
+        "to use.",
+        problem.what());
+  }
+  PlatformImpl::setSystemTempDir("");
+}
+
+// --- The scan of the disks, on a root of the test's own ---
+
+struct ScanRow {
+  const char* name;
+  Paths names;
+  long stopsAt;
+  const char* found;
+};
+
+const ScanRow kScanRows[] = {
+    {"everything", {"bin/java"}, 0, "/jvm/bin/java /var/tmp/cvj/bin/java"},
+    {"several names",
+     {"bin/java", "jre/bin/java", "lib/x"},
+     0,
+     "/jvm/bin/java /jvm/lib/x /var/tmp/cvj/bin/java"},
+    {"nothing", {"bin/nothing"}, 0, ""},
+    {"stopped", {"lib/x", "top"}, 1, "/top"},
+};
+
+bool enterRoot(const std::string& folder) {
+  return chroot(folder.c_str()) == 0 && chdir("/") == 0;
+}
+
+TEST(SearchTest, FindFilesScansFromTheRoot) {
+  const test::TempDir folder;
+  for (const char* name :
+       {"jvm/bin/java", "jvm/lib/x", "jvm/sbin/java", "top", "var/tmp/cvj/bin/java"}) {
+    test::writeFile(folder / name, "");
+  }
+  for (const ScanRow& row : kScanRows) {
+    SCOPED_TRACE(row.name);
+    const std::string found = test::outputOf([&] {
+      if (!enterRoot(folder.path())) {
+        std::printf("no root of our own");
+        return;
+      }
+      Listener listener;
+      listener.stopsAt = row.stopsAt;
+      PlatformImpl::findFiles(dequeOf(row.names), listener);
+      std::sort(listener.found.begin(), listener.found.end());
+      for (const std::string& path : listener.found) {
+        std::printf("%s%s", path == listener.found.front() ? "" : " ", path.c_str());
+      }
+    });
+    if (found == "no root of our own") {
+      GTEST_SKIP() << found;
+    }
+    EXPECT_EQ(row.found, found);
+  }
+}
+
+}  // namespace
