@@ -180,6 +180,7 @@ void becomeProgram(const SString& command) {
   CmdLine words;
   words.parse(command);
   std::vector<char*> arguments;
+  arguments.reserve(static_cast<std::size_t>(words.getOptionCount()) + 1);
   for (int i = 0; i < words.getOptionCount(); ++i) {
     arguments.push_back(const_cast<char*>(words.getOption(i)));
   }

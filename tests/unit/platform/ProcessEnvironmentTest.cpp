@@ -64,7 +64,7 @@ TEST(ProcessEnvironmentTest, TheCommandRunsInItsWorkingDirectory) {
   const test::ScopedCurrentDir inside(folder / "here");
   for (const DirectoryRow& row : kDirectoryRows) {
     SCOPED_TRACE(row.name);
-    std::string output = runIn("pwd -P; touch \"$OLDPWD/started\" 2>/dev/null", row.workingDir);
+    std::string output = runIn("pwd -P", row.workingDir);
     if (output.starts_with(folder.path())) {
       output.replace(0, folder.path().size(), ".");
     }
