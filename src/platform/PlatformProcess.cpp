@@ -165,9 +165,13 @@ void Output::readSome() {
 }
 
 // In front of each command, for HUP, INT and TERM: a shell that waits for its command survives a
-// signal and then tells how the command ended, which is what our caller wants to know. The command
-// itself is not protected.
-constexpr char kSurviveSignals[] = "trap : 1 2 15; ";
+// signal, then starts nothing more and tells how the command ended, which is what our caller wants
+// to know. The command itself is not protected. Only where it hears of the signal, too.
+#ifdef __linux__
+constexpr char kSurviveSignals[] = "trap exit 1 2 15; ";
+#else
+constexpr char kSurviveSignals[] = "";
+#endif
 
 // Becomes the shell; what fails shows in the status, since no message can reach anybody.
 [[noreturn]] void becomeShell(const char* command) {

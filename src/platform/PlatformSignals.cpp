@@ -118,10 +118,11 @@ void sendToEach(const char* list, ssize_t size, int signal) {
 }
 
 // Sends the signal to the child, which is the shell, and to what the shell runs: the shell waits
-// for its command and passes nothing on. Only where the system lists the children of a process;
-// elsewhere the command hears of what the terminal sends alone. Uses nothing that a signal handler
-// may not.
+// for its command and passes nothing on. The shell comes first, so that it starts nothing behind
+// our back. Only where the system lists the children of a process; elsewhere the command hears of
+// what the terminal sends alone. Uses nothing that a signal handler may not.
 void passOn(pid_t child, int signal) {
+  kill(child, signal);
   char path[64];
   char* end = appendNumber(appendText(path, "/proc/"), child);
   end = appendNumber(appendText(end, "/task/"), child);
@@ -132,7 +133,6 @@ void passOn(pid_t child, int signal) {
     sendToEach(children, read(list, children, sizeof children), signal);
     close(list);
   }
-  kill(child, signal);
 }
 
 // Ends the process as if the signal had never been handled, so that our parent learns of it.
