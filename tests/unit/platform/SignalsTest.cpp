@@ -265,87 +265,104 @@ class Gates {
   std::string m_go;
 };
 
-// Starts what holds the gate, and stays, through trapped signals, until it opens.
-const std::string kGate = "cat $GO & g=$!; ";
+// Starts what holds the gate, deaf to signals, and stays, through trapped ones, until it opens.
+const std::string kGate = "trap '' HUP INT TERM; cat $GO & g=$!; trap - HUP INT TERM; ";
 const std::string kStay = "echo ready > $READY; while kill -0 $g 2>/dev/null; do wait $g; done; ";
 
-enum class Way { Both, Captured, Plain };
+// How the command is run: captured or not; by the launcher's shell, or by one more below that.
+enum Way { kPlain = 1, kCaptured = 2, kPlainBelow = 4, kCapturedBelow = 8 };
+constexpr int kByOurShell = kPlain | kCaptured;
+constexpr int kBelowOurShell = kPlainBelow | kCapturedBelow;
+constexpr int kAllWays = kByOurShell | kBelowOurShell;
+
 enum class Gate { Opens, OpensAtTheEnd, None };
 
 struct ChildRow {
   const char* name;
   std::string command;
   std::vector<int> signals;
-  Way way;
+  int ways;
   Gate gate;
   const char* output;  // the child's, the exit code; how the launcher ended
 };
 
 const ChildRow kChildRows[] = {
     {"TERM is passed on",
-     "trap 'exit 9' TERM; " + kGate + kStay,
+     kGate + "trap 'exit 9' TERM; " + kStay,
      {SIGTERM},
-     Way::Both,
+     kAllWays,
      Gate::OpensAtTheEnd,
      " code 9 canceled 1"},
     {"INT is passed on",
-     "trap 'exit 8' INT; " + kGate + kStay,
+     kGate + "trap 'exit 8' INT; " + kStay,
      {SIGINT},
-     Way::Both,
+     kAllWays,
      Gate::OpensAtTheEnd,
      " code 8 canceled 1"},
     {"HUP is passed on",
-     "trap 'exit 7' HUP; " + kGate + kStay,
+     kGate + "trap 'exit 7' HUP; " + kStay,
      {SIGHUP},
-     Way::Both,
+     kAllWays,
      Gate::OpensAtTheEnd,
      " code 7 canceled 1"},
-    {"a child that knows no better dies",
+    {"a shell that knows no better dies",
      kGate + kStay,
      {SIGTERM},
-     Way::Both,
+     kByOurShell,
      Gate::OpensAtTheEnd,
      " code 0 canceled 1"},
-    {"the child decides",
-     "trap '' TERM; " + kGate + kStay + "exit 4",
+    {"a command that knows no better dies, our shell tells",
+     kGate + kStay,
      {SIGTERM},
-     Way::Both,
+     kBelowOurShell,
+     Gate::OpensAtTheEnd,
+     " code 143 canceled 1"},
+    {"the child decides",
+     kGate + "trap '' TERM; " + kStay + "exit 4",
+     {SIGTERM},
+     kAllWays,
      Gate::Opens,
      " code 4 canceled 1"},
     {"its last words are heard",
-     "trap 'printf bye; exit 9' TERM; " + kGate + kStay,
+     kGate + "trap 'printf bye; exit 9' TERM; " + kStay,
      {SIGTERM},
-     Way::Both,
+     kAllWays,
      Gate::OpensAtTheEnd,
      "bye code 9 canceled 1"},
+    {"nothing more is started",
+     "exec 2>/dev/null; sh -c 'echo ready > $READY; exec sleep 20'; printf more",
+     {SIGTERM},
+     kByOurShell,
+     Gate::None,
+     " code 143 canceled 1"},
     {"who stays behind is not waited for",
      "trap '' TERM; printf early; (cat $GO; printf late) & echo ready > $READY; exit 6",
      {SIGTERM},
-     Way::Captured,
+     kCaptured,
      Gate::OpensAtTheEnd,
      "early code 6 canceled 1"},
     {"who stays behind is not waited for, signal first",
-     "printf early; (cat $GO; printf late) & trap 'exit 6' TERM; g=$!; " + kStay,
+     "printf early; trap '' TERM; (cat $GO; printf late) & trap 'exit 6' TERM; g=$!; " + kStay,
      {SIGTERM},
-     Way::Captured,
+     kCaptured | kCapturedBelow,
      Gate::OpensAtTheEnd,
      "early code 6 canceled 1"},
     {"endless output shuts no signal out",
-     "echo ready > $READY; exec yes >&2",
+     "sh -c 'echo ready > $READY; exec yes >&2'",
      {SIGTERM},
-     Way::Captured,
+     kCaptured,
      Gate::None,
-     " code 0 canceled 1"},
+     " code 143 canceled 1"},
     {"the second ends the launcher",
-     "trap 'echo ready > $READY' TERM; " + kGate + kStay,
+     kGate + "trap 'echo ready > $READY' TERM; " + kStay,
      {SIGTERM, SIGINT},
-     Way::Both,
+     kAllWays,
      Gate::OpensAtTheEnd,
      "[signal 2]"},
     {"the second reaches the child, too",
-     "trap 'echo ready > $READY' TERM; trap 'printf second; exit' HUP; " + kGate + kStay,
+     kGate + "trap 'echo ready > $READY' TERM; trap 'printf second; exit' HUP; " + kStay,
      {SIGTERM, SIGHUP},
-     Way::Plain,
+     kPlain | kPlainBelow,
      Gate::OpensAtTheEnd,
      "second[signal 1]"},
 };
@@ -359,9 +376,14 @@ void runLauncher(const std::string& command, bool captures) {
   std::printf("%s code %d canceled %d", output.c_str(), code, PlatformImpl::isCanceled() ? 1 : 0);
 }
 
-std::string signalLauncher(const ChildRow& row, bool captures) {
+std::string signalLauncher(const ChildRow& row, Way way) {
   const Gates gates;
-  OwnProcess launcher([&] { runLauncher(row.command, captures); });
+  const bool isBelow = (way & kBelowOurShell) != 0;
+  const test::ScopedEnvironment inner("INNER", row.command.c_str());
+  OwnProcess launcher([&] {
+    runLauncher(isBelow ? "exec 2>/dev/null; sh -c \"$INNER\"" : row.command,
+                (way & (kCaptured | kCapturedBelow)) != 0);
+  });
   for (const int number : row.signals) {
     gates.awaitReady();
     kill(launcher.pid(), number);
@@ -379,11 +401,10 @@ std::string signalLauncher(const ChildRow& row, bool captures) {
 TEST(SignalsTest, SignalsWhileAChildRuns) {
   for (const ChildRow& row : kChildRows) {
     SCOPED_TRACE(row.name);
-    if (row.way != Way::Plain) {
-      EXPECT_EQ(row.output, signalLauncher(row, true)) << "captured";
-    }
-    if (row.way != Way::Captured) {
-      EXPECT_EQ(row.output, signalLauncher(row, false)) << "plain";
+    for (const Way way : {kPlain, kCaptured, kPlainBelow, kCapturedBelow}) {
+      if ((row.ways & way) != 0) {
+        EXPECT_EQ(row.output, signalLauncher(row, way)) << "way " << way;
+      }
     }
   }
 }
@@ -412,9 +433,8 @@ TEST(SignalsTest, WhatTheTerminalSendsIsNotPassedOn) {
   OwnProcess launcher([&name] {
     setsid();
     ioctl(open(name.c_str(), O_RDWR), TIOCSCTTY, 0);
-    runLauncher("n=0; trap '' INT; " + kGate + "trap 'n=$((n+1)); echo ready > $READY' INT; " +
-                    kStay + "exit $n",
-                true);
+    runLauncher(
+        "n=0; " + kGate + "trap 'n=$((n+1)); echo ready > $READY' INT; " + kStay + "exit $n", true);
   });
   gates.awaitReady();
   ASSERT_EQ(1, write(terminal, "\x03", 1));
