@@ -2,7 +2,7 @@
 //
 // The script is the values of the tag INSTRUCTIONS, one statement per line: labels, comments, two
 // jumps, SET, and commands that call operations of Launcher (docs/instructions.md). The tag file
-// is not owned; it must outlive the interpreter and stay as it is.
+// is not owned; it must outlive the interpreter and stay as it is during a run.
 //
 // Instructions.cpp runs the statements; InstructionsExpressions.cpp evaluates arguments. Errors of
 // the script are InstructionsException; a LauncherException of an operation passes through.

@@ -230,6 +230,16 @@ TEST(Scripts, RunAgainFromTheirFirstLine) {
   EXPECT_EQ("N1=1 S1=[xxx]", test::describeVariables());
 }
 
+TEST(Scripts, MayChangeBetweenTwoRuns) {
+  TagFile script;
+  test::fillScript(script, {"GOTO a", "RUN", ":a"});
+  const Instructions instructions(script);
+  EXPECT_EQ(0, instructions.execute());
+  script.removeValue("INSTRUCTIONS");
+  test::fillScript(script, {"GOTO a", ":b", "RUN", "JUMP", ":a"});
+  EXPECT_EQ(0, instructions.execute());
+}
+
 TEST(Scripts, AnotherTagIsNoScript) {
   TagFile script;
   script.appendTagValue("instructions", "RUN");
