@@ -82,6 +82,7 @@ void TagFile::load(std::FILE* file, const SString& name, std::int32_t start, std
     }
   }
   m_loaded = true;
+  m_loadedBytes = reader.position() - start;
 }
 
 std::string_view TagFile::readLine(LineReader& reader) {

@@ -48,6 +48,8 @@ class TagFile {
 
   bool isLoaded() const { return m_loaded; }
   SString getName() const { return m_name; }
+  // How much of the file the last load that ran to its end went over.
+  std::int64_t getLoadedBytes() const { return m_loadedBytes; }
 
   // The value at `index`; empty when there is no such tag or value.
   SString getTagValue(const char* key, unsigned long index) const;
@@ -96,6 +98,7 @@ class TagFile {
   Entries m_entries;
   std::uint64_t m_nextPlace = 0;
   bool m_loaded = false;
+  std::int64_t m_loadedBytes = 0;
   std::int32_t m_lineNumber = 0;  // of the current load; its first line is 1
   SString m_name;
 };
