@@ -1,5 +1,6 @@
 // FileIndexEntry: copying an embedded file out of the launcher file.
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -24,7 +25,7 @@ class RawFile {
  public:
   RawFile(const SString& path, int flags)
       : m_fd(open(path.c_str(), flags | O_CLOEXEC, kNewFileMode)) {
-    note(m_fd >= 0);
+    note(m_fd >= 0 && isNoDirectory());
   }
   ~RawFile() { close(); }
   RawFile(const RawFile&) = delete;
@@ -67,6 +68,16 @@ class RawFile {
   }
 
  private:
+  // A directory opens for reading, and fails at the first read only.
+  bool isNoDirectory() const {
+    struct stat status;
+    if (fstat(m_fd, &status) != 0 || !S_ISDIR(status.st_mode)) {
+      return true;
+    }
+    errno = EISDIR;
+    return false;
+  }
+
   void note(bool success) {
     if (!success && m_error == 0) {
       m_error = errno;

@@ -20,6 +20,10 @@ constexpr const char* kNoIndexOffset = "Unable to read file index offset.";
 constexpr const char* kNoIdentification = "Unable to read launcher identification value.";
 constexpr const char* kInvalidIndexOffset = "Invalid file index offset.";
 constexpr const char* kNoFileCount = "Unable to read the file count.";
+constexpr const char* kTooMuchText = "Unable to read tag file.";
+
+// How much more text than the launcher file is long its tag files may have in all.
+constexpr std::int64_t kSharedTextAllowance = 16 << 20;
 
 SString describe(const FileIndexEntry& entry) {
   return "file type: " + convertToString(entry.getFileType()) +
@@ -27,6 +31,16 @@ SString describe(const FileIndexEntry& entry) {
          "\n  length: " + convertToString(entry.getFileLength()) +
          "\n  offset: " + convertToString(entry.getOffsetToBytes()) +
          "\n  file name: " + entry.getFileName();
+}
+
+std::int64_t sizeOf(std::FILE* file) {
+  return fseeko(file, 0, SEEK_END) == 0 ? std::int64_t{ftello(file)} : 0;
+}
+
+// The tag files of an honest launcher lie beside each other. A hostile index may name the same
+// bytes thousands of times, and would otherwise take memory by the square of the file's size.
+std::int64_t textSize(const FileIndexEntry& entry) {
+  return entry.getTagFile() == nullptr ? 0 : entry.getTagFile()->getLoadedBytes();
 }
 
 }  // namespace
@@ -131,8 +145,13 @@ void LauncherInputFiles::logFileIndex() const {
 // text for the instruction script.
 void LauncherInputFiles::loadTagFiles(std::FILE* launcherFile) {
   withPrefix(MSG_INSTRUCTIONS_LOAD_FAILED, [&] {
+    std::int64_t allowance = kSharedTextAllowance + sizeOf(launcherFile);
     for (long i = 0; i < m_fileIndex.size(); ++i) {
       m_fileIndex.at(i)->loadTagFile(launcherFile);
+      allowance -= textSize(*m_fileIndex.at(i));
+      if (allowance < 0) {
+        throw LauncherException(kTooMuchText);
+      }
       useTagFile(*m_fileIndex.at(i));
     }
   });

@@ -231,6 +231,9 @@ TEST(FileIndexEntry, ReportsALauncherThatHasGone) {
   LauncherTestAccess::setLauncherFileName(extraction.dir() / "gone");
   EXPECT_EQ("Error writing file = 2"s + kHint,
             extraction.extract({3, 1, 6, 0, "a", {}}, extraction.out()));
+  LauncherTestAccess::setLauncherFileName(extraction.dir().path());
+  EXPECT_EQ("Error writing file = 21"s + kHint,
+            extraction.extract({3, 1, 6, 0, "a", {}}, extraction.out()));
   EXPECT_TRUE(test::listTree(extraction.out()).empty());
 }
 

@@ -221,6 +221,34 @@ TEST_F(LauncherFileIndexTest, SurvivesEveryWrongByte) {
   }
 }
 
+struct SharedTextRow {
+  const char* name;
+  std::size_t entries;
+  std::int32_t length;
+  const char* error;
+};
+
+// Each entry names the same text, of 100,000 bytes: whole, or by a length that ends inside a block.
+const SharedTextRow kSharedTextRows[] = {
+    {"ten times", 10, 100000, ""},
+    {"two hundred times", 200, 100000, "Error loading instructions file.Unable to read tag file."},
+    {"two hundred times by its first byte", 200, 1,
+     "Error loading instructions file.Unable to read tag file."},
+    {"two hundred times nothing of it", 200, 0, ""},
+};
+
+TEST_F(LauncherFileIndexTest, DoesNotLoadTheSameTextOverAndOver) {
+  const std::string text = "A:\n" + std::string(99993, 'x') + "\n/:\n";
+  ASSERT_EQ(100000u, text.size());
+  for (const SharedTextRow& row : kSharedTextRows) {
+    SCOPED_TRACE(row.name);
+    const authoring::IndexRecord record = {1, 1, row.length, kStoredOffset, "j", {}};
+    useLauncher(launcherFileBytes(text, encodeIndex(std::vector(row.entries, record))));
+    LauncherInputFiles inputs;
+    EXPECT_EQ(row.error, errorOf([&] { inputs.load(true); }));
+  }
+}
+
 // What the writer writes, the reader reads.
 TEST_F(LauncherFileIndexTest, ReadsBackWhatTheWriterWrites) {
   std::mt19937 random(1);
