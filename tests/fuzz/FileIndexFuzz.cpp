@@ -1,28 +1,20 @@
 // Launcher files of any bytes. Loading ends; it finds no more entries than the bytes can hold; and
 // an entry that was read is, once written, read back equal.
-#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 #include "archive/LauncherInputFiles.h"
 #include "authoring/LauncherFileWriter.h"
+#include "fuzz/Fuzzing.h"
 #include "platform/PlatformImpl.h"
 #include "support/TestAccess.h"
-#include "tagfile/StreamUtils.h"
 #include "util/LauncherException.h"
 
 namespace {
 
 constexpr std::size_t kSmallestEntry = 16;
-
-void require(bool holds) {
-  if (!holds) {
-    std::abort();
-  }
-}
 
 std::string encode(const FileIndexEntry& entry) {
   authoring::IndexRecord record = {entry.getFileType(),         entry.getFileId(),
@@ -36,28 +28,29 @@ std::string encode(const FileIndexEntry& entry) {
 
 // A newline ends a name and stays in it; only as its last byte does it come back.
 void checkRoundTrip(const FileIndexEntry& entry) {
-  std::string bytes = encode(entry);
-  const FilePtr file(fmemopen(bytes.data(), bytes.size(), "rb"));
+  const std::string bytes = encode(entry);
+  const FilePtr file = fuzz::openBytes(bytes);
   FileIndexEntry again;
   again.load(file.get());
-  require(encode(again) == bytes && std::fgetc(file.get()) == EOF);
+  fuzz::require(encode(again) == bytes && std::fgetc(file.get()) == EOF);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const int file = memfd_create("launcher", MFD_CLOEXEC);
-  require(ftruncate(file, 0) == 0);
-  require(pwrite(file, data, size, 0) == static_cast<ssize_t>(size));
-  LauncherTestAccess::setLauncherFileName("/proc/self/fd/" + std::to_string(file));
+  static const FilePtr launcher(std::tmpfile());
+  const int file = fileno(launcher.get());
+  fuzz::require(ftruncate(file, 0) == 0);
+  fuzz::require(pwrite(file, data, size, 0) == static_cast<ssize_t>(size));
+  LauncherTestAccess::setLauncherFileName("/dev/fd/" + std::to_string(file));
   PlatformImpl::setSilent(true);
   LauncherInputFiles inputs;
   try {
     inputs.load(true);
   } catch (const LauncherException&) {
-    require(!inputs.areInternalFilesLoaded());
+    fuzz::require(!inputs.areInternalFilesLoaded());
   }
-  require(inputs.getEmbeddedFileCount() <= static_cast<long>(size / kSmallestEntry + 1));
+  fuzz::require(inputs.getEmbeddedFileCount() <= static_cast<long>(size / kSmallestEntry + 1));
   for (std::int32_t i = 0; i < inputs.getEmbeddedFileCount(); ++i) {
     checkRoundTrip(*inputs.getFileAt(i));
   }
