@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <random>
 #include <string>
 #include <utility>
@@ -179,8 +180,9 @@ bool isKnownText(const std::string& error) {
 }
 
 // Loads the launcher file and copies everything out that it claims to hold. Nothing that comes of
-// it is larger than the file.
+// it is larger than the file. Files are removed, not written over: that is much faster on a disk.
 void readHostile(const test::TempDir& dir, const std::string& bytes) {
+  std::filesystem::remove(dir / "launcher");
   LauncherTestAccess::setLauncherFileName(test::writeFile(dir / "launcher", bytes));
   LauncherInputFiles inputs;
   const std::string error = errorOf([&] { inputs.load(true); });
@@ -190,6 +192,7 @@ void readHostile(const test::TempDir& dir, const std::string& bytes) {
     SString path;
     if (errorOf([&] { path = inputs.getFileAt(i)->extract((dir / "out").c_str()); }).empty()) {
       EXPECT_LE(test::readFile(path.c_str()).size(), bytes.size());
+      std::filesystem::remove(path.c_str());
     }
   }
 }
