@@ -1,6 +1,8 @@
 #include "support/JVMSupport.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <sstream>
 
 #include "launcher/Launcher.h"
 #include "support/TestAccess.h"
@@ -34,6 +36,19 @@ std::string replaced(std::string text, const std::string& from, const std::strin
     text.replace(found, from.size(), to);
   }
   return text;
+}
+
+std::vector<std::string> linesBeginning(const std::string& log,
+                                        const std::vector<std::string>& beginnings) {
+  std::vector<std::string> lines;
+  std::istringstream stream(log);
+  for (std::string line; std::getline(stream, line);) {
+    const auto begins = [&](const std::string& beginning) { return line.starts_with(beginning); };
+    if (std::any_of(beginnings.begin(), beginnings.end(), begins)) {
+      lines.push_back(line);
+    }
+  }
+  return lines;
 }
 
 LogCapture::LogCapture() {

@@ -31,6 +31,10 @@ void addTags(TagFile& file, const Tags& tags);
 // Every `from` in `text` becomes `to`: rows write HOME or DIR for folders that each run makes.
 std::string replaced(std::string text, const std::string& from, const std::string& to);
 
+// The lines of a log that begin with one of these.
+std::vector<std::string> linesBeginning(const std::string& log,
+                                        const std::vector<std::string>& beginnings);
+
 // While it lives, the launcher logs to a file of its own.
 class LogCapture {
  public:

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "fakes/FakeJVM.h"
 #include "jvm/JVMFile.h"
 #include "jvm/JVMMatch.h"
@@ -283,19 +281,8 @@ const Row kRows[] = {
      ""},
 };
 
-bool isCandidateLine(const std::string& line) {
-  return line.starts_with("Checking ") || line.starts_with("Verifying JVM at ");
-}
-
 Strings candidates(const std::string& log) {
-  Strings lines;
-  std::istringstream stream(log);
-  for (std::string line; std::getline(stream, line);) {
-    if (isCandidateLine(line)) {
-      lines.push_back(line);
-    }
-  }
-  return lines;
+  return test::linesBeginning(log, {"Checking ", "Verifying JVM at "});
 }
 
 class HintsTest : public testing::Test {

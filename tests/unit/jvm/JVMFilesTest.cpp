@@ -2,15 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <sstream>
-
-#include "archive/LauncherInputFiles.h"
 #include "fakes/FakeDiskScan.h"
 #include "fakes/FakeJVM.h"
 #include "launcher/Launcher.h"
 #include "support/JVMSupport.h"
-#include "support/LauncherFiles.h"
 #include "support/TestAccess.h"
 
 namespace {
@@ -211,25 +206,9 @@ const SearchRow kSearches[] = {
      ""},
 };
 
-bool tellsTheWay(const std::string& line) {
-  for (const char* beginning : {"Checking ", "Verifying JVM at ", "Initiating ", "Searching for ",
-                                "Beginning ", "Processing "}) {
-    if (line.starts_with(beginning)) {
-      return true;
-    }
-  }
-  return false;
-}
-
 Strings wayOfTheSearch(const std::string& log) {
-  Strings lines;
-  std::istringstream stream(log);
-  for (std::string line; std::getline(stream, line);) {
-    if (tellsTheWay(line)) {
-      lines.push_back(line);
-    }
-  }
-  return lines;
+  return test::linesBeginning(log, {"Checking ", "Verifying JVM at ", "Initiating ",
+                                    "Searching for ", "Beginning ", "Processing "});
 }
 
 class JVMFilesTest : public testing::Test {
@@ -452,126 +431,6 @@ TEST_F(JVMFilesTest, CountsAndChecksIndexes) {
   EXPECT_EQ("second", desc(1));
   EXPECT_EQ(error, desc(2));
   EXPECT_EQ(error, desc(2147483647));
-}
-
-// --- What a scan gathers ---
-
-TEST(UnverifiedJVMMatch, HoldsEachHomeOnce) {
-  TagFile tags;
-  JVMFile jvm(tags);
-  JVMFile twin(tags);
-  UnverifiedJVMMatch match(jvm);
-  for (const char* home : {"/b", "/a", "/b", "/a/", "", "/a"}) {
-    match.addJVMHome(home);
-  }
-  EXPECT_EQ((Strings{"/b", "/a", "/a/", ""}), test::toVector(match.getHomeDirs()));
-  EXPECT_TRUE(match.equals(jvm));
-  EXPECT_FALSE(match.equals(twin));  // the very object counts
-}
-
-TEST(UnverifiedJVMMatch, IsFoundByItsJVMFile) {
-  TagFile tags;
-  JVMFile first(tags);
-  JVMFile second(tags);
-  JVMFile third(tags);
-  UnverifiedJVMMatchPtrDeque matches;
-  matches.addMatch(first, "/nobody");
-  EXPECT_EQ(0, matches.size());
-  matches.push_back(std::make_unique<UnverifiedJVMMatch>(first));
-  matches.push_back(std::make_unique<UnverifiedJVMMatch>(second));
-  matches.addMatch(second, "/two");
-  matches.addMatch(second, "/two");
-  matches.addMatch(third, "/three");
-  ASSERT_EQ(2, matches.size());
-  EXPECT_EQ(Strings(), test::toVector(matches[0]->getHomeDirs()));
-  EXPECT_EQ(Strings{"/two"}, test::toVector(matches[1]->getHomeDirs()));
-  EXPECT_EQ(nullptr, matches.findMatch(third));
-  matches.clear();
-  EXPECT_EQ(nullptr, matches.findMatch(first));
-  EXPECT_EQ(nullptr, matches.at(0));
-}
-
-// --- A match, written down ---
-
-TEST_F(JVMFilesTest, MatchWritesItsJVMFile) {
-  for (const bool temporary : {false, true}) {
-    TagFile tags;
-    test::addTags(tags, {{"DESC", {"J17"}}, {"JVM_HOME", {"/other"}}, {"PATH_HINT", {"x", "y"}}});
-    JVMMatch match("/jdk/", tags);
-    match.setJVMTemporary(temporary);
-    const std::string path = str(match.writeNewJVMFile());
-    EXPECT_EQ("DESC:  J17\nJVM_HOME:  /jdk/\nPATH_HINT:\n  x\n  y\n/:\nJVM_FILE:  " + path +
-                  "\nJVM_TEMP:  " + (temporary ? "1\n" : "0\n"),
-              test::readFile(path));
-    EXPECT_EQ(m_temp.path() + "/cvj", path.substr(0, path.size() - 6));
-    EXPECT_EQ(path, str(PlatformTestAccess::createdFiles().back()));
-    EXPECT_EQ("/jdk/", str(tags.getTagValue("JVM_HOME", 0)));
-  }
-}
-
-// --- The verify archive ---
-
-class VerifyJarTest : public JVMFilesTest {
- protected:
-  void embed(const std::vector<test::StoredFile>& files) {
-    const std::string path = test::writeFile(m_dir / "setup", test::launcherFileBytes(files));
-    LauncherTestAccess::setLauncherFileName(path);
-    LauncherTestAccess::resetInputFiles();
-    Launcher::getInputFiles().load(false);
-    m_foldersBefore = folders().size();
-  }
-  static const StringDeque& folders() { return PlatformTestAccess::createdDirectories(); }
-  long newFolders() const { return folders().size() - m_foldersBefore; }
-  std::string newFolder(long index) const { return str(folders()[m_foldersBefore + index]); }
-
- private:
-  long m_foldersBefore = 0;
-};
-
-TEST_F(VerifyJarTest, ExtractsEveryArchiveAndKeepsTheLast) {
-  embed({{FILE_TYPE_VERIFY_JAR, 1, "one.jar", "first"},
-         {FILE_TYPE_JAR, 2, "other.jar", "other"},
-         {FILE_TYPE_VERIFY_JAR, 3, "two.jar", "second"}});
-  JVMFiles files;
-  SString classpath;
-  SString verifyClass;
-  files.writeVerifyJar(classpath, verifyClass);
-  ASSERT_EQ(2, newFolders());
-  EXPECT_EQ("first", test::readFile(newFolder(0) + "/one.jar"));
-  EXPECT_EQ("second", test::readFile(newFolder(1) + "/two.jar"));
-  EXPECT_EQ("\"" + newFolder(1) + "/two.jar\"", str(classpath));
-  EXPECT_EQ("\"Verify\"", str(verifyClass));
-  files.writeVerifyJar();
-  EXPECT_EQ(2, newFolders());  // once in a run
-}
-
-TEST_F(VerifyJarTest, StaysEmptyWithoutAnArchive) {
-  embed({{FILE_TYPE_JAR, 2, "other.jar", "other"}});
-  JVMFiles files;
-  SString classpath("before");
-  SString verifyClass("before");
-  files.writeVerifyJar(classpath, verifyClass);
-  EXPECT_EQ("", str(classpath));
-  EXPECT_EQ("", str(verifyClass));
-  EXPECT_EQ(0, newFolders());
-}
-
-TEST_F(VerifyJarTest, ValuesThatWereGivenAreKept) {
-  embed({{FILE_TYPE_VERIFY_JAR, 1, "one.jar", "first"}});
-  struct Row {
-    const char* classpath;
-    const char* verifyClass;
-  };
-  for (const Row& row : {Row{"a.jar", "A"}, Row{"a.jar", ""}, Row{"", "A"}}) {
-    JVMFiles files;
-    files.setVerifyClass(row.classpath, row.verifyClass);
-    SString classpath;
-    SString verifyClass;
-    files.writeVerifyJar(classpath, verifyClass);
-    EXPECT_EQ(row.classpath, str(classpath));
-    EXPECT_EQ(row.verifyClass, str(verifyClass));
-  }
-  EXPECT_EQ(0, newFolders());
 }
 
 }  // namespace

@@ -6,23 +6,21 @@
 #include "jvm/JVMFile.h"
 #include "launcher/Launcher.h"
 #include "launchscript/LaunchScript.h"
+#include "support/ClasspathFixture.h"
 #include "support/JVMSupport.h"
 #include "support/LauncherFiles.h"
 #include "support/TestAccess.h"
 
 namespace {
 
+using test::ClasspathTest;
+using test::SideFile;
 using test::sstr;
 using test::str;
 
 // --- The class path ---
 
 // "DIR" stands for the folder with the launcher DIR/setup.bin and the side files of a row.
-struct SideFile {
-  std::string extension;
-  std::string text;
-};
-
 struct ClasspathRow {
   const char* name;
   std::string command;
@@ -150,51 +148,6 @@ const ClasspathRow kClasspaths[] = {
      {{"CLASSPATH", {"-classpath="}}, {"CLASSPATH_SEPARATOR", {";"}}}},
 };
 
-class ClasspathTest : public testing::Test {
- protected:
-  ClasspathTest() {
-    LauncherTestAccess::setPurpose(1);
-    LauncherTestAccess::resetInputFiles();
-    PlatformImpl::setSystemTempDir(sstr(m_temp.path()));
-    begin("", "", {});
-  }
-
-  // A new folder for each row.
-  void begin(const std::string& prepend, const std::string& append,
-             const std::vector<SideFile>& files) {
-    m_dir = std::make_unique<test::TempDir>();
-    LauncherTestAccess::setLauncherFileName(*m_dir / "setup.bin");
-    LauncherTestAccess::setPrependClasspath(here(prepend));
-    LauncherTestAccess::setAppendClasspath(here(append));
-    for (const SideFile& file : files) {
-      test::writeFile(*m_dir / ("setup" + file.extension), file.text);
-    }
-  }
-
-  std::string here(const std::string& text) const {
-    return test::replaced(text, "DIR", m_dir->path());
-  }
-  std::string takeLog() { return test::replaced(m_log.take(), m_dir->path(), "DIR"); }
-
-  std::string resolve(const std::string& command, const test::Tags& tags,
-                      const std::string& archive = "") const {
-    TagFile scriptFile;
-    test::addTags(scriptFile, {{"COMMAND", {command}}, {"ARCHIVE", {archive}}});
-    TagFile jvmFile;
-    test::addTags(jvmFile, {{"CLASSPATH", {"-cp "}}, {"CLASSPATH_SEPARATOR", {":"}}});
-    for (const auto& tag : tags) {
-      jvmFile.removeValue(sstr(tag.first));
-      test::addTags(jvmFile, {tag});
-    }
-    const JVMFile jvm(jvmFile);
-    return test::outcome([&] { return LaunchScript(scriptFile, true).resolve(jvm); });
-  }
-
-  std::unique_ptr<test::TempDir> m_dir;
-  test::TempDir m_temp;
-  test::LogCapture m_log;
-};
-
 TEST_F(ClasspathTest, GoesIntoTheCommand) {
   for (const ClasspathRow& row : kClasspaths) {
     SCOPED_TRACE(row.name);
@@ -310,108 +263,6 @@ TEST_F(ClasspathTest, GoesIntoAVariable) {
     EXPECT_EQ(row.wanted, resolve(row.command, row.tags, row.archive));
     EXPECT_STREQ(row.wantedValue.c_str(), getenv("MY_CP"));
     EXPECT_EQ(row.wantedLog, takeLog());
-  }
-}
-
-// --- Properties and arguments of side files ---
-
-struct SideFileRow {
-  const char* name;
-  std::vector<SideFile> files;
-  std::string command;
-  std::string wanted;
-  test::Tags tags = {};
-};
-
-const test::Tags kProperties = {{"SYSTEM", {"-D"}}, {"SYSTEM_SEPARATOR", {"="}}, {"X", {"ex"}}};
-
-const SideFileRow kSideFiles[] = {
-    {"no properties", {}, "[%RUNTIME_SYSTEMPROP%()]", "[]"},
-    {"one property", {{".sp", "a=b\n"}}, "[%RUNTIME_SYSTEMPROP%()]", "[-Da=b]"},
-    {"two properties", {{".sp", "a=b\nc=d"}}, "[%RUNTIME_SYSTEMPROP%()]", "[-Da=b -Dc=d]"},
-    {"lines without an equal sign are skipped",
-     {{".sp", "a\n\nb=c\nd\n"}},
-     "[%RUNTIME_SYSTEMPROP%()]",
-     "[-Db=c]"},
-    {"value with an equal sign", {{".sp", "a=b=c"}}, "[%RUNTIME_SYSTEMPROP%()]", "[-Da=b=c]"},
-    {"blanks around the equal sign stay",
-     {{".sp", "  a = b  \r\n"}},
-     "[%RUNTIME_SYSTEMPROP%()]",
-     "[-Da = b]"},
-    {"empty name, empty value", {{".sp", "=b\na="}}, "[%RUNTIME_SYSTEMPROP%()]", "[-D=b -Da=]"},
-    {"value is resolved", {{".sp", "a=@X@"}}, "[%RUNTIME_SYSTEMPROP%()]", "[-Da=ex]"},
-
-    {"no arguments", {}, "[%RUNTIME_JAVAARGS%()]", "[]"},
-    {"one argument", {{".ja", "-Xint\n"}}, "[%RUNTIME_JAVAARGS%()]", "[-Xint]"},
-    {"two arguments", {{".ja", "-Xint\n-ea"}}, "[%RUNTIME_JAVAARGS%()]", "[-Xint -ea]"},
-    {"several on a line",
-     {{".ja", " -Xint   -ea \r\n\n-da"}},
-     "[%RUNTIME_JAVAARGS%()]",
-     "[-Xint   -ea -da]"},
-    {"arguments are resolved", {{".ja", "-x @X@"}}, "[%RUNTIME_JAVAARGS%()]", "[-x ex]"},
-    {"an argument that resolves to nothing is skipped",
-     {{".ja", "-a\n@Y@\n-b"}},
-     "[%RUNTIME_JAVAARGS%()]",
-     "[-a -b]"},
-    {"required arguments behind them",
-     {{".ja", "-Xint"}},
-     "[%RUNTIME_JAVAARGS%()]",
-     "[-Xint -req]",
-     {{"REQ_JAVA_ARGS", {"-req"}}}},
-    {"required-args-after-blank",
-     {},
-     "[%RUNTIME_JAVAARGS%()]",
-     "[ -req]",
-     {{"REQ_JAVA_ARGS", {"-req", "second value"}}}},
-    {"required arguments wait for the next pass",
-     {},
-     "[%RUNTIME_JAVAARGS%()]",
-     "[ -req ex]",
-     {{"REQ_JAVA_ARGS", {"-req @X@"}}}},
-};
-
-TEST_F(ClasspathTest, ReadsPropertiesAndArguments) {
-  for (const SideFileRow& row : kSideFiles) {
-    SCOPED_TRACE(row.name);
-    begin("", "", row.files);
-    test::Tags tags = kProperties;
-    tags.insert(tags.end(), row.tags.begin(), row.tags.end());
-    EXPECT_EQ(row.wanted, resolve(row.command, tags));
-    EXPECT_EQ("", takeLog());
-  }
-}
-
-// --- Where the side files lie ---
-
-struct NameRow {
-  const char* name;
-  std::string launcher;
-  std::string wanted;
-};
-
-const NameRow kNames[] = {
-    {"without extension", "DIR/setup", "DIR/setup.cp"},
-    {"with extension", "DIR/setup.bin", "DIR/setup.cp"},
-    {"with two extensions", "DIR/setup.tar.bin", "DIR/setup.tar.cp"},
-    {"dot at the end", "DIR/setup.", "DIR/setup.cp"},
-    {"dot in the folder only", "DIR/x.y/setup", "DIR/x.y/setup.cp"},
-    {"dot in the folder and the name", "DIR/x.y/setup.sh", "DIR/x.y/setup.cp"},
-    {"name begins with a dot", "DIR/.setup", "DIR/.cp"},
-    {"dot in front of a backslash", "DIR/x.y\\setup", "DIR/x.y\\setup.cp"},
-    {"dot behind a backslash", "DIR/x\\setup.bin", "DIR/x\\setup.cp"},
-    {"no folder", "setup.bin", "setup.cp"},
-    {"no folder, no extension", "setup", "setup.cp"},
-};
-
-TEST_F(ClasspathTest, LooksForSideFilesBesideTheOriginalLauncher) {
-  for (const NameRow& row : kNames) {
-    SCOPED_TRACE(row.name);
-    begin("", "", {});
-    const test::ScopedCurrentDir current(m_dir->path());
-    LauncherTestAccess::setOriginalLauncherFileName(here(row.launcher));
-    const std::string path = here(row.wanted);
-    test::writeFile(path.starts_with("/") ? path : *m_dir / path, "found");
-    EXPECT_EQ("-cp found", resolve("%CP%()", {}));
   }
 }
 
