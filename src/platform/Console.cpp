@@ -58,5 +58,5 @@ SString getLine() {
   if (byte != EOF) {
     std::ungetc(byte, stdin);
   }
-  return word;
+  return word.c_str();  // as text, up to its first zero byte
 }

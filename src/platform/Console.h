@@ -26,7 +26,8 @@ void write(const char* text);
 
 // One word of standard input: white space is skipped, then everything up to the next white space is
 // taken. What there is when the input ends, a signal interrupts or the word grows past 64 KiB
-// (the rest stays to be read); so possibly nothing.
+// (the rest stays to be read); so possibly nothing. What follows a zero byte in the word is
+// dropped.
 SString getLine();
 
 #endif

@@ -177,5 +177,6 @@ SString PlatformImpl::promptJVMDestinationDirectory() {
   }
   writeLine(get_msg(kCatalogueAskDestination, nullptr).get());
   std::fflush(stdout);  // who is to answer must see the question, in a pipe too
-  return getLine();
+  // A signal that came before ends no wait, and the next one would end us without the clean-up.
+  return isCanceled() ? SString() : getLine();
 }

@@ -94,7 +94,8 @@ class PlatformImpl {
   static void showUIMessage(const SString& text);
   static void setUITitle(const SString& title);
   static SString getMessageText(MessageIdentifier id);
-  // The directory that the user types (one word); empty in silent mode and at end of input.
+  // The directory that the user types (one word); empty in silent mode, at end of input and when
+  // the user cancels or has canceled.
   static SString promptJVMDestinationDirectory();
 
   // --- Child processes (PlatformProcess) ---
@@ -135,8 +136,9 @@ class PlatformImpl {
   static bool fileExists(const SString& path);
   // Deletes a directory with its whole tree, or anything else alone. Never follows a link.
   static void deleteFile(const SString& path);
-  // Deletes one file, link or empty directory. False when it did not exist (quietly) or could not
-  // be deleted (logged as a warning: "Could not delete PATH :  REASON").
+  // Deletes one file, link or empty directory. False when it cannot be looked at, as it does not
+  // exist or its directory cannot be entered (quietly), or could not be deleted (logged as a
+  // warning: "Could not delete PATH :  REASON").
   static bool deleteOneFile(const SString& path);
   // True when the file system of `directory` (of the current directory, unless it begins with "/")
   // has room for `bytes` in `files` files. Throws the system's text when it cannot be asked.

@@ -7,17 +7,21 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Console.h"
 #include "platform/PlatformImpl.h"
 #include "support/ConsoleState.h"
+#include "support/TestAccess.h"
 #include "support/TestFiles.h"
 
 namespace {
 
 using test::text;
 using enum test::Mode;
+
+using namespace std::string_view_literals;
 
 class Input {
  public:
@@ -32,7 +36,7 @@ class Input {
 
 struct WordRow {
   const char* name;
-  const char* input;
+  std::string_view input;
   std::vector<std::string> wanted;  // of calls one after the other
 };
 
@@ -45,6 +49,8 @@ const WordRow kWordRows[] = {
     {"no input", "", {"", ""}},
     {"white space alone", " \n\t\n", {""}},
     {"bytes beyond ASCII", "/opt/\xC3\xA9\xA0 x", {"/opt/\xC3\xA9\xA0"}},
+    {"a zero byte ends the text, not the word", "/opt\0/jvm x\n"sv, {"/opt", "x", ""}},
+    {"a zero byte first", "\0/opt x\n"sv, {"", "x", ""}},
 };
 
 TEST(ConsoleInput, GetLineReadsWords) {
@@ -117,11 +123,29 @@ TEST(ConsoleInput, Prompt) {
   }
 }
 
-TEST(ConsoleInput, SilentPromptReadsNothing) {
-  const Input input("/opt\n");
-  PlatformImpl::setSilent(true);
-  EXPECT_EQ("", text(PlatformImpl::promptJVMDestinationDirectory()));
-  EXPECT_EQ("/opt", text(getLine()));
+struct UnreadRow {
+  const char* name;
+  test::Mode mode;
+  bool canceled;
+  const char* wantedOutput;
+};
+
+const UnreadRow kUnreadRows[] = {
+    {"silent", Silent, false, ""},
+    {"canceled before", Shown, true, kQuestion},
+    {"silent and canceled", Silent, true, ""},
+};
+
+TEST(ConsoleInput, PromptThatReadsNothing) {
+  for (const UnreadRow& row : kUnreadRows) {
+    const Input input("/opt\n");
+    test::setMode(row.mode);
+    PlatformTestAccess::setCanceled(row.canceled);
+    const auto output = test::captureStdout(
+        [] { EXPECT_EQ("", text(PlatformImpl::promptJVMDestinationDirectory())); });
+    EXPECT_EQ(row.wantedOutput, output) << row.name;
+    EXPECT_EQ("/opt", text(getLine())) << row.name;
+  }
 }
 
 TEST(ConsoleInput, QuestionIsSeenBeforeTheAnswerIsRead) {
