@@ -9,6 +9,7 @@
 #include "launcher/Launcher.h"
 #include "platform/DeleteFullDir.h"
 #include "platform/PlatformImpl.h"
+#include "support/ConsoleState.h"
 #include "support/OrdinaryUser.h"
 #include "support/TestAccess.h"
 #include "support/TestFiles.h"
@@ -20,7 +21,8 @@ using Strings = std::vector<std::string>;
 // A scratch folder in which anybody may work, with a tree to be deleted and the log of that.
 //
 // The tree is described by its entries, relative to the scratch folder: "dir/", "file",
-// "link -> target". After it is made, `lock` takes away the right to delete something in a folder.
+// "link -> target". After it is made, `lock` takes away rights to a folder: by itself that to
+// delete something in it.
 class Scratch {
  public:
   explicit Scratch(const Strings& entries) {
@@ -33,17 +35,19 @@ class Scratch {
       make(entry);
     }
   }
-  ~Scratch() {
-    for (const std::string& path : m_locked) {
-      chmod(path.c_str(), 0777);
-    }
-  }
+  ~Scratch() { unlock(); }
 
   std::string operator/(std::string_view name) const { return m_dir / name; }
 
-  void lock(const std::string& name) {
+  void lock(const std::string& name, mode_t rights = 0555) {
     m_locked.push_back(m_dir / name);
-    EXPECT_EQ(0, chmod(m_locked.back().c_str(), 0555)) << name;
+    EXPECT_EQ(0, chmod(m_locked.back().c_str(), rights)) << name;
+  }
+
+  void unlock() {
+    for (const std::string& path : m_locked) {
+      chmod(path.c_str(), 0777);
+    }
   }
 
   Strings rest() const { return test::listTree(m_dir.path()); }
@@ -220,15 +224,35 @@ TEST(Delete, FilesAndTrees) {
   }
 }
 
-TEST(Delete, ATreeThatCannotBeReadIsTried) {
-  Scratch scratch({"d/", "d/e/", "d/e/f"});
-  ASSERT_EQ(0, chmod((scratch / "d/e").c_str(), 0000));
-  {
-    const test::OrdinaryUser user;
-    PlatformImpl::deleteFile((scratch / "d").c_str());
+struct RightsRow {
+  const char* name;
+  const char* folder;
+  mode_t rights;
+  const char* log;
+};
+
+constexpr const char* kNotEmpty = "WARNING: Could not delete $/d/e :  Directory not empty\n";
+
+// What cannot be looked at gives no line, and yet is a failure, which may protect a folder.
+const RightsRow kRightsRows[] = {
+    {"folder neither listed nor entered", "d/e", 0000, kNotEmpty},
+    {"folder entered, not listed", "d/e", 0333, kNotEmpty},
+    {"folder listed, not entered", "d/e", 0444, kNotEmpty},
+    {"outermost folder listed, not entered", "d", 0444, ""},
+};
+
+TEST(Delete, TreesThatCannotBeReadOrEntered) {
+  for (const RightsRow& row : kRightsRows) {
+    Scratch scratch({"d/", "d/e/", "d/e/f"});
+    scratch.lock(row.folder, row.rights);
+    {
+      const test::OrdinaryUser user;
+      PlatformImpl::deleteFile((scratch / "d").c_str());
+    }
+    scratch.unlock();
+    EXPECT_EQ(row.log, scratch.log()) << row.name;
+    EXPECT_EQ((Strings{"d/", "d/e/", "d/e/f"}), scratch.rest()) << row.name;
   }
-  EXPECT_EQ("WARNING: Could not delete $/d/e :  Directory not empty\n", scratch.log());
-  EXPECT_EQ((Strings{"d/", "d/e/", "d/e/f"}), scratch.rest());
 }
 
 TEST(Delete, TheWalkOfATreeIsNotStopped) {
@@ -236,6 +260,29 @@ TEST(Delete, TheWalkOfATreeIsNotStopped) {
   PlatformTestAccess::setCanceled(true);
   EXPECT_FALSE(DeleteFullDir().process((scratch / "d").c_str()));
   EXPECT_EQ(Strings(), scratch.rest());
+}
+
+struct DotsRow {
+  int files;
+  test::Mode mode;
+  const char* wanted;
+};
+
+const DotsRow kDotsRows[] = {
+    {999, test::Shown, ""}, {1000, test::Shown, "."}, {1000, test::Hidden, ""}};
+
+TEST(Delete, ATreeOfManyFilesShowsADot) {
+  for (const DotsRow& row : kDotsRows) {
+    test::setMode(row.mode);
+    Scratch scratch({"d/"});
+    for (int i = 0; i < row.files; ++i) {
+      ASSERT_EQ(0, symlink("nowhere", (scratch / ("d/" + std::to_string(i))).c_str()));
+    }
+    EXPECT_EQ(row.wanted,
+              test::captureStdout([&] { PlatformImpl::deleteFile((scratch / "d").c_str()); }))
+        << row.files << " files";
+    EXPECT_EQ(Strings(), scratch.rest());
+  }
 }
 
 // --- Clean-up ---
