@@ -53,6 +53,16 @@ bool waitForFile(const std::string& path) {
   return waitUntil(std::chrono::seconds(10), [&path] { return fs::exists(path); });
 }
 
+bool waitForText(const std::string& path, const std::string& text) {
+  return waitUntil(std::chrono::seconds(10),
+                   [&] { return readIfThere(path).find(text) != std::string::npos; });
+}
+
+bool waitUntilAsleep(pid_t pid) {
+  const std::string path = "/proc/" + std::to_string(pid) + "/stat";
+  return waitForText(path, ") S ");
+}
+
 std::string normalised(const std::string& text, const std::string& scratch) {
   std::string result = text;
   for (std::size_t at; (at = result.find(scratch)) != std::string::npos;) {
@@ -78,7 +88,7 @@ std::string withoutIndex(const std::string& log) {
   return rest;
 }
 
-LauncherTest::LauncherTest() : m_launcherPath(dir("app/setup")) {
+LauncherTest::LauncherTest() : m_stub(CORVANE_STUB), m_launcherPath(dir("app/setup")) {
   for (const char* name : {"app", "temp", "current", "trap", "jvms"}) {
     fs::create_directories(dir(name));
   }
@@ -143,7 +153,7 @@ void LauncherTest::pack() {
   test::writeScript(m_launcherPath, "");
   const FilePtr file = openFile(m_launcherPath.c_str(), "wb");
   authoring::LauncherFileWriter writer(file.get());
-  writer.addStub(test::readFile(CORVANE_STUB));
+  writer.addStub(test::readFile(m_stub));
   for (const EmbeddedFile& embedded : m_files) {
     authoring::IndexRecord record;
     record.type = embedded.type;

@@ -55,6 +55,8 @@ class LauncherTest : public ::testing::Test {
   // script and a script that finds and launches. RECORD names a file for the wizard to write into.
   void embedSetup(const std::string& wizard);
   void setPurpose(int purpose) { m_purpose = purpose; }
+  // The bare launcher in front of the embedded files, where it is not the usual one.
+  void setStub(const std::string& path) { m_stub = path; }
 
   // A JVM whose java is a shell script: asked to verify it reports the version, asked to run the
   // wizard it runs `wizard` (shell commands; "$@" are java's arguments). Returns its home.
@@ -103,6 +105,7 @@ class LauncherTest : public ::testing::Test {
   test::TempDir m_dir;
   std::vector<EmbeddedFile> m_files;
   int m_purpose = 1;
+  std::string m_stub;
   int m_nextJVM = 10;
   std::string m_launcherPath;
   std::string m_startPath;
@@ -119,8 +122,11 @@ class LauncherTest : public ::testing::Test {
 std::string normalised(const std::string& text, const std::string& scratch);
 // The lines of the log without the file index at its beginning and the separator line.
 std::string withoutIndex(const std::string& log);
-// Waits until `path` exists, at most ten seconds; false when it does not come.
+// Wait at most ten seconds; false when it does not come to it: until `path` exists, until it holds
+// `text`, until the process has nothing to do but wait (only where the system tells).
 bool waitForFile(const std::string& path);
+bool waitForText(const std::string& path, const std::string& text);
+bool waitUntilAsleep(pid_t pid);
 
 }  // namespace e2e
 

@@ -1,0 +1,187 @@
+// What the user sees: the language, the title, rows of dots, the prompt.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <clocale>
+#include <csignal>
+#include <filesystem>
+
+#include "e2e/LauncherTest.h"
+#include "platform/MessageCatalogue.h"
+
+namespace fs = std::filesystem;
+
+namespace e2e {
+namespace {
+
+constexpr const char* kPreparing = "\nPreparing Java(tm) Virtual Machine...\n";
+constexpr const char* kQuestion =
+    "Supply the destination directory for the Java Virtual Machine:\n";
+
+class ConsoleRun : public LauncherTest {
+ protected:
+  void embedTitle(const std::string& title) {
+    embed(FILE_TYPE_LAUNCH_SCRIPT, 2, "setup.lsc", "DESC: " + title + "\nCOMMAND: true\n");
+  }
+  // An installer that does nothing, of so many chunks of extraction.
+  void embedInstaller(std::size_t chunks = 1) {
+    constexpr std::size_t kChunk = 61439;
+    embed(FILE_TYPE_JVM_INSTALLER, 5, "install",
+          "#!/bin/sh\nexit 1\n" + std::string(kChunk * (chunks - 1), '#'));
+  }
+  // Standard input on which nobody ever answers.
+  void setMuteStdin() {
+    ASSERT_EQ(0, mkfifo(dir("mute").c_str(), 0600));
+    setPrepareChild([this] { dup2(open(dir("mute").c_str(), O_RDWR), STDIN_FILENO); });
+  }
+};
+
+// The table of the language that LANG names, printed as it stands; nothing else chooses it.
+TEST_F(ConsoleRun, Languages) {
+  struct Row {
+    const char* lang;  // null: not set
+    int table;
+  };
+  // QUIRK(hong-kong-reads-english)
+  const Row rows[] = {
+      {nullptr, 0},        {"", 0},       {"C", 0},           {"POSIX", 0},
+      {"xx_YY", 0},        {"zh_HK", 0},  {"zh_HK.Big5", 0},  {"de_DE", 4},
+      {"ja_JP.eucJP", 12}, {"no_NO", 15}, {"pt_PT", 17},      {"pt_BR", 18},
+      {"pt_BR.UTF-8", 18}, {"zh_CN", 25}, {"zh_TW.Big5", 26},
+  };
+  setEnv("LC_ALL", "fr_FR");
+  setEnv("LANGUAGE", "it");
+  embedTitle("Sample");
+  embedInstaller();
+  embedInstructions({"INITIALIZE_UI", "INSTALL_JVM 2"});
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.lang == nullptr ? "not set" : row.lang);
+    row.lang == nullptr ? unsetEnv("LANG") : setEnv("LANG", row.lang);
+    std::string initializing = msg_locale_table[row.table][kCatalogueInitializing];
+    initializing.replace(initializing.find("%s"), 2, "Sample");
+    EXPECT_EQ("Sample\n\n" + initializing + "\n\n" +
+                  msg_locale_table[row.table][kCataloguePreparingJVM] + "\n" +
+                  msg_locale_table[row.table][kCatalogueAskDestination] + "\n\n",
+              run().out);
+  }
+}
+
+TEST_F(ConsoleRun, StubsDifferInTheEncoding) {
+  struct Row {
+    const char* stub;
+    const char* wanted;
+  };
+  const Row rows[] = {{CORVANE_STUB, "Pr\xE9paration"}, {CORVANE_STUB_UTF8, "Pr\xC3\xA9paration"}};
+  setEnv("LANG", "fr_FR");
+  embedInstaller();
+  embedInstructions({"INSTALL_JVM 2"});
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.wanted);
+    setStub(row.stub);
+    pack();
+    const std::string out = run().out;
+    EXPECT_EQ(1u, out.find(row.wanted)) << out;
+  }
+}
+
+bool hasUtf8Locale() {
+  const bool found = std::setlocale(LC_CTYPE, "C.UTF-8") != nullptr;
+  std::setlocale(LC_CTYPE, "C");
+  return found;
+}
+
+TEST_F(ConsoleRun, TitlesInTheUsersEncoding) {
+  if (!hasUtf8Locale()) {
+    GTEST_SKIP() << "no locale C.UTF-8";
+  }
+  struct Row {
+    const char* title;
+    const char* lang;
+    const char* wanted;
+  };
+  const Row rows[] = {
+      {"Caf\\u00e9 \\u65e5", "C.UTF-8", "Caf\xC3\xA9 \xE6\x97\xA5"},
+      {"Caf\\u00e9", "xx_YY.UTF-8", "Caf\xC3\xA9"},
+      {"Caf\\u00e9 x", "C", "Caf"},
+      {"Caf\xC3\xA9 x", "C.UTF-8", "Caf"},
+      {"\\u65e5", "C", ""},
+      {"100%s \\u0041", "C", "100%s A"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.title + std::string(" in ") + row.lang);
+    forgetFiles();
+    embedTitle(row.title);
+    embedInstructions({"INITIALIZE_UI"});
+    pack();
+    setEnv("LANG", row.lang);
+    std::string wanted = row.wanted;
+    wanted.append("\n\nInitializing ").append(row.wanted).append("...\n\n");
+    EXPECT_EQ(wanted, run().out);
+  }
+}
+
+// QUIRK(progress-counts-double), and the end of the run sets the progress to 100.
+TEST_F(ConsoleRun, RowsOfDots) {
+  struct Row {
+    std::size_t chunks;
+    const char* command;
+    std::vector<std::string> args;
+    std::string wanted;
+  };
+  const std::string preparing = kPreparing;
+  const std::string row35 = std::string(35, '.') + "\n";
+  const Row rows[] = {
+      {34, "INSTALL_JVM 1", {}, "Foo\n" + preparing + std::string(34, '.') + "\n"},
+      {35, "INSTALL_JVM 1", {}, "Foo\n" + preparing + row35},
+      {36, "INSTALL_JVM 1", {}, "Foo\n" + preparing + row35 + "."},
+      {71, "INSTALL_JVM 1", {}, "Foo\n" + preparing + row35 + row35 + "."},
+      {36, "INSTALL_JVM 0", {}, "Foo\n"},
+      {36, "INSTALL_JVM 1", {"-cv:silent"}, ""},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(std::to_string(row.chunks) + " " + row.command);
+    forgetFiles();
+    embedTitle("Foo");
+    embedInstaller(row.chunks);
+    embedInstructions({row.command});
+    pack();
+    EXPECT_EQ(row.wanted, run(row.args).out);
+  }
+}
+
+TEST_F(ConsoleRun, ASignalEndsThePrompt) {
+  if (!fs::exists("/proc/self/stat")) {
+    GTEST_SKIP() << "cannot see when the launcher waits";
+  }
+  setMuteStdin();
+  embedInstaller();
+  embedInstructions({"INSTALL_JVM 2", "JMP0 @N1@ none", "ILAUNCH 99 0", ":none"});
+  const pid_t pid = start({"-cv:tempdir", tempDir()});
+  ASSERT_TRUE(waitForText(dir("out.txt"), kQuestion));
+  ASSERT_TRUE(waitUntilAsleep(pid));
+  kill(pid, SIGINT);
+  const Result result = finish(pid);
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(kPreparing + std::string(kQuestion) + "\n", result.out);
+}
+
+TEST_F(ConsoleRun, WhoHasCanceledIsNotWaitedFor) {
+  setMuteStdin();
+  embedSetup("exit 6");
+  test::writeScript(dir("jvms/java17/bin/java"),
+                    "#!/bin/sh\n: >\"$RECORD\"\nwhile :; do /bin/sleep 0.05; done\n");
+  setEnv("PATH", dir("none"));  // no further candidate
+  forgetFiles(FILE_TYPE_INSTRUCTIONS);
+  embedInstaller();
+  embedInstructions({"FIND_JVM 0 1", "INSTALL_JVM 2", "JMP0 @N1@ none", "ILAUNCH 99 0", ":none"});
+  const pid_t pid = start({"-cv:tempdir", tempDir()});
+  ASSERT_TRUE(waitForFile(dir("record.txt")));
+  kill(pid, SIGINT);
+  const Result result = finish(pid);
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ("Sample\n" + std::string(kPreparing) + kQuestion + "\n", result.out);
+}
+
+}  // namespace
+}  // namespace e2e
