@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::size_t kLongestWord = 64 * 1024;
+constexpr std::size_t kLongestWord = std::size_t{64} * 1024;
 
 int skipWhiteSpace() {
   int byte = std::getchar();

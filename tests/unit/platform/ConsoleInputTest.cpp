@@ -63,7 +63,7 @@ TEST(ConsoleInput, GetLineReadsWords) {
 }
 
 TEST(ConsoleInput, GetLineIsBounded) {
-  const std::string bound(64 * 1024, 'x');
+  const std::string bound(std::size_t{64} * 1024, 'x');
   const Input input(bound + " " + bound + "yz\n");
   EXPECT_EQ(bound, text(getLine()));
   EXPECT_EQ(bound, text(getLine()));
