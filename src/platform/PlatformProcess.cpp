@@ -168,7 +168,7 @@ void Output::readSome() {
 // signal, then starts nothing more and tells how the command ended, which is what our caller wants
 // to know. The command itself is not protected. Only where it hears of the signal, too.
 #ifdef __linux__
-constexpr char kSurviveSignals[] = "trap exit 1 2 15; ";
+constexpr char kSurviveSignals[] = "trap 'exit' 1 2 15; ";
 #else
 constexpr char kSurviveSignals[] = "";
 #endif
