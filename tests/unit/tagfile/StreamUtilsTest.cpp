@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "support/TestFiles.h"
+#include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
 using namespace std::string_view_literals;
@@ -67,10 +68,24 @@ const LinesRow kLinesRows[] = {
     {"a longer line", std::string(512, 'x') + "\n", {std::string(512, 'x'), ""}},
     {"a line longer still", std::string(513, 'x') + "y\nz", {std::string(513, 'x') + "y", "z"}},
     {"a very long line", std::string(100000, 'x'), {std::string(100000, 'x')}},
+    {"a block less one byte", std::string(4094, 'x') + "\ny", {std::string(4094, 'x'), "y"}},
+    {"a block", std::string(4095, 'x') + "\ny", {std::string(4095, 'x'), "y"}},
+    {"a block and one byte", std::string(4096, 'x') + "\ny", {std::string(4096, 'x'), "y"}},
+    {"a carriage return in the second block",
+     std::string(4096, 'x') + "\r\ny",
+     {std::string(4096, 'x'), "y"}},
+    {"a carriage return in the first block only",
+     "a\r\n" + std::string(9000, 'x') + "\ny",
+     {"a", std::string(9000, 'x'), "y"}},
     {"blanks at the joints",
      std::string(510, 'x') + "   " + std::string(510, 'y') + "  \n",
      {std::string(510, 'x') + "   " + std::string(510, 'y'), ""}},
 };
+
+std::int64_t positionBehindLine(const std::string& bytes, std::int64_t position) {
+  const std::size_t newline = bytes.find('\n', static_cast<std::size_t>(position));
+  return newline == std::string::npos ? std::ssize(bytes) : static_cast<std::int64_t>(newline) + 1;
+}
 
 TEST(StreamUtilsTest, ReadsLines) {
   for (const LinesRow& row : kLinesRows) {
@@ -83,6 +98,31 @@ TEST(StreamUtilsTest, ReadsLines) {
     }
     EXPECT_EQ(row.wanted, found) << row.name;
   }
+}
+
+TEST(StreamUtilsTest, ReadsLinesAhead) {
+  for (const LinesRow& row : kLinesRows) {
+    const Stream stream(row.bytes);
+    LineReader reader(stream.get(), 1000);
+    std::vector<std::string> found;
+    std::int64_t position = 1000;
+    while (!reader.isAtEnd()) {
+      EXPECT_EQ(position, reader.position()) << row.name;
+      found.emplace_back(withoutBlanks(reader.next()));
+      position = positionBehindLine(row.bytes, position - 1000) + 1000;
+    }
+    EXPECT_EQ(row.wanted, found) << row.name;
+    EXPECT_EQ("", reader.next()) << row.name;
+    EXPECT_TRUE(reader.isAtEnd()) << row.name;
+  }
+}
+
+TEST(StreamUtilsTest, ReadsOnFromWhereTheStreamStands) {
+  const Stream stream("ab\ncd\n");
+  std::fseek(stream.get(), 1, SEEK_SET);
+  LineReader reader(stream.get(), 1);
+  EXPECT_EQ("b", reader.next());
+  EXPECT_EQ(3, reader.position());
 }
 
 TEST(StreamUtilsTest, AppendsTheLineAndTrimsAllOfIt) {
