@@ -138,13 +138,13 @@ void readRawLineFromString(const SString& text, std::size_t& position, SString& 
     return;
   }
   const std::size_t end = std::min(text.find('\n', position), text.size());
-  line.reserve(line.size() + end - position);
-  for (; position < end; ++position) {
-    if (text[position] != '\r') {
-      line += text[position];
-    }
+  std::string_view bytes = text.view().substr(position, end - position);
+  for (std::size_t skip = bytes.find('\r'); skip != bytes.npos; skip = bytes.find('\r')) {
+    line.append(bytes.substr(0, skip));
+    bytes.remove_prefix(skip + 1);
   }
-  ++position;
+  line.append(bytes);
+  position = end + 1;
 }
 
 void readLineFromString(const SString& text, std::size_t& position, SString& line) {
