@@ -25,6 +25,35 @@ void LauncherTestAccess::setPurpose(int purpose) {
   Launcher::m_launcherPurpose = purpose;
 }
 
+std::string LauncherTestAccess::logFileName() {
+  return Launcher::m_logFileName.c_str();
+}
+
+bool LauncherTestAccess::showsJavaConsole() {
+  return Launcher::m_showJavaConsole;
+}
+
+const StringDeque& LauncherTestAccess::args() {
+  return Launcher::m_args;
+}
+
+const StringDeque& LauncherTestAccess::passThroughArgs() {
+  return Launcher::m_passThroughArgs;
+}
+
+void LauncherTestAccess::resetCommandLine() {
+  Launcher::m_logFileName = SString();
+  Launcher::m_logFileInitialized = false;
+  Launcher::m_launcherFileName = SString();
+  Launcher::m_origLauncherFileName = SString();
+  Launcher::m_passThroughArgs.clear();
+  Launcher::m_args.clear();
+  Launcher::m_showJavaConsole = false;
+  Launcher::m_userJavaHome = SString();
+  Launcher::m_prependClasspath = SString();
+  Launcher::m_appendClasspath = SString();
+}
+
 void LauncherTestAccess::resetState() {
   Launcher::m_logFileName = SString();
   Launcher::m_logFileInitialized = false;
@@ -55,4 +84,16 @@ const StringDeque& PlatformTestAccess::createdDirectories() {
 
 bool PlatformTestAccess::deletesLauncher() {
   return PlatformImpl::m_deleteLauncher;
+}
+
+std::string PlatformTestAccess::tempDir() {
+  return PlatformImpl::m_tempDir.c_str();
+}
+
+void PlatformTestAccess::resetOptions() {
+  setCanceled(false);
+  PlatformImpl::setSilent(false);
+  PlatformImpl::setDeleteLauncher(false);
+  PlatformImpl::setSystemTempDir("");
+  PlatformImpl::showUI();
 }

@@ -17,6 +17,12 @@ class LauncherTestAccess {
   static void setAppendClasspath(const std::string& path);
   static void setUserJavaHome(const std::string& path);
   static void setPurpose(int purpose);
+  static std::string logFileName();
+  static bool showsJavaConsole();
+  static const StringDeque& args();
+  static const StringDeque& passThroughArgs();
+  // What the command line leaves behind, as at the start of a process.
+  static void resetCommandLine();
   // Log, purpose and variables as at the start of a process, for test programs that are run by
   // hand, all tests in one process.
   static void resetState();
@@ -31,6 +37,9 @@ class PlatformTestAccess {
   static const StringDeque& createdFiles();
   static const StringDeque& createdDirectories();
   static bool deletesLauncher();
+  static std::string tempDir();  // as chosen; it need not exist
+  // Nothing chosen by an option, nothing canceled, the console on.
+  static void resetOptions();
 };
 
 #endif
