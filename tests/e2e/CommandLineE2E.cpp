@@ -1,5 +1,12 @@
 // The options of the command line, seen from outside.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <filesystem>
+
 #include "e2e/LauncherTest.h"
+
+namespace fs = std::filesystem;
 
 namespace e2e {
 namespace {
@@ -141,6 +148,158 @@ TEST_F(CommandLine, ALaterLogTakesOverWithoutASecondSeparator) {
                 "ERROR: Error in instructions. Invalid command (NONSENSE).  Line number (1)\n"));
 }
 
+// The launcher finds its own file by argv[0] as it stands, behind the current folder unless it is
+// absolute. The file is always the same; MISSING is what is said when it is not found.
+class OwnPath : public LauncherTest {
+ protected:
+  static constexpr const char* kMissing =
+      "Unable to load the launcher file index. Cannot open launcher file.\n";
+
+  // A folder below the scratch folder whose whole path has this length, with a link to the
+  // launcher's file in it.
+  std::string makeFolder(std::size_t length) {
+    fs::path folder = dir("deep");
+    while (folder.native().size() + 1 < length) {
+      const std::size_t rest = length - folder.native().size() - 1;
+      folder /= std::string(rest > 200 ? 100 : rest, 'd');
+    }
+    fs::create_directories(folder);
+    fs::create_symlink(launcherPath(), folder / "setup");
+    return folder;
+  }
+};
+
+TEST_F(OwnPath, IsTheProgramNameBehindTheCurrentFolder) {
+  embedInstructions({"NONSENSE"});
+  pack();
+  const char* const found = "Error in instructions. Invalid command (NONSENSE).  Line number (1)\n";
+  struct Row {
+    const char* name;
+    std::string programName;
+    std::function<void()> goThere;
+    const char* out;
+  };
+  const std::string withoutRoot = launcherPath().substr(1);
+  const auto folder = [](const std::string& path) {
+    return [path] {
+      if (chdir(path.c_str()) != 0) {
+        _exit(125);
+      }
+    };
+  };
+  const auto removed = [&] {
+    folder(dir("removed"))();
+    rmdir(dir("removed").c_str());
+  };
+  const std::string longest = makeFolder(1023);
+  const std::string tooLong = makeFolder(1024);
+  const Row rows[] = {
+      {"absolute", launcherPath(), nullptr, found},
+      {"absolute, not its own", "/no/such/file", nullptr, kMissing},
+      {"relative", "../app/setup", nullptr, found},
+      {"dots stay", "./.././app/../app//setup", nullptr, found},
+      {"a name from PATH", "setup", nullptr, kMissing},
+      {"a name in the current folder", "setup", folder(dir("app")), found},
+      {"in the root folder", withoutRoot, folder("/"), found},
+      {"empty", "", nullptr, kMissing},
+      {"a dash", "-cv:version", nullptr, kMissing},
+      {"the longest current folder", "setup", folder(longest), found},
+      {"a longer current folder is left out", "setup", folder(tooLong), kMissing},
+      {"a longer current folder leaves the root", withoutRoot, folder(tooLong), found},
+      {"a removed current folder is left out", "setup", removed, kMissing},
+      {"a removed current folder leaves the root", withoutRoot, removed, found},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    fs::create_directories(dir("removed"));
+    setProgramName(row.programName);
+    setPrepareChild(row.goThere);
+    const Result result = run();
+    EXPECT_EQ(255, result.status);
+    EXPECT_EQ(row.out, result.out);
+  }
+}
+
+TEST_F(CommandLine, WhereNobodyReadsTheOutput) {
+  struct Row {
+    const char* name;
+    std::function<void()> prepare;
+    const char* out;
+    const char* err;
+  };
+  const auto closed = [](std::vector<int> descriptors) {
+    return [descriptors] {
+      for (const int fd : descriptors) {
+        close(fd);
+      }
+    };
+  };
+  const auto brokenPipe = [] {
+    int ends[2];
+    if (pipe(ends) != 0) {
+      _exit(125);
+    }
+    dup2(ends[1], STDOUT_FILENO);
+    close(ends[0]);
+    close(ends[1]);
+  };
+  const auto fullDisk = [] { dup2(open("/dev/full", O_WRONLY | O_CLOEXEC), STDOUT_FILENO); };
+  const char* const told = "Sample\nit broke\n\n";
+  const Row rows[] = {
+      {"standard output closed", closed({1}), "", ""},
+      {"standard error closed", closed({2}), told, ""},
+      {"standard input closed", closed({0}), told, ""},
+      {"both outputs closed", closed({1, 2}), "", ""},
+      {"all closed", closed({0, 1, 2}), "", ""},
+      {"broken pipe", brokenPipe, "", ""},
+      {"full disk", fullDisk, "", ""},
+  };
+  embedSetup("echo it broke >&2; exit 3");
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    fs::remove(logFile());
+    setPrepareChild(row.prepare);
+    const Result result = run();
+    EXPECT_EQ(3, result.status);
+    EXPECT_EQ(row.out, result.out);
+    EXPECT_EQ("", result.err);
+    // What was for the console is not in the log, which is opened first of all.
+    EXPECT_EQ(std::string::npos, result.log.find("Sample\n"));
+    EXPECT_NE(std::string::npos, result.log.find("ErrOut:\nit broke\n\n"));
+  }
+}
+
+TEST_F(CommandLine, ArgumentsOfTheGreatestLength) {
+  const std::string text(100000, 'x');  // the system takes 128 KB
+  const std::string noTemp = "Cannot use " + text;
+  struct Row {
+    const char* name;
+    std::vector<std::string> args;
+    int status;
+    std::string out;
+  };
+  const Row rows[] = {
+      {"passed on", {text}, 7, "Sample\n"},
+      {"log", {"-cv:log", text}, 7, "Sample\n"},
+      {"in",
+       {"-cv:in", text},
+       255,
+       "Could not load the input file.Unable to open input file specified on the command line "
+       "after the -in option.\n"
+       "Unable to open input file specified on the command line after the -in option.\n"},
+      {"javahome", {"-cv:javahome", text}, 7, "Sample\n"},
+      // The text that names the folder has room for 1023 characters.
+      {"tempdir", {"-cv:tempdir", text}, 255, "Sample\n" + noTemp.substr(0, 1023) + "\n"},
+  };
+  embedRecorder();
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    const Result result = run(row.args);
+    EXPECT_EQ(row.status, result.status);
+    EXPECT_EQ(row.out, result.out);
+  }
+}
+
 TEST_F(CommandLine, OrigDeletesTheRunningCopyAndItsEmptyFolder) {
   setLauncherPath(dir("copy/setup"));
   embedInstructions({"// nothing to do"});
@@ -156,6 +315,82 @@ TEST_F(CommandLine, OrigKeepsAFolderThatHoldsMore) {
   test::writeFile(dir("copy/other"), "kept");
   run({"-cv:orig", dir("app/setup")});
   EXPECT_EQ(std::vector<std::string>{"other"}, test::listTree(dir("copy")));
+}
+
+TEST_F(CommandLine, OrigDeletesTheRunningCopyWhateverTheStatus) {
+  struct Row {
+    const char* name;
+    std::vector<std::string> args;
+    int status;
+  };
+  const Row rows[] = {
+      {"no run", {"-cv:orig", "x", "-cv:version"}, 0},
+      {"a failed run", {"-cv:orig", "x"}, 255},
+      {"a failed option", {"-cv:orig", "x", "-cv:in", "/no/file"}, 255},
+      {"named twice, then not", {"-cv:orig", "x", "-cv:orig", "y", "-cv:orig"}, 255},
+  };
+  setLauncherPath(dir("copy/setup"));
+  embedInstructions({"NONSENSE"});
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    pack();
+    EXPECT_EQ(row.status, run(row.args).status);
+    EXPECT_FALSE(fs::exists(dir("copy")));
+  }
+}
+
+TEST_F(CommandLine, ExtractAmongOthers) {
+  const std::string runAll = test::writeFile(dir("run.tag"), "ACTION: RUN_INSTRUCTIONS\n");
+  const std::string search = test::writeFile(dir("search.tag"), "ACTION: SEARCH\n");
+  const char* const error = "Error in instructions. Invalid command (NONSENSE).  Line number (1)\n";
+  struct Row {
+    const char* name;
+    std::vector<std::string> args;
+    int status;
+    std::string out;
+  };
+  // The files take two dots: that of the script, which is one chunk, and that of the archive.
+  const Row rows[] = {
+      {"alone", {"-cv:extract"}, 0, "..\n"},
+      {"twice", {"-cv:extract", "-cv:extract"}, 0, "..\n.."},
+      {"silent", {"-cv:silent", "-cv:extract"}, 0, ""},
+      {"silent behind", {"-cv:extract", "-cv:silent"}, 0, "..\n"},
+      {"version behind", {"-cv:extract", "-cv:version"}, 0, "..\n2.52\n"},
+      {"version in front", {"-cv:version", "-cv:extract"}, 0, "2.52\n..\n"},
+      {"log name missing behind",
+       {"-cv:extract", "-cv:log"},
+       255,
+       std::string("..\n") + kLogNameMissing},
+      // Its index counts as loaded, without the script in it.
+      {"the run that an input file asks for then has no script",
+       {"-cv:extract", "-cv:in", runAll},
+       255,
+       "..\n"},
+      {"unless the input file names one",
+       {"-cv:extract", "-cv:in", "input.tag"},
+       255,
+       std::string("..\n") + error},
+      {"a search has no jvm files either", {"-cv:extract", "-cv:in", search}, 0, "..\n0\n"},
+      {"behind an input file it takes the run away", {"-cv:in", runAll, "-cv:extract"}, 0, ""},
+      {"behind an input file without a name",
+       {"-cv:extract", "-cv:in"},
+       255,
+       std::string("..\n") + kInNameMissing},
+  };
+  embedInstructions({"NONSENSE"});
+  embed(FILE_TYPE_JAR, 2, "a.jar", "x");
+  expectLeftovers();
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    for (const char* file : {"a.jar", "input.tag", "setup.ins"}) {
+      fs::remove(currentDir() + "/" + file);
+    }
+    const Result result = run(row.args);
+    EXPECT_EQ(row.status, result.status);
+    EXPECT_EQ(row.out, result.out);
+    EXPECT_EQ((std::vector<std::string>{"a.jar", "input.tag", "setup.ins"}),
+              test::listTree(currentDir()));
+  }
 }
 
 TEST_F(CommandLine, ABareStubHasNoScript) {

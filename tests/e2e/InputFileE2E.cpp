@@ -229,5 +229,148 @@ TEST_F(InputFile, AFileItNamesThatDoesNotLoad) {
   }
 }
 
+// Each performs its action; the run, which an action may ask for or take away, comes last.
+TEST_F(InputFile, SeveralInputFiles) {
+  const auto tags = [this](const std::string& name, const std::string& text) {
+    return test::writeFile(dir(name), text + "LOGFILE: " + logFile() + "\n");
+  };
+  const std::string runAll = tags("run.tag", "ACTION: RUN_INSTRUCTIONS\n");
+  const std::string search = tags("search.tag", "ACTION: SEARCH\n");
+  const std::string install = tags("install.tag", "ACTION: INSTALL_JVM\n");
+  const std::string verify = tags("verify.tag", "ACTION: VERIFY_JVM\n");
+  const std::string invalid = tags("invalid.tag", "ACTION: NONE\n");
+  const std::string other =
+      tags("other.tag", "ACTION: RUN_INSTRUCTIONS\nINSTRUCTIONS: " +
+                            test::writeFile(dir("o.ins"), "INSTRUCTIONS: OTHER\n") + "\n");
+  const auto error = [](const std::string& command) {
+    return "Error in instructions. Invalid command (" + command + ").  Line number (1)\n";
+  };
+  const std::string nameMissing = "An input file name must follow the '-in' command line option.\n";
+  const std::string noAction = "Invalid action in input file: NONE\n";
+  struct Row {
+    const char* name;
+    std::vector<std::string> files;
+    int status;
+    std::string out;
+  };
+  const Row rows[] = {
+      {"the same twice", {search, search}, 0, "0\n0\n"},
+      {"a run asked for twice is one", {runAll, runAll}, 255, error("EMBEDDED")},
+      {"a later action takes the run away", {runAll, search}, 0, "0\n"},
+      {"so does one that does nothing", {runAll, install}, 0, ""},
+      {"so does one that fails", {runAll, verify}, 255, ""},
+      {"a later one asks for the run", {search, runAll}, 255, "0\n" + error("EMBEDDED")},
+      {"a status stays when nothing replaces it", {verify, search}, 255, "0\n"},
+      {"the later script counts", {runAll, other}, 255, error("OTHER")},
+      {"a script stays when the next names none", {other, runAll}, 255, error("OTHER")},
+      {"an invalid action ends it", {search, invalid, search}, 255, "0\n" + noAction + noAction},
+      {"a name that is missing ends no earlier one", {search, ""}, 255, "0\n" + nameMissing},
+      {"a name that is missing takes the run away", {runAll, ""}, 255, nameMissing},
+  };
+  embedInstructions({"EMBEDDED"});
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    std::vector<std::string> args;
+    for (const std::string& file : row.files) {
+      args.push_back("-cv:in");
+      if (!file.empty()) {
+        args.push_back(file);
+      }
+    }
+    const Result result = runBare(args);
+    EXPECT_EQ(row.status, result.status);
+    EXPECT_EQ(row.out, result.out);
+  }
+}
+
+// LOGFILE counts from the moment the input file has been read.
+TEST_F(InputFile, WhichLogIsToldWhat) {
+  const std::string noFile = "Error loading JVM file.Unable to load input file: /no/file\n";
+  const std::string invalid = "Invalid action in input file: NONE\n";
+  const std::string toOther = "LOGFILE: " + dir("other.txt") + "\n";
+  const std::string toBlock = "LOGFILE:\n" + dir("other.txt") + "\n/nowhere\n/:\n";
+  const std::string path = dir("in.tag");
+  const std::string loading = "------------------\nLoading input file " + path + "\n";
+  struct Row {
+    const char* name;
+    std::string tags;
+    std::string log;
+    std::string other;
+  };
+  const Row rows[] = {
+      {"read, but naming a bad file", "JVM: /no/file\n" + toOther, loading, "ERROR: " + noFile},
+      {"an invalid action", "ACTION: NONE\n" + toOther, loading, "ERROR: " + invalid},
+      {"the first value counts", "ACTION: NONE\n" + toBlock, loading, "ERROR: " + invalid},
+      {"an empty name switches it off", "ACTION: NONE\nLOGFILE:\n/:\n", loading, ""},
+      {"not read", toOther + "ACTION NONE\n",
+       loading + "ERROR: Syntax error in " + path +
+           " at line 2 ==> Missing colon at the end of the tag name.\n"
+           "ERROR: Syntax error in " +
+           path + " at line 2 ==> Missing colon at the end of the tag name.\n",
+       ""},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    std::filesystem::remove(logFile());
+    test::writeFile(dir("other.txt"), "");
+    const Result result = run({"-cv:in", test::writeFile(path, row.tags)});
+    EXPECT_EQ(255, result.status);
+    EXPECT_EQ(row.log, result.log);
+    EXPECT_EQ(row.other, withoutIndex(test::readFile(dir("other.txt"))));
+  }
+}
+
+// The flags switch the console, for the run, too, which closes its row of dots.
+TEST_F(InputFile, FlagsShowTheConsole) {
+  struct Row {
+    const char* tags;
+    const char* out;
+  };
+  const char* const searching = "\nSearching for Java(tm) Virtual Machine...\n0\n\n";
+  const Row rows[] = {
+      {"ACTION: RUN_INSTRUCTIONS\n", ""},
+      {"ACTION: RUN_INSTRUCTIONS\nSHOW_PROGRESS: 0\nSHOW_FAIL_MSG: 0\n", ""},
+      {"ACTION: RUN_INSTRUCTIONS\nSHOW_PROGRESS: 1\n", "\n"},
+      {"ACTION: RUN_INSTRUCTIONS\nSHOW_FAIL_MSG: 1\n", "\n"},
+      {"ACTION: RUN_INSTRUCTIONS\nSHOW_FAIL_MSG: -1\n", "\n"},
+      {"ACTION: RUN_INSTRUCTIONS\nSHOW_PROGRESS: true\n", ""},
+      {"ACTION:\nRUN_INSTRUCTIONS\nSEARCH\n/:\nSHOW_PROGRESS: 1\n", "\n"},
+      {"ACTION: SEARCH\nSHOW_PROGRESS: 1\n", searching},
+      {"ACTION: SEARCH\nSHOW_PROGRESS: 2\n", searching},
+      {"ACTION: INSTALL_JVM\nSHOW_PROGRESS: 1\n", "\n"},
+      {"ACTION: INSTALL_JVM\nSHOW_FAIL_MSG: 1\n", "\n"},
+  };
+  embedInstructions({"// nothing to do"});
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.tags);
+    const Result result = runBare({"-cv:in", input(row.tags)});
+    EXPECT_EQ(0, result.status);
+    EXPECT_EQ(row.out, result.out);
+  }
+}
+
+TEST_F(InputFile, SilentOutlastsTheFlags) {
+  embedInstructions({"NONSENSE"});
+  for (const char* action : {"NONE", "RUN_INSTRUCTIONS", "VERIFY_JVM"}) {
+    const Result result = runBare(
+        {"-cv:silent", "-cv:in",
+         input("ACTION: " + std::string(action) + "\nSHOW_PROGRESS: 1\nSHOW_FAIL_MSG: 1\n")});
+    EXPECT_EQ(255, result.status);
+    EXPECT_EQ("", result.out);
+  }
+}
+
+TEST_F(InputFile, AnIndexThatCannotBeRead) {
+  setLauncherPath(dir("app/setup"));
+  test::writeScript(launcherPath(), test::readFile(CORVANE_STUB) + "\1" + test::bigEndian32(-1) +
+                                        "\xCA\x82\xCA\x82");
+  usePackedFile();
+  const std::string text = "Unable to load the launcher file index. Invalid file index offset.\n";
+  const Result result = run({"-cv:in", input("ACTION: SEARCH\n")});
+  EXPECT_EQ(255, result.status);
+  EXPECT_EQ(text, result.out);
+  EXPECT_EQ("ERROR: " + text, result.log.substr(result.log.find("ERROR")));
+}
+
 }  // namespace
 }  // namespace e2e

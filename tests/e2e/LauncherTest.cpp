@@ -184,7 +184,8 @@ pid_t LauncherTest::start(const std::vector<std::string>& args) {
   std::vector<std::string> environment;
   std::transform(m_env.begin(), m_env.end(), std::back_inserter(environment),
                  [](const auto& entry) { return entry.first + "=" + entry.second; });
-  std::vector<std::string> words{m_startPath.empty() ? m_launcherPath : m_startPath};
+  const std::string path = m_startPath.empty() ? m_launcherPath : m_startPath;
+  std::vector<std::string> words{m_programName.value_or(path)};
   words.insert(words.end(), args.begin(), args.end());
   const auto pointers = [](std::vector<std::string>& strings) {
     std::vector<char*> result;
@@ -208,7 +209,7 @@ pid_t LauncherTest::start(const std::vector<std::string>& args) {
     if (m_prepareChild) {
       m_prepareChild();
     }
-    execve(argv[0], argv.data(), envp.data());
+    execve(path.c_str(), argv.data(), envp.data());
     _exit(126);
   }
   return pid;

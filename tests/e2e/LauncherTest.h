@@ -13,6 +13,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -77,6 +78,8 @@ class LauncherTest : public ::testing::Test {
   void setStdin(const std::string& text) { m_stdin = text; }
   // The path by which the launcher is started, where it differs from that of its file.
   void setStartPath(const std::string& path) { m_startPath = path; }
+  // What the launcher is told as argv[0], where it differs from that path.
+  void setProgramName(const std::string& name) { m_programName = name; }
   // Called in the child, just before the launcher starts.
   void setPrepareChild(std::function<void()> prepare) { m_prepareChild = std::move(prepare); }
 
@@ -109,6 +112,7 @@ class LauncherTest : public ::testing::Test {
   int m_nextJVM = 10;
   std::string m_launcherPath;
   std::string m_startPath;
+  std::optional<std::string> m_programName;
   std::map<std::string, std::string> m_env;
   std::string m_stdin;
   std::function<void()> m_prepareChild;

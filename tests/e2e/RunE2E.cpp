@@ -38,6 +38,48 @@ TEST_F(Run, ExitCodesAndErrorTextByPurpose) {
   }
 }
 
+// What the last wizard said is shown behind whatever else failed.
+TEST_F(Run, ErrorTextBehindAnotherFailure) {
+  struct Row {
+    const char* name;
+    std::vector<std::string> lines;  // behind the first wizard, which says so
+    int status;
+    const char* out;
+  };
+  const Row rows[] = {
+      {"nothing failed", {"// done"}, 0, ""},
+      {"an error in the script",
+       {"NONSENSE"},
+       255,
+       "Error in instructions. Invalid command (NONSENSE).  Line number (3)\nit broke\n\n"},
+      {"an operation that fails",
+       {"INSTALL_JVM 0"},
+       255,
+       "No JVM installer was included in the launcher.\nit broke\n\n"},
+      {"a wizard that does not start", {"ILAUNCH 99 0"}, 255, "it broke\n\n"},
+      {"a wizard without its jvm file",
+       {"LAUNCH none 0"},
+       255,
+       "Unable to load input file: none\nit broke\n\n"},
+      {"a second wizard says nothing", {"LAUNCH @S2@ 0", "ILAUNCH 99 0"}, 255, ""},
+  };
+  setPurpose(0);
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    forgetFiles();
+    fs::remove(dir("record.txt"));
+    embedSetup("[ -f \"$RECORD\" ] || echo it broke >&2; : >\"$RECORD\"");
+    forgetFiles(FILE_TYPE_INSTRUCTIONS);
+    std::vector<std::string> lines{"FIND_JVM 0 0", "LAUNCH @S2@ 0"};
+    lines.insert(lines.end(), row.lines.begin(), row.lines.end());
+    embedInstructions(lines);
+    pack();
+    const Result result = run();
+    EXPECT_EQ(row.status, result.status);
+    EXPECT_EQ("Sample\n" + std::string(row.out), result.out);
+  }
+}
+
 TEST_F(Run, SilentSuppressesTheErrorText) {
   embedSetup("echo it broke >&2; exit 3");
   const Result result = run({"-cv:silent"});
@@ -261,16 +303,6 @@ TEST_F(Run, TemporaryFolderWithBlanks) {
   fs::create_directories(dir("a b"));
   EXPECT_EQ(6, runBare({"-cv:tempdir", dir("a b")}).status);
   EXPECT_TRUE(fs::is_empty(dir("a b")));
-}
-
-TEST_F(Run, ClosedStandardDescriptors) {
-  embedSetup("echo wizard; exit 6");
-  setPrepareChild([] {
-    for (const int fd : {0, 1, 2}) {
-      close(fd);
-    }
-  });
-  EXPECT_EQ(6, run().status);
 }
 
 TEST_F(Run, SignalsReachTheWizardAndTheCleanUpRuns) {
