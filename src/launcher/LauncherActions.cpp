@@ -67,6 +67,8 @@ const Launcher::ActionRow Launcher::kActions[] = {
     {"VERIFY_JVM",
      [](const InputRequest& request, RunPlan& plan) { performVerify(request, plan); }},
     {"INSTALL_JVM",
+     // QUIRK(install-without-values): nothing is done or told, and the status stays 0, while
+     // VERIFY_JVM calls the same an error. Calling programs leave a value away to skip the step.
      [](const InputRequest& request, RunPlan& plan) {
        const SString installer = request.value("INSTALL_JVM_EXE");
        const SString destination = request.value("INSTALL_JVM_DEST");
@@ -90,8 +92,11 @@ void Launcher::performVerify(const InputRequest& request, RunPlan& plan) {
   PlatformImpl::setUIProgress(100);
 }
 
-// Reads the input file and turns logging over to the file that it names, or off. Failures are told
-// here, in front of what `process` says.
+// Reads the input file and turns logging over to the file that it names.
+// QUIRK(no-logfile-no-log): without LOGFILE the log is switched off, also that of "-cv:log": the
+// calling program alone says what is logged.
+// QUIRK(input-failure-told-twice): a failure is shown here, behind a text of its own, and again by
+// `process`. Calling programs read either line.
 void Launcher::readInputFile(const SString& argument, TagFile& tags) {
   try {
     const FilePtr file = openInputFile(argument);

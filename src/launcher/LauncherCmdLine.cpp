@@ -56,6 +56,8 @@ const Launcher::OptionRow Launcher::kOptions[] = {
      },
      nullptr},
     {"-cv:javahome", true, [](RunPlan&, const SString& home) { m_userJavaHome = home; }, nullptr},
+    // QUIRK(extract-leaves-no-script): the index counts as loaded from here on, without what its
+    // tag files hold; a run that a later input file asks for has only what that file names.
     {"-cv:extract", false,
      [](RunPlan& plan, const SString&) {
        withPrefix(MSG_FILE_INDEX_LOAD_FAILED, [] { m_inputFiles.load(false); });

@@ -16,7 +16,9 @@ constexpr std::size_t kCurrentDirCapacity = 1024;
 constexpr std::int32_t kQuietFailure = 232;
 
 // The launcher's own path as the user started it, behind the current directory unless it is
-// absolute. A current directory that cannot be told leaves "/" in front of it.
+// absolute.
+// QUIRK(untold-directory-is-root): a current directory that cannot be told, or is longer than the
+// room for it, leaves "/" in front. Programs whose own directory is gone so name us from the root.
 SString makeAbsolute(const char* path) {
   if (path[0] == '/') {
     return path;

@@ -204,6 +204,7 @@ TEST_F(OwnPath, IsTheProgramNameBehindTheCurrentFolder) {
       {"empty", "", nullptr, kMissing},
       {"a dash", "-cv:version", nullptr, kMissing},
       {"the longest current folder", "setup", folder(longest), found},
+      // QUIRK(untold-directory-is-root)
       {"a longer current folder is left out", "setup", folder(tooLong), kMissing},
       {"a longer current folder leaves the root", withoutRoot, folder(tooLong), found},
       {"a removed current folder is left out", "setup", removed, kMissing},
@@ -361,7 +362,7 @@ TEST_F(CommandLine, ExtractAmongOthers) {
        {"-cv:extract", "-cv:log"},
        255,
        std::string("..\n") + kLogNameMissing},
-      // Its index counts as loaded, without the script in it.
+      // QUIRK(extract-leaves-no-script)
       {"the run that an input file asks for then has no script",
        {"-cv:extract", "-cv:in", runAll},
        255,

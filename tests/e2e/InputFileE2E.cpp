@@ -17,6 +17,7 @@ class InputFile : public LauncherTest {
   }
 };
 
+// QUIRK(input-failure-told-twice)
 TEST_F(InputFile, FailuresAreShownTwiceAndLoggedOnce) {
   struct Row {
     const char* name;
@@ -80,6 +81,7 @@ TEST_F(InputFile, InvalidActions) {
   }
 }
 
+// QUIRK(no-logfile-no-log)
 TEST_F(InputFile, WithoutLogFileTheLogIsSwitchedOff) {
   const std::string path = test::writeFile(dir("in.tag"), "ACTION: SEARCH\n");
   const Result result = run({"-cv:in", path});
@@ -169,6 +171,7 @@ TEST_F(InputFile, VerifyOfAMissingJvmFileIsAnError) {
   EXPECT_EQ("Unable to load input file: /no/file\n", result.out);
 }
 
+// QUIRK(install-without-values)
 TEST_F(InputFile, InstallNeedsBothValuesAndSaysNothing) {
   for (const char* more : {"", "INSTALL_JVM_EXE: x\n", "INSTALL_JVM_DEST: y\n"}) {
     SCOPED_TRACE(more);
