@@ -28,6 +28,11 @@ SString homeFromPathEntry(const SString& dir, const SString& exe) {
   return home;
 }
 
+// Who has canceled wants no further candidate tried.
+bool goesOn(const std::unique_ptr<JVMMatch>& match) {
+  return match == nullptr && !PlatformImpl::isCanceled();
+}
+
 }  // namespace
 
 bool JVMFile::beginHintSearch(const char* strategy) const {
@@ -45,7 +50,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformHints(const SString& classp
     return match;
   }
   const long count = m_tagFile.getTagValueCount("PLATFORM_HINT");
-  for (long i = 0; i < count && match == nullptr; ++i) {
+  for (long i = 0; i < count && goesOn(match); ++i) {
     match = verifyPlatformHint(tagValue("PLATFORM_HINT", i), classpath, verifyClass);
   }
   return match;
@@ -56,7 +61,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyPlatformHint(const SString& hint, const
   std::unique_ptr<JVMMatch> match;
   StringDeque homes;
   PlatformImpl::getPlatformHint(homes, hint);
-  for (long i = 0; i < homes.size() && match == nullptr; ++i) {
+  for (long i = 0; i < homes.size() && goesOn(match); ++i) {
     if (!homes[i].empty()) {
       Launcher::logMessage(
           "Checking JVM at " + homes[i] + " which was resolved from platform hint " + hint,
@@ -74,7 +79,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyWithPathHints(const SString& classpath,
     return match;
   }
   const long count = m_tagFile.getTagValueCount("PATH_HINT");
-  for (long i = 0; i < count && match == nullptr; ++i) {
+  for (long i = 0; i < count && goesOn(match); ++i) {
     const SString hint = tagValue("PATH_HINT", i);
     match = hint.startsWith(kPathSeparator) ? verifyAbsoluteHint(hint, classpath, verifyClass)
                                             : verifyRelativeHint(hint, classpath, verifyClass);
@@ -87,7 +92,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyAbsoluteHint(const SString& hint, const
   std::unique_ptr<JVMMatch> match;
   StringDeque partitions;
   PlatformImpl::getJVMSearchPartitions(partitions);
-  for (long i = 0; i < partitions.size() && match == nullptr; ++i) {
+  for (long i = 0; i < partitions.size() && goesOn(match); ++i) {
     SString home = partitions[i];
     appendPathSeparator(home);
     home += hint.substr(1);
@@ -120,7 +125,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformJVMPaths(const SString& cla
   }
   StringDeque dirs;
   PlatformImpl::getPlatformJVMPaths(dirs);
-  for (long i = 0; i < dirs.size() && match == nullptr; ++i) {
+  for (long i = 0; i < dirs.size() && goesOn(match); ++i) {
     if (dirs[i].empty()) {
       continue;
     }

@@ -54,13 +54,18 @@ void JVMFiles::search(JVMMatchPtrDeque& matches) {
   }
 }
 
+// Who has canceled wants no further candidate tried: the search then ends without a match.
+bool JVMFiles::isStillSearching() const {
+  return m_currentMatch == nullptr && !PlatformImpl::isCanceled();
+}
+
 void JVMFiles::searchUserHome() {
   const SString& home = Launcher::getUserJavaHome();
   if (home.empty()) {
     return;
   }
   Launcher::logMessage("Checking user specified Java home directory => " + home, LOG_INFO);
-  for (long i = 0; i < m_jvmFiles.size() && m_currentMatch == nullptr; ++i) {
+  for (long i = 0; i < m_jvmFiles.size() && isStillSearching(); ++i) {
     m_currentMatch = m_jvmFiles[i]->verify(home, m_verifyClasspath, m_verifyClass);
   }
 }
@@ -68,16 +73,16 @@ void JVMFiles::searchUserHome() {
 bool JVMFiles::searchHints() {
   Launcher::logMessage("Initiating JVM search based on hints...", LOG_INFO);
   bool isScanWanted = false;
-  for (long i = 0; i < m_jvmFiles.size() && m_currentMatch == nullptr && !isScanWanted; ++i) {
+  for (long i = 0; i < m_jvmFiles.size() && isStillSearching() && !isScanWanted; ++i) {
     JVMFile& jvmFile = *m_jvmFiles[i];
     isScanWanted = jvmFile.isSearchAll();
     const SubStatusWrapper subStatus;
     PlatformImpl::setUISubStatus(UI_SUBSTATUS_SEARCHING_FOR, jvmFile.getDesc());
     m_currentMatch = jvmFile.verifyWithPlatformHints(m_verifyClasspath, m_verifyClass);
-    if (m_currentMatch == nullptr) {
+    if (isStillSearching()) {
       m_currentMatch = jvmFile.verifyWithPathHints(m_verifyClasspath, m_verifyClass);
     }
-    if (m_currentMatch == nullptr) {
+    if (isStillSearching()) {
       m_currentMatch = jvmFile.verifyWithPlatformJVMPaths(m_verifyClasspath, m_verifyClass);
     }
   }

@@ -43,6 +43,7 @@ class JVMFiles : public FileFindListener {
   void setVerifyClass(const SString& classpath, const SString& verifyClass);
 
  private:
+  bool isStillSearching() const;
   void searchUserHome();
   bool searchHints();  // true when the last jvm file looked at asks for the scan
   void verifyUnverifiedMatches(JVMMatchPtrDeque& matches);

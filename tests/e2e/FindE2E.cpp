@@ -2,6 +2,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "e2e/LauncherTest.h"
@@ -152,6 +153,22 @@ TEST_F(Find, WhatIsNoProgram) {
     row.make(dir("jvms/x/bin/java"));
     EXPECT_EQ(255, run().status);
   }
+}
+
+TEST_F(Find, CtrlCEndsTheSearchWithoutAMatch) {
+  test::writeScript(dir("jvms/slow/bin/java"), "#!/bin/sh\n: >\"$RECORD\"\nexec sleep 20\n");
+  const std::string good = makeJVM("good", "17.0.2");
+  setEnv("RECORD", dir("record.txt"));
+  setEnv("HINT", dir("jvms/slow") + ":" + good);
+  embedJVM("PLATFORM_HINT: HINT\nPATH_HINT: " + good + "\n");
+  embedFind();
+  const pid_t pid = start({"-cv:tempdir", tempDir(), "-cv:log", logFile()});
+  ASSERT_TRUE(waitForFile(dir("record.txt")));
+  kill(pid, SIGINT);
+  const Result result = finish(pid);
+  EXPECT_EQ(255, result.status);  // the script's own way of failing
+  EXPECT_EQ("", result.out);
+  EXPECT_EQ("DIR/jvms/slow/bin/java\n", triedPlaces(result.log, scratch()));
 }
 
 // The scan walks the whole disk: here a disk of its own, behind chroot.

@@ -390,6 +390,16 @@ TEST_F(JVMFilesTest, CancelingEndsTheVerification) {
   EXPECT_EQ(0, matches.size());
 }
 
+TEST_F(JVMFilesTest, CancelingEndsTheSearch) {
+  const auto files = makeFiles({java("J17", kWants17 + std::string("PATH_HINT: /no/where\n"))});
+  PlatformTestAccess::setCanceled(true);
+  JVMMatchPtrDeque matches;
+  files->search(matches);
+  PlatformTestAccess::setCanceled(false);
+  EXPECT_EQ("Initiating JVM search based on hints...\n", takeLog());
+  EXPECT_EQ(0, matches.size());
+}
+
 TEST_F(JVMFilesTest, OnlyTheFirstJVMFileIsRunDuringTheScan) {
   const auto files = makeFiles({java("J1", kWants1), java("J17", kWants17)});
   setScanRoots({"DIR/a"});
