@@ -1,53 +1,14 @@
 #include "platform/FileNavigator.h"
 
-#include <dirent.h>
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <memory>
-
+#include "platform/DirectoryReader.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TextUtils.h"
 
 namespace {
 
 constexpr unsigned long kFilesPerProgress = 1000;
-
-struct DirectoryCloser {
-  void operator()(DIR* directory) const { closedir(directory); }
-};
-using OpenDirectory = std::unique_ptr<DIR, DirectoryCloser>;
-
-// Only the root may be reached through a link: any other directory that has become one since it
-// was seen is not the directory that was meant.
-OpenDirectory openDirectory(const char* path, bool isRoot) {
-  const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (isRoot ? 0 : O_NOFOLLOW);
-  const int fd = open(path, flags);
-  if (fd == -1) {
-    return nullptr;
-  }
-  OpenDirectory directory(fdopendir(fd));
-  if (directory == nullptr) {
-    close(fd);
-  }
-  return directory;
-}
-
-bool isDotOrDotDot(const char* name) {
-  return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
-}
-
-bool isDirectoryEntry(DIR* directory, const dirent& entry) {
-#ifdef DT_UNKNOWN
-  if (entry.d_type != DT_UNKNOWN) {
-    return entry.d_type == DT_DIR;
-  }
-#endif
-  struct stat status;
-  return fstatat(dirfd(directory), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-         S_ISDIR(status.st_mode);
-}
 
 }  // namespace
 
@@ -71,21 +32,17 @@ bool FileNavigator::process(const SString& root) {
 }
 
 bool FileNavigator::listDirectory(const SString& directory, bool isRoot) {
-  const OpenDirectory entries = openDirectory(directory.c_str(), isRoot);
-  if (entries == nullptr) {
-    return false;
-  }
+  // Only the root may be reached through a link: any other directory that has become one since it
+  // was seen is not the directory that was meant.
+  DirectoryReader entries(directory.c_str(),
+                          isRoot ? DirectoryReader::Links::Follow : DirectoryReader::Links::Refuse);
   SString path = directory;
   appendPathSeparator(path);
   const std::size_t nameStart = path.size();
   bool isStopped = false;
-  const dirent* entry = nullptr;
-  while (!isStopped && !isCanceled() && (entry = readdir(entries.get())) != nullptr) {
-    if (isDotOrDotDot(entry->d_name)) {
-      continue;
-    }
-    path.replace(nameStart, SString::npos, entry->d_name);
-    if (isDirectoryEntry(entries.get(), *entry)) {
+  while (!isStopped && !isCanceled() && entries.next()) {
+    path.replace(nameStart, SString::npos, entries.name());
+    if (entries.isDirectory()) {
       m_pending.push_back(SString(path.view()));
     } else {
       isStopped = visitFile(path);

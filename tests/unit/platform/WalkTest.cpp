@@ -24,10 +24,10 @@
 namespace fs = std::filesystem;
 
 namespace {
-bool g_hidesTypes = false;  // readdir tells no types, as on some file systems
+bool g_hidesTypes = false;  // the system tells no types, as on some file systems
 }
 
-// Stands in front of the C library's.
+// Stand in front of the C library's.
 extern "C" dirent* readdir(DIR* directory) {
   static const auto real = reinterpret_cast<dirent* (*)(DIR*)>(dlsym(RTLD_NEXT, "readdir"));
   dirent* entry = real(directory);
@@ -38,6 +38,20 @@ extern "C" dirent* readdir(DIR* directory) {
 #endif
   return entry;
 }
+
+#ifdef __linux__
+extern "C" ssize_t getdents64(int fd, void* buffer, std::size_t size) noexcept {
+  using Function = ssize_t (*)(int, void*, std::size_t);
+  static const auto real = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "getdents64"));
+  const ssize_t count = real(fd, buffer, size);
+  for (ssize_t at = 0; g_hidesTypes && at < count;) {
+    auto* entry = reinterpret_cast<dirent64*>(static_cast<char*>(buffer) + at);
+    entry->d_type = DT_UNKNOWN;
+    at += entry->d_reclen;
+  }
+  return count;
+}
+#endif
 
 namespace {
 

@@ -1,0 +1,85 @@
+#include "platform/DirectoryReader.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+int openDirectory(const char* path, DirectoryReader::Links links) {
+  const int noLinks = links == DirectoryReader::Links::Refuse ? O_NOFOLLOW : 0;
+  return open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC | noLinks);
+}
+
+bool isDotOrDotDot(const char* name) {
+  return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+}  // namespace
+
+#if defined(__linux__) && defined(__GLIBC__)
+
+// The library's opendir and readdir would do, but ask the system four more questions for each
+// directory, which is a sixth of the time of a walk.
+DirectoryReader::DirectoryReader(const char* path, Links links)
+    : m_fd(openDirectory(path, links)) {}
+
+DirectoryReader::~DirectoryReader() {
+  if (m_fd != -1) {
+    close(m_fd);
+  }
+}
+
+bool DirectoryReader::read() {
+  if (m_position >= m_size) {
+    m_position = 0;
+    m_size = m_fd == -1 ? 0 : getdents64(m_fd, m_buffer, sizeof m_buffer);
+    if (m_size <= 0) {
+      return false;
+    }
+  }
+  m_entry = reinterpret_cast<const Entry*>(m_buffer + m_position);
+  m_position += m_entry->d_reclen;
+  return true;
+}
+
+#else
+
+DirectoryReader::DirectoryReader(const char* path, Links links) : m_fd(openDirectory(path, links)) {
+  m_directory = m_fd == -1 ? nullptr : fdopendir(m_fd);
+}
+
+DirectoryReader::~DirectoryReader() {
+  if (m_directory != nullptr) {
+    closedir(m_directory);
+  } else if (m_fd != -1) {
+    close(m_fd);
+  }
+}
+
+bool DirectoryReader::read() {
+  m_entry = m_directory == nullptr ? nullptr : readdir(m_directory);
+  return m_entry != nullptr;
+}
+
+#endif
+
+bool DirectoryReader::next() {
+  while (read()) {
+    if (!isDotOrDotDot(m_entry->d_name)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool DirectoryReader::isDirectory() const {
+#ifdef DT_UNKNOWN
+  if (m_entry->d_type != DT_UNKNOWN) {
+    return m_entry->d_type == DT_DIR;
+  }
+#endif
+  struct stat status;
+  return fstatat(m_fd, m_entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+         S_ISDIR(status.st_mode);
+}
