@@ -15,8 +15,6 @@
 
 #include "platform/PlatformImpl.h"
 
-extern char** environ;
-
 namespace {
 
 constexpr long kOutputSize = 100'000'000;
