@@ -38,8 +38,13 @@ bool forbidCall(unsigned number, unsigned error) {
 #endif
 
 bool limit(int resource, unsigned long value) {
-  const rlimit both = {value, value};
-  return setrlimit(static_cast<decltype(RLIMIT_NOFILE)>(resource), &both) == 0;
+  const auto kind = static_cast<decltype(RLIMIT_NOFILE)>(resource);
+  rlimit limits = {};
+  if (getrlimit(kind, &limits) != 0) {
+    return false;
+  }
+  limits.rlim_cur = value;
+  return setrlimit(kind, &limits) == 0;
 }
 
 bool forbidProcesses() {

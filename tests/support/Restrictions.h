@@ -1,4 +1,4 @@
-// Failures of the system, made to order. For processes of their own (OwnProcess): none can be
+// Failures of the system, made to order. For processes of their own (OwnProcess): most cannot be
 // taken back.
 #ifndef CORVANE_TESTS_SUPPORT_RESTRICTIONS_H
 #define CORVANE_TESTS_SUPPORT_RESTRICTIONS_H
@@ -7,7 +7,7 @@ namespace test {
 
 // Each returns false when that cannot be had here.
 
-// Sets the limit of a resource (RLIMIT_...).
+// Sets the limit of a resource (RLIMIT_...), which can be raised again.
 bool limit(int resource, unsigned long value);
 // fork(2) fails with EAGAIN.
 bool forbidProcesses();
