@@ -27,8 +27,19 @@ SString::Buffer* SString::allocate(std::size_t capacity) {
 }
 
 void SString::release(Buffer* buffer) noexcept {
-  if (buffer != nullptr && --buffer->owners == 0) {
+  if (buffer == nullptr || (--buffer->owners & ~kInSlab) != 0) {
+    return;
+  }
+  if (buffer->owners == kInSlab) {
+    release(reinterpret_cast<Slab*>(reinterpret_cast<char*>(buffer) - buffer->capacity));
+  } else {
     std::free(buffer);
+  }
+}
+
+void SString::release(Slab* slab) noexcept {
+  if (slab != nullptr && --slab->owners == 0) {
+    std::free(slab);
   }
 }
 
@@ -51,10 +62,6 @@ SString::SString(const SString& other) noexcept : m_buffer(other.m_buffer) {
   }
 }
 
-SString::SString(SString&& other) noexcept : m_buffer(other.m_buffer) {
-  other.m_buffer = nullptr;
-}
-
 SString& SString::operator=(const SString& other) noexcept {
   SString copy(other);
   std::swap(m_buffer, copy.m_buffer);
@@ -66,11 +73,8 @@ SString& SString::operator=(SString&& other) noexcept {
   return *this;
 }
 
-SString::~SString() {
-  release(m_buffer);
-}
-
 bool SString::isWritable(std::size_t size) const {
+  // The only owner of a buffer in a slab has the bit kInSlab beside its 1.
   return m_buffer != nullptr && m_buffer->owners == 1 && m_buffer->capacity >= size;
 }
 

@@ -22,10 +22,6 @@ bool StringDeque::contains(const SString& text) const {
   return indexOf(text) >= 0;
 }
 
-void StringDeque::push_back(SString text) {
-  m_entries.push_back(std::move(text));
-}
-
 void StringDeque::insert(long index, SString text) {
   m_entries.insert(index, std::move(text));
 }

@@ -5,6 +5,8 @@
 #ifndef CORVANE_UTIL_STRINGDEQUE_H
 #define CORVANE_UTIL_STRINGDEQUE_H
 
+#include <utility>
+
 #include "util/GenericDeque.h"
 #include "util/SString.h"
 
@@ -22,7 +24,7 @@ class StringDeque {
   // True when an entry equals `text`.
   bool contains(const SString& text) const;
 
-  void push_back(SString text);
+  void push_back(SString text) { m_entries.push_back(std::move(text)); }
   // As GenericDeque::insert: a negative index appends, one at or past the end does nothing.
   void insert(long index, SString text);
   // Overwrites the entry at `index`; does nothing for an index outside the sequence.
