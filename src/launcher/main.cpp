@@ -1,7 +1,7 @@
 // The process entry: arguments and the launcher's own path in, exit status out.
 #include <unistd.h>
 
-#include <cstdio>
+#include <cstdlib>
 
 #include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
@@ -54,5 +54,10 @@ int main(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     args.push_back(argv[i]);
   }
-  return runLauncher(args, makeAbsolute(argc > 0 ? argv[0] : ""));
+  try {
+    return runLauncher(args, makeAbsolute(argc > 0 ? argv[0] : ""));
+  } catch (...) {
+    // No memory is left, or a fault of our own: an abnormal end. Catching it has cleaned up.
+    std::abort();
+  }
 }
