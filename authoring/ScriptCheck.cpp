@@ -40,11 +40,12 @@ class ScriptCheck {
   void checkLabels();
   void checkLine();
   void checkArguments(const CommandRow& row, std::size_t position);
+  void checkArgument(const SString& text, Argument check);
   void reportUnknown(const std::string& word);
 
+  void anyText(const SString&) {}
   void boolean(const SString& text);
   void number(const SString& text);
-  void seconds(const SString& text);
   void installOption(const SString& text);
   void label(const SString& text);
   void launchedFile(const SString& text);
@@ -67,7 +68,7 @@ class ScriptCheck {
 const ScriptCheck::CommandRow ScriptCheck::kCommands[] = {
     {"FIND_JVM", nullptr, {&ScriptCheck::boolean, &ScriptCheck::boolean}},
     {"GOTO", nullptr, {&ScriptCheck::label}},
-    {"ILAUNCH", nullptr, {&ScriptCheck::launchedFile, &ScriptCheck::seconds}},
+    {"ILAUNCH", nullptr, {&ScriptCheck::launchedFile, &ScriptCheck::number}},
     {"INITIALIZE_UI", nullptr, {}},
     {"INSTALL_JVM", nullptr, {&ScriptCheck::installOption}},
     {"JMP0", nullptr, {&ScriptCheck::number, &ScriptCheck::label}},
@@ -134,12 +135,16 @@ void ScriptCheck::checkArguments(const CommandRow& row, std::size_t position) {
            (row.arguments.size() == 1 ? " argument" : " arguments"));
       return;
     }
-    const std::string fault = findReferenceFault(argument);
-    if (fault.empty()) {
-      (this->*row.arguments[i])(argument);
-    } else {
-      find(fault);
-    }
+    checkArgument(argument, row.arguments[i]);
+  }
+}
+
+void ScriptCheck::checkArgument(const SString& text, Argument check) {
+  const std::string fault = findReferenceFault(text);
+  if (fault.empty()) {
+    (this->*check)(text);
+  } else {
+    find(fault);
   }
 }
 
@@ -222,10 +227,6 @@ void ScriptCheck::number(const SString& text) {
   isNumber(text, value);
 }
 
-void ScriptCheck::seconds(const SString& text) {
-  number(text);
-}
-
 void ScriptCheck::installOption(const SString& text) {
   std::int32_t value;
   if (isNumber(text, value) && (value < 0 || value > 2)) {
@@ -269,12 +270,13 @@ void ScriptCheck::launcherPosition(const SString& text) {
 
 // --- LAUNCH and SET ---
 
-// Where the first argument of the text ends, which may be in double quotes; npos: at the end of the
-// text or not at all, and then the interpreter loses its last byte.
-std::size_t findArgumentEnd(const SString& text) {
+// Reads the first argument of the text, which may be in double quotes. Returns where it ends; npos:
+// at the end of the text or not at all, and then the interpreter loses its last byte.
+std::size_t readArgument(const SString& text, SString& argument) {
+  const bool inQuotes = text[0] == '"';
+  std::size_t position = inQuotes ? 1 : 0;
   try {
-    std::size_t position = text[0] == '"' ? 1 : 0;
-    parseStringArgument(text, position, text[0] == '"');
+    argument = parseStringArgument(text, position, inQuotes);
     return position;
   } catch (const LauncherException&) {
     return SString::npos;
@@ -283,19 +285,19 @@ std::size_t findArgumentEnd(const SString& text) {
 
 void ScriptCheck::launch(std::size_t position) {
   const SString rest = trimmed(m_lines[m_current].substr(position));
-  const std::size_t end = findArgumentEnd(rest);
-  if (rest.empty() || end == SString::npos) {
+  SString file;
+  std::size_t behind = readArgument(rest, file);
+  if (behind == SString::npos) {
     find(
         "LAUNCH needs the jvm file's name and, behind it on the line, the seconds, as in LAUNCH "
         "@S2@ 1");
     return;
   }
-  const std::string fault = findReferenceFault(rest.substr(0, end));
-  if (!fault.empty()) {
-    find(fault);
+  if (file.empty()) {
+    find("the jvm file's name is empty");
   }
-  std::size_t behind = end;
-  seconds(getTokenFromString(rest, behind));
+  checkArgument(file, &ScriptCheck::anyText);
+  checkArgument(getTokenFromString(rest, behind), &ScriptCheck::number);
 }
 
 void ScriptCheck::set(std::size_t position) {
@@ -316,24 +318,25 @@ void ScriptCheck::set(std::size_t position) {
 
 void ScriptCheck::setValue(const SString& name, const SString& value) {
   const bool inQuotes = value[0] == '"';
-  const std::string fault = findReferenceFault(value);
-  std::int32_t converted;
+  SString stored;
+  try {
+    std::size_t position = inQuotes ? 1 : 0;
+    stored = parseStringArgument(value, position, inQuotes);
+  } catch (const LauncherException&) {
+    find("the text lacks its closing quote");
+    return;
+  }
+  if (!inQuotes && stored != value) {
+    find("only the first word of the value is stored; put it into double quotes");
+  }
+  const std::string fault = findReferenceFault(stored);
+  std::int32_t number;
   if (!fault.empty()) {
     find(fault);
-  } else if (inQuotes && value == "\"\"") {
+  } else if (inQuotes && stored.empty()) {
     find("an empty text in quotes is an error; leave out the quotes");
-  } else if (inQuotes) {
-    std::size_t position = 1;
-    try {
-      parseStringArgument(value, position, true);
-    } catch (const LauncherException&) {
-      find("the text lacks its closing quote");
-    }
-  } else if (value.find_first_of(kBlanks) != SString::npos) {
-    find("only the first word of the value is stored; put it into double quotes");
-  } else if (std::toupper(name[0]) == 'N' && value.find('@') == SString::npos &&
-             !convertToLong(value, converted)) {
-    find(quoted(value) + " is no number");
+  } else if (std::toupper(name[0]) == 'N') {
+    isNumber(stored, number);
   }
 }
 

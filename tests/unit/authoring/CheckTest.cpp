@@ -135,12 +135,14 @@ const std::vector<ScriptRow> kScriptRows = {
       "4 (LAUNCH \"a b): LAUNCH needs the jvm file's name and, behind it on the line, the seconds, "
       "as in LAUNCH @S2@ 1"}},
     {"LAUNCH with something else than seconds",
-     "LAUNCH \"a b\" soon",
-     {"1 (LAUNCH \"a b\" soon): \"soon\" is no number"}},
+     "LAUNCH \"a b\" soon\nLAUNCH a @N9@\nLAUNCH \"\" 1",
+     {"1 (LAUNCH \"a b\" soon): \"soon\" is no number",
+      "2 (LAUNCH a @N9@): \"N9\" is no variable; there are N1 to N5 and S1 to S10",
+      "3 (LAUNCH \"\" 1): the jvm file's name is empty"}},
 
     {"SET",
      "SET S1\nSET X = 1\nSET N6 = 1\nSET = 1\nSET N1 = x\nSET N1 =\nSET S1 =\nSET S1 = \"\"\n"
-     "SET S1 = \"a\nSET S1 = a b\nSET S1=a=b\nSET N1 = 12abc",
+     "SET S1 = \"a\nSET S1 = a b\nSET S1=a=b\nSET N1 = 12abc\nSET N1 = x y\nSET N1 = \"x\"",
      {"1 (SET S1): SET needs a variable, = and a value",
       "2 (SET X = 1): \"X\" is no variable; there are N1 to N5 and S1 to S10",
       "3 (SET N6 = 1): \"N6\" is no variable; there are N1 to N5 and S1 to S10",
@@ -148,7 +150,9 @@ const std::vector<ScriptRow> kScriptRows = {
       "5 (SET N1 = x): \"x\" is no number", "6 (SET N1 =): \"\" is no number",
       "8 (SET S1 = \"\"): an empty text in quotes is an error; leave out the quotes",
       "9 (SET S1 = \"a): the text lacks its closing quote",
-      "10 (SET S1 = a b): only the first word of the value is stored; put it into double quotes"}},
+      "10 (SET S1 = a b): only the first word of the value is stored; put it into double quotes",
+      "13 (SET N1 = x y): only the first word of the value is stored; put it into double quotes",
+      "13 (SET N1 = x y): \"x\" is no number", "14 (SET N1 = \"x\"): \"x\" is no number"}},
 };
 
 TEST(Check, ReadsScriptsAsTheInterpreterDoes) {

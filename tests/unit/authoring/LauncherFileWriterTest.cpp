@@ -1,6 +1,7 @@
 #include "authoring/LauncherFileWriter.h"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
 #include <string>
 
@@ -66,6 +67,26 @@ TEST(LauncherFileWriter, ReportsAFullDisk) {
   } catch (const authoring::AuthoringError& e) {
     EXPECT_STREQ("the launcher file cannot be written: No space left on device", e.what());
   }
+}
+
+// Asked before a byte is written.
+TEST(LauncherFileWriter, RefusesToGrowBeyondItsNumbers) {
+  const std::size_t size = 0x80000000u;
+  void* const bytes =
+      mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  ASSERT_NE(MAP_FAILED, bytes);
+  const FilePtr null(std::fopen("/dev/null", "wb"));
+  for (const std::size_t before : {0u, 1u}) {
+    authoring::LauncherFileWriter writer(null.get());
+    writer.addStub(std::string(before, 'x'));
+    try {
+      writer.addStub(std::string_view(static_cast<const char*>(bytes), size - before));
+      FAIL() << "nothing was thrown";
+    } catch (const authoring::AuthoringError& e) {
+      EXPECT_STREQ("the launcher file grows beyond 2147483647 bytes", e.what());
+    }
+  }
+  munmap(bytes, size);
 }
 
 }  // namespace

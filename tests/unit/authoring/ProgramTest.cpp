@@ -69,6 +69,8 @@ const ProgramRow kProgramRows[] = {
      "corvane-pack: entry 0 (i.tag): a file of that name is there already; nothing was written, "
      "name "
      "an empty folder with --output\n"},
+    {"extract setup --output stub", 1, "", "corvane-pack: stub cannot be made: Not a directory\n"},
+    {"extract stub --output empty", 0, "", ""},
     {"list none", 1, "", "corvane-pack: none: No such file or directory\n"},
     {"check none", 1, "", "corvane-pack: none: No such file or directory\n"},
     {"pack bad.json --stub stub --output x --base a --base b", 1, "",
