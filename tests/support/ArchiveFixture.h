@@ -18,6 +18,9 @@ inline constexpr std::int32_t kSmallest = -2147483647 - 1;
 
 class ArchiveTest : public testing::Test {
  protected:
+  // Also where a test that was run before in this process chose otherwise.
+  ArchiveTest() { PlatformTestAccess::resetOptions(); }
+
   // Makes the running launcher's file. Bytes stay as they are.
   void useLauncher(const std::string& bytes) {
     LauncherTestAccess::setLauncherFileName(test::writeFile(m_dir / "launcher", bytes));
