@@ -70,8 +70,9 @@ class PlatformImpl {
   // --- Start and cancellation (PlatformSignals) ---
 
   // To be called first in main: makes sure that the descriptors 0 to 2 are open, that children can
-  // be waited for, that a closed pipe does not end us, and that INT, TERM and HUP (unless they were
-  // inherited as ignored) raise the cancel flag. A second such signal ends the program at once.
+  // be waited for, that a closed pipe or a limit to the size of files does not end us, and that
+  // INT, TERM and HUP (unless they were inherited as ignored) raise the cancel flag. A second such
+  // signal ends the program at once.
   static void prepareProcess();
   static bool isCanceled() { return m_canceled != 0; }
   // Throws LauncherException with the text of MSG_CANCELED when the user has canceled. For loops

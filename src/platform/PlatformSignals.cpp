@@ -17,7 +17,8 @@
 namespace {
 
 // The first three cancel the run.
-constexpr int kSignals[SignalHold::kSignalCount] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGCHLD};
+constexpr int kSignals[SignalHold::kSignalCount] = {SIGINT,  SIGTERM, SIGHUP,
+                                                    SIGPIPE, SIGXFSZ, SIGCHLD};
 constexpr int kCancelingCount = 3;
 
 // The dispositions that the launcher was started with; known once prepareProcess has run.
@@ -227,6 +228,7 @@ void PlatformImpl::prepareProcess() {
     }
   }
   setHandler(SIGPIPE, SIG_IGN);
+  setHandler(SIGXFSZ, SIG_IGN);  // a file at its limit is a write that fails, as on a full disk
   setHandler(SIGCHLD, SIG_DFL);  // inherited as ignored, it would leave no child to wait for
 }
 

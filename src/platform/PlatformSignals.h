@@ -26,7 +26,7 @@ class SignalHold {
   // handled; the end of a child is such a signal. `revents` of each entry is set.
   void waitForInput(pollfd* entries, nfds_t count) const;
 
-  static constexpr int kSignalCount = 5;
+  static constexpr int kSignalCount = 6;
 
  private:
   struct sigaction m_actions[kSignalCount];

@@ -1,5 +1,6 @@
 // The options of the command line, seen from outside.
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -267,6 +268,40 @@ TEST_F(CommandLine, WhereNobodyReadsTheOutput) {
     // What was for the console is not in the log, which is opened first of all.
     EXPECT_EQ(std::string::npos, result.log.find("Sample\n"));
     EXPECT_NE(std::string::npos, result.log.find("ErrOut:\nit broke\n\n"));
+  }
+}
+
+// As set by ulimit(1). A log that is full is no failure; a file that is copied out is one.
+TEST_F(CommandLine, WhereFilesMayNotGrow) {
+  struct Row {
+    const char* name;
+    std::vector<std::string> lines;
+    int status;
+    const char* out;
+  };
+  const Row rows[] = {
+      {"the log", {"// nothing to do"}, 0, "\n"},
+      {"an archive",
+       {"EXECUTE_LAUNCHER 1"},
+       255,
+       ".Error writing file = 27 There may not be enough temporary disk space. Try using "
+       "-cv:tempdir to use a temporary directory on a partition with more disk space.\n"},
+  };
+  setPrepareChild([] {
+    const rlimit limit{4096, 4096};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  });
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    forgetFiles();
+    embedInstructions(row.lines);
+    embed(FILE_TYPE_LAUNCHER, 9, "inner", std::string(10000, 'x'));
+    pack();
+    test::writeFile(logFile(), std::string(4096, 'x'));
+    const Result result = run();
+    EXPECT_EQ(row.status, result.status);
+    EXPECT_EQ(row.out, result.out);
+    EXPECT_EQ(std::string(4096, 'x'), result.log);
   }
 }
 

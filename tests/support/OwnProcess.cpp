@@ -19,7 +19,7 @@ constexpr uid_t kNobody = 65534;
   dup2(ends[1], STDOUT_FILENO);
   close(ends[0]);
   close(ends[1]);
-  for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGCHLD}) {
+  for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ, SIGCHLD}) {
     signal(number, SIG_DFL);
   }
   alarm(kSecondsUntilHung);

@@ -97,6 +97,8 @@ const InheritedRow kInheritedRows[] = {
     {"TERM, blocked", SIGTERM, false, true, "alive"},
     {"HUP", SIGHUP, false, false, ""},
     {"HUP, ignored", SIGHUP, true, false, "alive"},
+    {"XFSZ", SIGXFSZ, false, false, ""},
+    {"XFSZ, ignored", SIGXFSZ, true, false, "alive"},
     {"USR1, not ours", SIGUSR1, false, false, ""},
     {"USR1, not ours, ignored", SIGUSR1, true, false, "alive"},
 };
@@ -203,6 +205,7 @@ const CancelRow kCancelRows[] = {
     {"second of another kind ends, HUP", {}, {SIGINT, SIGHUP}, "[signal 1]"},
     {"the same twice in a moment is one", {}, {SIGTERM, SIGTERM, SIGTERM}, "1"},
     {"PIPE is no wish", {}, {SIGPIPE, SIGPIPE}, "0"},
+    {"XFSZ is no wish", {}, {SIGXFSZ, SIGXFSZ}, "0"},
 };
 
 TEST(SignalsTest, SignalsCancelTheRun) {
