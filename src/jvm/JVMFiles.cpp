@@ -132,7 +132,7 @@ void JVMFiles::verifyUnverifiedMatches(JVMMatchPtrDeque& matches) {
 
 bool JVMFiles::foundFile(const SString& path) {
   const bool hadMatch = m_currentMatch != nullptr;
-  for (long i = 0; i < m_jvmFiles.size() && m_currentMatch == nullptr; ++i) {
+  for (long i = 0; i < m_jvmFiles.size() && isStillSearching(); ++i) {
     JVMFile& jvmFile = *m_jvmFiles[i];
     const SString exe = jvmFile.getJVMExe();
     // QUIRK(scan-suffix-without-boundary): a file found for one jvm file is offered to each whose
@@ -143,7 +143,7 @@ bool JVMFiles::foundFile(const SString& path) {
     const std::size_t tail = exe.size() + 1;
     const SString home = path.substr(0, path.size() - std::min(tail, path.size()));
     // QUIRK(first-jvm-file-verified-at-once): where one match is enough, the first jvm file is
-    // verified during the scan, again for each file found, and never afterwards.
+    // verified during the scan, again for each name that a file found matches, never afterwards.
     if (i == 0 && m_stopAtFirst) {
       m_currentMatch = jvmFile.verify(home, m_verifyClasspath, m_verifyClass);
     } else {

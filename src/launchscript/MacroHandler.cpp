@@ -28,7 +28,7 @@ void MacroText::replace(std::size_t start, std::size_t end, const SString& value
     m_begin = end + 1;
   } else {
     // QUIRK(value-scanned-again): a value is scanned in its turn, together with what follows it. It
-    // is written over what is done with, so that the rest stays where it is.
+    // is written over what is done with; where there is room for it, the rest stays where it is.
     const std::size_t room = std::min(end + 1, value.size());
     m_begin = end + 1 - room;
     m_rest.replace(m_begin, room, value);

@@ -390,8 +390,16 @@ TEST_F(JVMFilesTest, CancelingEndsTheVerification) {
   EXPECT_EQ(0, matches.size());
 }
 
+TEST_F(JVMFilesTest, CancelingEndsTheScanForEachName) {
+  const auto files = makeFiles({java("J17", kWants17), java("J1", kWants1)});
+  PlatformTestAccess::setCanceled(true);
+  EXPECT_FALSE(files->foundFile("/opt/jdk/bin/java"));
+  PlatformTestAccess::setCanceled(false);
+  EXPECT_EQ("", takeLog());
+}
+
 TEST_F(JVMFilesTest, CancelingEndsTheSearch) {
-  const auto files = makeFiles({java("J17", kWants17 + std::string("PATH_HINT: /no/where\n"))});
+  const auto files = makeFiles({java("J17", kWants17, {{"PATH_HINT", {"/no/where"}}})});
   PlatformTestAccess::setCanceled(true);
   JVMMatchPtrDeque matches;
   files->search(matches);
