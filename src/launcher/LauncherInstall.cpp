@@ -6,6 +6,7 @@
 #include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TagFile.h"
+#include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
 namespace {
@@ -38,13 +39,22 @@ SString quoteForShell(const SString& path) {
   return quoted += '\'';
 }
 
+// Leaves no copy of the installer in a directory that is the user's own, also when it could not be
+// written whole or not be run; what stood there before is not ours to remove then.
 void runInstaller(const FileIndexEntry& installer, const SString& destination) {
-  const SString path = installer.extract(destination);
+  SString path = destination;
+  appendPathSeparator(path);
+  path += installer.getFileName();
+  if (!PlatformImpl::fileExists(path)) {
+    PlatformImpl::addFileToCleanupList(path);
+  }
+  installer.extract(destination);
   SString output;
   SString errors;
   PlatformImpl::executeProcess(quoteForShell(path), destination, false, true, true, &output,
                                &errors, false);
   PlatformImpl::deleteFile(path);
+  PlatformImpl::removeFileFromCleanupList(path);
 }
 
 SString jvmFileIn(const SString& destination) {

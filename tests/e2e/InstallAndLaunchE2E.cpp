@@ -1,15 +1,34 @@
 // Installing a bundled JVM, ILAUNCH, hand-over, application archives, "-cv:extract".
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "e2e/LauncherTest.h"
+#include "support/Restrictions.h"
 
 namespace fs = std::filesystem;
 
 namespace e2e {
 namespace {
+
+constexpr const char* kQuestion =
+    "Supply the destination directory for the Java Virtual Machine:\n";
+constexpr const char* kNoSpace =
+    " There may not be enough temporary disk space. Try using -cv:tempdir to use a temporary "
+    "directory on a partition with more disk space.\n";
+
+// The largest file that may be written while the disk is "full".
+constexpr unsigned long kRoom = 20000;
+
+void fillDisk() {
+  std::signal(SIGXFSZ, SIG_IGN);
+  if (!test::limit(RLIMIT_FSIZE, kRoom)) {
+    _exit(124);
+  }
+}
 
 constexpr const char* kPreparing = "\nPreparing Java(tm) Virtual Machine...\n";
 
@@ -71,9 +90,85 @@ TEST_F(Install, PromptedFolder) {
 
 TEST_F(Install, NoAnswerInstallsNothing) {
   embedInstaller();
-  embedInstructions({"INSTALL_JVM 2", "JMP0 @N1@ none", "// installed", ":none"});
+  embedInstructions({"INSTALL_JVM 2", "JMP0 @N1@ none", "ILAUNCH 99 0", ":none"});
   for (const std::vector<std::string>& args : {std::vector<std::string>{}, {"-cv:silent"}}) {
     EXPECT_EQ(0, run(args).status);
+    EXPECT_FALSE(fs::exists(dir("record.txt")));
+  }
+}
+
+// The name of the folder goes into the tags, and in front of "jvm", as it was typed.
+TEST_F(Install, FoldersAsTheyWereTyped) {
+  struct Row {
+    std::string typed;
+    bool installed;
+    std::string error;  // at the beginning of the log
+  };
+  const Row rows[] = {
+      {dir("mine"), true, ""},
+      {dir("mine") + "/", true, ""},
+      {dir("mine/deep/.."), true, ""},
+      {"../mine", true, ""},
+      // The installer runs in the folder, by a name that only leads to it from our own.
+      {"../mine/deep", false, "ERROR: Invalid bundled JVM. Missing 'jvm' file.\n"},
+      {dir("none"), false, "ERROR: No such file or directory\n"},
+      {"../none", false, "ERROR: Error writing file = 2 There may not"},
+      {logFile(), false, "ERROR: Error writing file = 20 There may not"},
+  };
+  embedInstaller();
+  embedInstructions({"INSTALL_JVM 2", "JMP0 @N1@ none", "LAUNCH @S1@ 0", "GOTO end", ":none",
+                     "ILAUNCH 99 0", ":end"});
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.typed);
+    fs::remove_all(dir("mine"));
+    fs::create_directories(dir("mine/deep"));
+    fs::remove(logFile());
+    setStdin(row.typed + "\n");
+    const Result result = run();
+    EXPECT_EQ(row.installed ? 9 : 255, result.status);
+    EXPECT_EQ(0u, withoutIndex(result.log).find(row.error)) << result.log;
+    if (row.installed) {
+      EXPECT_EQ("JVM_EXE:  bin/java\nJVM_HOME:  " + row.typed + "\nJVM_FILE:  " + row.typed +
+                    "/jvm\nJVM_TEMP:  1\n",
+                test::readFile(dir("mine/jvm")));
+      fs::remove_all(dir("mine/bin"));
+      fs::remove(dir("mine/jvm"));
+    }
+    EXPECT_EQ(std::vector<std::string>{"deep/"}, test::listTree(dir("mine")));
+  }
+}
+
+TEST_F(Install, AJvmFileThatCannotBeRead) {
+  embedInstaller("echo 'no colon' >jvm\n");
+  embedInstructions({"INSTALL_JVM 0"});
+  const Result result = run();
+  EXPECT_EQ(255, result.status);
+  EXPECT_EQ(
+      "Sample\nSyntax error in DIR/temp/cvj#/jvm at line 1 ==> Missing colon at the end of the tag "
+      "name.\n",
+      normalised(result.out, scratch()));
+}
+
+// The user's folder is not ours to clean up, only what we put there.
+TEST_F(Install, AnInstallerThatDoesNotFitIsNotLeftInTheUsersFolder) {
+  for (const bool wasThere : {false, true}) {
+    SCOPED_TRACE(wasThere);
+    forgetFiles();
+    embedInstaller("# " + std::string(kRoom, 'x') + "\n");
+    embedInstructions({"INSTALL_JVM 2"});
+    fs::create_directories(dir("mine"));
+    if (wasThere) {
+      fs::create_directories(dir("mine/install it.sh/of the user"));
+    }
+    setStdin(dir("mine"));
+    setPrepareChild(fillDisk);
+    pack();
+    const Result result = run();
+    EXPECT_EQ(255, result.status);
+    EXPECT_EQ("Sample\n" + std::string(kPreparing) + kQuestion + (wasThere ? "" : ".") +
+                  "Error writing file = " + (wasThere ? "21" : "27") + kNoSpace,
+              result.out);
+    EXPECT_EQ(wasThere ? 2U : 0U, test::listTree(dir("mine")).size());
     EXPECT_FALSE(fs::exists(dir("record.txt")));
   }
 }
@@ -173,6 +268,63 @@ TEST_F(Launch, HandOverToARealLauncherLeavesNothing) {
   EXPECT_EQ("Error in instructions. Invalid command (FIND_JAVA).  Line number (2)\n", result.out);
 }
 
+TEST_F(Launch, HandOverByALauncherThatWasHandedOverTo) {
+  setEnv("RECORD", dir("record.txt"));
+  embed(FILE_TYPE_LAUNCHER, 9, "inner",
+        "#!/bin/sh\n{ printf '[%s]\\n' \"$0\" \"$@\"; ls \"$TEMP\" | wc -l; } >\"$RECORD\"\n"
+        "rm \"$0\"; rmdir \"${0%/*}\"; exit 11\n");
+  embedInstructions({"EXECUTE_LAUNCHER 0"});
+  setLauncherPath(dir("middle"));
+  pack();
+  const std::string middle = test::readFile(dir("middle"));
+  forgetFiles();
+  setLauncherPath(dir("app/setup"));
+  setEnv("TEMP", tempDir());
+  embed(FILE_TYPE_LAUNCHER, 9, "middle", middle);
+  embedInstructions({"EXECUTE_LAUNCHER 0"});
+  pack();
+  EXPECT_EQ(11, runBare({"-cv:tempdir", tempDir(), "x"}).status);
+  EXPECT_EQ(
+      "[DIR/temp/cvj#/inner]\n[-cv:orig]\n[DIR/temp/cvj#/middle]\n[-cv:orig]\n[DIR/app/setup]\n"
+      "[-cv:tempdir]\n[DIR/temp]\n[x]\n1\n",
+      normalised(test::readFile(dir("record.txt")), scratch()));
+}
+
+// What can be made executable but not run: the script goes on, nobody is told.
+TEST_F(Launch, HandOverThatFails) {
+  embed(FILE_TYPE_LAUNCHER, 9, "inner", "#!/no/interpreter\n");
+  embedInstructions({"EXECUTE_LAUNCHER 0", "ILAUNCH 1 0"});
+  const Result result = run();
+  EXPECT_EQ(255, result.status);
+  EXPECT_EQ(".\n", result.out);
+  EXPECT_EQ(0u, withoutIndex(result.log).find("ERROR: Unable to launch the internal"));
+}
+
+TEST_F(Launch, HandOverOnAFullDisk) {
+  setPrepareChild(fillDisk);
+  embed(FILE_TYPE_LAUNCHER, 9, "inner", std::string(kRoom + 1, '#'));
+  embedInstructions({"EXECUTE_LAUNCHER 0"});
+  const Result result = run();
+  EXPECT_EQ(255, result.status);
+  EXPECT_EQ(std::string(".Error writing file = 27") + kNoSpace, result.out);
+}
+
+TEST_F(Launch, HandOverFromAFolderWithBlanks) {
+  setEnv("RECORD", dir("record.txt"));
+  fs::create_directories(dir("a b\tc"));
+  setLauncherPath(dir("with blank/set up"));
+  embed(FILE_TYPE_LAUNCHER, 9, "in ner",
+        "#!/bin/sh\nprintf '[%s]\\n' \"$0\" \"$@\" >\"$RECORD\"\n"
+        "rm \"$0\"; rmdir \"${0%/*}\"; exit 11\n");
+  embedInstructions({"EXECUTE_LAUNCHER 0"});
+  EXPECT_EQ(11, runBare({"-cv:tempdir", dir("a b\tc")}).status);
+  EXPECT_EQ(
+      "[DIR/a b\tc/cvj#/in ner]\n[-cv:orig]\n[DIR/with blank/set up]\n[-cv:tempdir]\n"
+      "[DIR/a b\tc]\n",
+      normalised(test::readFile(dir("record.txt")), scratch()));
+  EXPECT_TRUE(fs::is_empty(dir("a b\tc")));
+}
+
 TEST_F(Launch, HandOverToWhatIsNoLauncher) {
   embedInstructions({"EXECUTE_LAUNCHER 0", "EXECUTE_LAUNCHER -1", "EXECUTE_LAUNCHER 7"});
   const Result result = run();
@@ -213,6 +365,47 @@ TEST_F(Launch, ApplicationArchives) {
     pack();
     EXPECT_EQ(0, run().status);
     EXPECT_EQ(row.recorded, normalised(test::readFile(dir("record.txt")), scratch()));
+  }
+}
+
+TEST_F(Launch, ApplicationArchivesOnAFullDisk) {
+  struct Row {
+    const char* name;
+    const char* call;
+    unsigned long size;
+    bool fits;
+  };
+  const Row rows[] = {
+      {"beside, as large as the room", "%APPLICATION_ARCHIVE%(\"beside.jar\")", kRoom, true},
+      {"beside, one byte more", "%APPLICATION_ARCHIVE%(\"beside.jar\")", kRoom + 1, false},
+      {"beside, many chunks more", "%APPLICATION_ARCHIVE%(\"beside.jar\")", 5 * kRoom, false},
+      {"beside, empty", "%APPLICATION_ARCHIVE%(\"beside.jar\")", 0, true},
+      {"embedded, as large as the room", "%APPLICATION_ARCHIVE%()", kRoom, true},
+      {"embedded, one byte more", "%APPLICATION_ARCHIVE%()", kRoom + 1, false},
+  };
+  setPrepareChild(fillDisk);
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    forgetFiles();
+    fs::remove(logFile());
+    fs::remove(dir("record.txt"));
+    const std::string bytes(row.size, 'x');
+    test::writeFile(dir("app/beside.jar"), bytes);
+    embedSetup("wc -c <\"$1\" >\"$RECORD\"; exit 4");
+    forgetFiles(FILE_TYPE_LAUNCH_SCRIPT);
+    embed(FILE_TYPE_LAUNCH_SCRIPT, 2, "l",
+          "DESC: Sample\nCOMMAND: @JVM_HOME@/bin/java \"" + std::string(row.call) + "\"\n");
+    embed(FILE_TYPE_APPLICATION_ARCHIVE, 6, "one.jar", bytes);
+    pack();
+    const Result result = run();
+    const std::string error = std::string("Error writing file = 27") + kNoSpace;
+    EXPECT_EQ(row.fits ? 4 : 255, result.status);
+    EXPECT_EQ(row.fits ? "Sample\n" : "Sample\n" + error, result.out);
+    EXPECT_EQ(!row.fits, result.log.ends_with("ERROR: " + error));
+    EXPECT_EQ(row.fits, fs::exists(dir("record.txt")));
+    if (row.fits) {
+      EXPECT_EQ(std::to_string(row.size) + "\n", test::readFile(dir("record.txt")));
+    }
   }
 }
 
