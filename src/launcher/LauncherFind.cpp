@@ -103,6 +103,7 @@ void Launcher::search(bool showProgress, bool showFailMsg) {
     printNumber(0);
   } catch (...) {
     logMessage("Unexpected failure in search.", LOG_ERROR);
+    printNumber(0);
   }
 }
 

@@ -1,9 +1,12 @@
 // Finding a JVM: the strategies in their order, verification, and the scan of the disks.
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <regex>
 
 #include "e2e/LauncherTest.h"
 
@@ -12,7 +15,7 @@ namespace fs = std::filesystem;
 namespace e2e {
 namespace {
 
-// The places that the log names, in order, one word of strategy in front of each.
+// The places that were verified, in order, one a line.
 std::string triedPlaces(const std::string& log, const std::string& scratch) {
   const std::string verifying = "Verifying JVM at ";
   std::string places;
@@ -21,6 +24,12 @@ std::string triedPlaces(const std::string& log, const std::string& scratch) {
     places += log.substr(at + verifying.size(), log.find('\n', at) - at - verifying.size()) + "\n";
   }
   return normalised(places, scratch);
+}
+
+std::string lineInFrontOf(const std::string& line, const std::string& text) {
+  const std::size_t end = text.find("\n" + line + "\n");
+  const std::size_t begin = text.rfind('\n', end - 1) + 1;
+  return text.substr(begin, end - begin);
 }
 
 class Find : public LauncherTest {
@@ -240,23 +249,71 @@ TEST_F(Scan, FindsWhatNoHintNames) {
 }
 
 TEST_F(Scan, SearchAllPrintsEveryMatch) {
+  struct Row {
+    const char* name;
+    const char* tags;
+    std::vector<std::string> args;
+    const char* front;  // regular expressions, in front of the results and behind them
+    const char* behind;
+  };
+  const char* const searching = "\nSearching for Java\\(tm\\) Virtual Machine...\n[.\n]*[.]";
+  const Row rows[] = {
+      {"nothing shown", "", {}, "", ""},
+      {"failures shown", "SHOW_FAIL_MSG: 1\n", {}, "", ""},
+      {"progress shown", "SHOW_PROGRESS: 1\n", {}, searching, "\n?"},
+      {"all shown", "SHOW_PROGRESS: 1\nSHOW_FAIL_MSG: 1\n", {}, searching, "\n?"},
+      {"silent", "SHOW_PROGRESS: 1\nSHOW_FAIL_MSG: 1\n", {"-cv:silent"}, "", ""},
+  };
   place("/opt/one", "17.0.1");
   place("/opt/two", "17.0.2");
+  place("/opt/three", "17.0.3");
   place("/opt/old", "1.8.0");
   place("/opt/xbin", "17");  // bin/java of another name
   fs::rename(dir("jail/opt/xbin/bin"), dir("jail/opt/xbin/sbin"));
   embedJVM("");
   embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
-  test::writeFile(dir("jail/in.tag"), "ACTION: SEARCH_ALL\nLOGFILE: /log\n");
-  const Result result = runInside({"-cv:in", "/in.tag"});
-  EXPECT_EQ(0, result.status);
-  const std::vector<std::string> written = test::listTree(dir("jail/tmp"));
-  ASSERT_EQ(2u, written.size());
-  EXPECT_EQ("2\n", result.out.substr(0, 2));
-  for (const char* home : {"\n/opt/one\n/tmp/cvj", "\n/opt/two\n/tmp/cvj"}) {
-    EXPECT_NE(std::string::npos, result.out.find(home)) << result.out;
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    test::writeFile(dir("jail/in.tag"),
+                    "ACTION: SEARCH_ALL\nLOGFILE: /log\n" + std::string(row.tags));
+    std::vector<std::string> args = row.args;
+    args.insert(args.end(), {"-cv:in", "/in.tag"});
+    const Result result = runInside(args);
+    EXPECT_EQ(0, result.status);
+    const std::regex wanted(std::string(row.front) +
+                            "3\n(/opt/(one|two|three)\n/tmp/cvj[A-Za-z0-9]{6}\n){3}" + row.behind);
+    EXPECT_TRUE(std::regex_match(result.out, wanted)) << result.out;
+    const std::vector<std::string> written = test::listTree(dir("jail/tmp"));
+    EXPECT_EQ(3u, written.size());
+    for (const std::string& file : written) {
+      const std::string home =
+          lineInFrontOf("/tmp/" + file, result.out);  // each file is that of the home before it
+      EXPECT_NE(std::string::npos, test::readFile(dir("jail/tmp/") + file)
+                                       .find("JVM_HOME:  " + home + "\nJVM_FILE:  /tmp/" + file));
+      fs::remove(dir("jail/tmp/") + file);
+    }
   }
-  EXPECT_EQ(5, std::count(result.out.begin(), result.out.end(), '\n'));
+}
+
+// What has been found by then is of no use to who does not want it any more.
+TEST_F(Scan, CtrlCEndsTheVerificationOfWhatWasFound) {
+  for (const char* name : {"one", "two"}) {
+    test::writeScript(dir("jail/opt/") + name + "/bin/java",
+                      "#!/bin/sh\n: >/begun\nread line </pipe\n");
+  }
+  ASSERT_EQ(0, mkfifo(dir("jail/pipe").c_str(), 0600));
+  embedJVM("");
+  embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+  test::writeFile(dir("jail/in.tag"), "ACTION: SEARCH_ALL\nLOGFILE: /log\nSHOW_FAIL_MSG: 1\n");
+  const pid_t pid = start({"-cv:tempdir", "/tmp", "-cv:in", "/in.tag"});
+  ASSERT_TRUE(waitForFile(dir("jail/begun")));
+  kill(-pid, SIGINT);  // to the whole group, as the terminal does
+  const Result result = finish(pid);
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ("0\n", result.out);
+  const std::string places = triedPlaces(test::readFile(dir("jail/log")), scratch());
+  EXPECT_EQ(1, std::count(places.begin(), places.end(), '\n')) << places;
+  EXPECT_EQ(std::vector<std::string>{}, test::listTree(dir("jail/tmp")));
 }
 
 // QUIRK(zero-behind-partial-output)

@@ -1,0 +1,158 @@
+// Ctrl-C at each stage of a run: what the launcher says, and that nothing is left behind.
+#include <csignal>
+#include <filesystem>
+
+#include "e2e/LauncherTest.h"
+
+namespace fs = std::filesystem;
+
+namespace e2e {
+namespace {
+
+// Says that it has begun, then waits for the signal.
+constexpr const char* kWait = ": >\"$BEGUN\"; while :; do /bin/sleep 0.05; done\n";
+
+class Cancel : public LauncherTest {
+ protected:
+  void SetUp() override {
+    setEnv("PATH", "/nowhere");  // no JVM of the machine's own
+    setEnv("BEGUN", begun());
+    setEnv("RECORD", dir("record.txt"));
+    fs::create_directories(mine());
+  }
+
+  std::string begun() const { return dir("begun"); }
+  // A folder of the user's own, where a JVM may be installed.
+  std::string mine() const { return dir("mine"); }
+
+  // A JVM that never answers to its verification, and one behind it that would do.
+  void embedWaitingJVM() {
+    test::writeScript(dir("jvms/slow/bin/java"), std::string("#!/bin/sh\n") + kWait);
+    setEnv("HINT", dir("jvms/slow") + ":" + makeJVM("good", "17.0.1"));
+    embedJVM("PLATFORM_HINT: HINT\n");
+    embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "PK");
+  }
+
+  // Runs until the stand-in has begun, and cancels.
+  Result runAndCancel(std::vector<std::string> args = {}) {
+    fs::remove(begun());
+    fs::remove(logFile());
+    args.insert(args.begin(), {"-cv:tempdir", tempDir(), "-cv:log", logFile()});
+    const pid_t pid = start(args);
+    EXPECT_TRUE(waitForFile(begun()));
+    kill(pid, SIGINT);
+    return finish(pid);
+  }
+};
+
+TEST_F(Cancel, WhatTheScriptDoesAfterwards) {
+  struct Row {
+    const char* name;
+    std::vector<std::string> lines;  // behind FIND_JVM
+    int status;
+    const char* out;
+  };
+  const Row rows[] = {
+      {"no message about what was not found", {}, 0, ""},
+      {"nothing is installed for now", {"INSTALL_JVM 0"}, 255, "Canceled by the user.\n"},
+      {"nor where the user says",
+       {"INSTALL_JVM 2"},
+       0,
+       "\nPreparing Java(tm) Virtual Machine...\n"
+       "Supply the destination directory for the Java Virtual Machine:\n\n"},
+      {"no other launcher", {"EXECUTE_LAUNCHER 4"}, 255, "Canceled by the user.\n"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    forgetFiles();
+    embedWaitingJVM();
+    embed(FILE_TYPE_JVM_INSTALLER, 5, "install.sh", "#!/bin/sh\n: >\"$RECORD\"\n");
+    embed(FILE_TYPE_JVM_MESSAGE, 6, "message", "MESSAGE: Get Java.\n");
+    embed(FILE_TYPE_LAUNCHER, 7, "inner", "#!/bin/sh\n: >\"$RECORD\"\n");
+    std::vector<std::string> lines{"FIND_JVM 0 1"};
+    lines.insert(lines.end(), row.lines.begin(), row.lines.end());
+    embedInstructions(lines);
+    setStdin(mine() + "\n");
+    pack();
+    const Result result = runAndCancel();
+    EXPECT_EQ(row.status, result.status);
+    EXPECT_EQ(row.out, result.out);
+    EXPECT_FALSE(fs::exists(dir("record.txt")));
+    EXPECT_TRUE(fs::is_empty(mine()));
+  }
+}
+
+TEST_F(Cancel, TheResultsOfACallingProgram) {
+  struct Row {
+    const char* name;
+    std::string tags;
+    int status;
+    std::string out;
+  };
+  const std::string jvmFile =
+      test::writeFile(dir("java.jvm"), "JVM_EXE: bin/java\nJVM_PROPERTIES: java.version=17\n");
+  const std::string verify = "ACTION: VERIFY_JVM\nVERIFY_JVM_FILE: " + jvmFile +
+                             "\nVERIFY_JVM_HOME: " + dir("jvms/slow") + "\n";
+  const Row rows[] = {
+      {"search", "ACTION: SEARCH\n", 0, "0\n"},
+      {"search with a message", "ACTION: SEARCH\nSHOW_FAIL_MSG: 1\n", 0, "0\n"},
+      {"verify", verify, 0, "0\n"},
+      {"verify with a message", verify + "SHOW_FAIL_MSG: 1\n", 0,
+       ".......The JVM is not valid.\n0\n\n"},
+      {"install",
+       "ACTION: INSTALL_JVM\nINSTALL_JVM_EXE: \"" + dir("jvms/slow/bin/java") +
+           "; echo X: y >jvm\"\nINSTALL_JVM_DEST: " + mine() + "\n",
+       255, "Unable to load input file: " + mine() + "/jvm\n"},
+  };
+  embedWaitingJVM();
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    const std::string input = test::writeFile(dir("in.tag"), row.tags);
+    const Result result = runAndCancel({"-cv:in", input});
+    EXPECT_EQ(row.status, result.status);
+    EXPECT_EQ(row.out, result.out);
+    EXPECT_TRUE(fs::is_empty(mine()));
+  }
+}
+
+TEST_F(Cancel, AnInstallerThatRuns) {
+  for (const char* command : {"INSTALL_JVM 0", "INSTALL_JVM 1", "INSTALL_JVM 2"}) {
+    SCOPED_TRACE(command);
+    forgetFiles();
+    embed(FILE_TYPE_JVM_INSTALLER, 5, "install.sh",
+          std::string("#!/bin/sh\n: >part\ntrap '/bin/rm part; exit 1' INT\n") + kWait);
+    embedInstructions({command});
+    setStdin(mine() + "\n");
+    pack();
+    const Result result = runAndCancel();
+    EXPECT_EQ(0, result.status);
+    EXPECT_EQ("ERROR: Invalid bundled JVM. Missing 'jvm' file.\n", withoutIndex(result.log));
+    EXPECT_TRUE(fs::is_empty(mine()));
+  }
+}
+
+TEST_F(Cancel, NoOtherWizardIsStarted) {
+  embedSetup(std::string("if [ -e \"$BEGUN\" ]; then exit 7; fi\n") + kWait);
+  forgetFiles(FILE_TYPE_INSTRUCTIONS);
+  embedInstructions({"FIND_JVM 0 1", "LAUNCH @S2@ 0", "LAUNCH @S2@ 0"});
+  const Result result = runAndCancel();
+  EXPECT_EQ(255, result.status);
+  EXPECT_EQ("Sample\nCanceled by the user.\n", result.out);
+}
+
+TEST_F(Cancel, ALauncherThatWasHandedOverTo) {
+  embedWaitingJVM();
+  embedInstructions({"FIND_JVM 0 1"});
+  setLauncherPath(dir("inner"));
+  pack();
+  const std::string inner = test::readFile(dir("inner"));
+  forgetFiles();
+  setLauncherPath(dir("app/setup"));
+  embed(FILE_TYPE_LAUNCHER, 9, "inner", inner);
+  embedInstructions({"EXECUTE_LAUNCHER 0"});
+  pack();
+  EXPECT_EQ(0, runAndCancel().status);
+}
+
+}  // namespace
+}  // namespace e2e
