@@ -58,6 +58,7 @@ void LauncherTestAccess::resetState() {
   Launcher::m_logFileName = SString();
   Launcher::m_logFileInitialized = false;
   Launcher::m_launcherPurpose = -1;
+  Launcher::m_applicationArchive = SString();
   for (SString& variable : Launcher::m_stringVariables) {
     variable = SString();
   }

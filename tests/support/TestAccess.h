@@ -23,8 +23,8 @@ class LauncherTestAccess {
   static const StringDeque& passThroughArgs();
   // What the command line leaves behind, as at the start of a process.
   static void resetCommandLine();
-  // Log, purpose and variables as at the start of a process, for test programs that are run by
-  // hand, all tests in one process.
+  // Log, purpose, archive and variables as at the start of a process, for test programs that are
+  // run by hand, all tests in one process.
   static void resetState();
   // No input file was loaded (InputFilesAccess.cpp).
   static void resetInputFiles();
