@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 
 #include "e2e/LauncherTest.h"
@@ -24,7 +23,6 @@ constexpr const char* kNoSpace =
 constexpr unsigned long kRoom = 20000;
 
 void fillDisk() {
-  std::signal(SIGXFSZ, SIG_IGN);
   if (!test::limit(RLIMIT_FSIZE, kRoom)) {
     _exit(124);
   }
