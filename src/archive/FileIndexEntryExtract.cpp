@@ -54,7 +54,7 @@ class RawFile {
   void write(const char* bytes, std::size_t size) {
     while (size > 0 && m_error == 0) {
       const ssize_t count = ::write(m_fd, bytes, size);
-      note(count >= 0 || errno == EINTR);
+      note(count >= 0 || (errno == EINTR && !PlatformImpl::isCanceled()));
       bytes += std::max<ssize_t>(count, 0);
       size -= static_cast<std::size_t>(std::max<ssize_t>(count, 0));
     }

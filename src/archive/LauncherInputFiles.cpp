@@ -121,7 +121,7 @@ void LauncherInputFiles::readLauncherFile(std::FILE* launcherFile, bool loadTagF
   }
 }
 
-// The count is believed only as far as entries follow: each takes at least 15 bytes of the file,
+// The count is believed only as far as entries follow: each takes 16 bytes of the file or more,
 // and its end throws.
 void LauncherInputFiles::loadFileIndex(std::FILE* launcherFile, std::int32_t offset) {
   if (fseeko(launcherFile, offset, SEEK_SET) != 0) {

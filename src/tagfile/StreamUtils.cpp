@@ -113,8 +113,10 @@ std::string_view LineReader::take(std::size_t size, std::size_t lineEnd) {
 
 // Blocks begin small, since most tag files are, and grow; a line that fills the buffer doubles it.
 bool LineReader::readMore() {
-  std::copy(m_buffer.begin() + static_cast<std::ptrdiff_t>(m_begin),
-            m_buffer.begin() + static_cast<std::ptrdiff_t>(m_end), m_buffer.begin());
+  if (m_begin > 0) {
+    std::copy(m_buffer.begin() + static_cast<std::ptrdiff_t>(m_begin),
+              m_buffer.begin() + static_cast<std::ptrdiff_t>(m_end), m_buffer.begin());
+  }
   m_end -= m_begin;
   m_begin = 0;
   if (m_buffer.size() < kLargestBlock || m_end == m_buffer.size()) {

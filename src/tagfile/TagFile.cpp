@@ -1,6 +1,7 @@
 #include "tagfile/TagFile.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -47,7 +48,7 @@ void writeTag(std::FILE* file, const SString& key, const StringDeque& values) {
   const bool isBlock = values.size() > 1;
   std::fprintf(file, "%s:%s", key.c_str(), isBlock ? "\n" : "");
   for (long i = 0; i < values.size(); ++i) {
-    const SString& value = values.at(i);
+    const SString value = values.at(i).c_str();  // for C it ends at its first zero byte
     std::fprintf(file, "  %s\n", needsQuotes(value) ? quoted(value).c_str() : value.c_str());
   }
   if (isBlock) {
@@ -92,7 +93,9 @@ void TagFile::load(std::FILE* file, const SString& name, std::int32_t start, std
 }
 
 std::string_view TagFile::readLine(Source& source) {
-  ++m_lineNumber;
+  if (m_lineNumber < std::numeric_limits<std::int32_t>::max()) {
+    ++m_lineNumber;
+  }
   return withoutBlanks(source.reader.next());
 }
 

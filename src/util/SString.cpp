@@ -11,6 +11,11 @@ namespace {
 // Room is left for the header and the closing zero byte on 32-bit machines, too.
 constexpr std::size_t kLargestCapacity = std::numeric_limits<std::uint32_t>::max() - 64;
 
+// The capacity to ask for: what is needed, and more where that is allowed.
+std::size_t withRoomToGrow(std::size_t needed, std::size_t wished) {
+  return std::max(needed, std::min(wished, kLargestCapacity));
+}
+
 }  // namespace
 
 SString::Buffer* SString::allocate(std::size_t capacity) {
@@ -105,9 +110,12 @@ SString& SString::append(std::string_view text) {
 
 SString& SString::append(std::size_t count, char byte) {
   const std::size_t oldSize = size();
+  if (count > kLargestCapacity) {
+    throw std::bad_alloc();
+  }
   if (count > 0) {
     if (!isWritable(oldSize + count)) {
-      reserve(oldSize + std::max(count, oldSize));
+      reserve(withRoomToGrow(oldSize + count, 2 * oldSize));
     }
     std::memset(m_buffer->bytes() + oldSize, byte, count);
     setSize(oldSize + count);
@@ -135,7 +143,7 @@ SString& SString::replace(std::size_t pos, std::size_t count, std::string_view t
   const bool isOwnPart = text.data() >= c_str() && text.data() <= end && !text.empty();
   const SString keptAlive = isOwnPart ? *this : SString();  // makes us write into a new buffer
   if (!isWritable(newSize)) {
-    reserve(newSize > oldSize ? std::max(newSize, oldSize + oldSize / 2) : newSize);
+    reserve(newSize > oldSize ? withRoomToGrow(newSize, oldSize + oldSize / 2) : newSize);
   }
   char* target = m_buffer->bytes() + pos;
   std::memmove(target + text.size(), target + count, oldSize - pos - count);

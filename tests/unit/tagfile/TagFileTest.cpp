@@ -142,6 +142,15 @@ TEST(TagFileTest, KeepsZeroBytesInValues) {
   EXPECT_EQ(2, document.getTagValueCount("B"));
 }
 
+TEST(TagFileTest, WritesValuesUpToTheirFirstZeroByte) {
+  const test::TempDir dir;
+  TagFile document;
+  EXPECT_EQ("", load(document, "A: \0a\nB: b \0c\nC: d\n"sv));
+  const std::string path = dir / "written";
+  EXPECT_TRUE(document.write(path.c_str()));
+  EXPECT_EQ("A:  \"\"\nB:  \"b \"\nC:  d\n", test::readFile(path));
+}
+
 // --- a stretch inside a file ---
 
 struct StretchRow {
