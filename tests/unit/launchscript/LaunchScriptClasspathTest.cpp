@@ -65,6 +65,23 @@ const ClasspathRow kClasspaths[] = {
      "",
      "%LAUNCHER_DIR%()/app.jar"},
     {"archive that gives nothing", "%CP%(\"x\")", "-cp x", {}, "", "", "%IF_EXISTS%(\"Y\",\"y\")"},
+    {"archive that fails",
+     "java %CP%(\"x\") Main",
+     "LauncherException: Launch script error: Invalid function name (NOPE).",
+     {},
+     "",
+     "",
+     "lib/%NOPE%()",
+     {},
+     "Launch command:\nlib/%NOPE%()\n"},
+    {"macros in the archive wait for the next passes",
+     "%CP%(\"x\")",
+     "-cp x:/jdk/outside.jar",
+     {},
+     "",
+     "",
+     "@JVM_HOME@/#FROM_OUTSIDE#.jar",
+     {{"JVM_HOME", {"/jdk"}}}},
     {"side file in front", "%CP%(\"x\")", "-cp f1:f2:x", {{".cp1", "f1\nf2\n"}}},
     {"side file in the middle", "%CP%(\"x\")", "-cp f1:x", {{".cp", "f1"}}},
     {"side file at the end", "%CP%(\"x\")", "-cp x:f1", {{".cp2", "f1\n"}}},
@@ -101,6 +118,11 @@ const ClasspathRow kClasspaths[] = {
      "-cp f1",
      {{".list", "f1"}},
      "@DIR/setup.list "},
+    {"option with a blank before @ is an entry",
+     "%CP%(\"x\")",
+     "-cp \" @DIR/setup.list\":x",
+     {{".list", "f1"}},
+     " @DIR/setup.list"},
     {"option that names a missing file",
      "%CP%(\"x\")",
      "-cp x",
@@ -129,7 +151,7 @@ const ClasspathRow kClasspaths[] = {
      {},
      "WARNING: Could not find the file  while building the classpath.\n"},
     {"option with @ inside", "%CP%()", "-cp \"x@y\"", {}, "x@y"},
-    {"all nine sources in order",
+    {"all sources but the embedded jars, in order",
      "%CP%(\"arg1\",\"arg2\")",
      "-cp \"pre\":one:own:mid:arg1:arg2:arch:two:\"post\"",
      {{".cp1", "one"}, {".cp", "mid"}, {".cp2", "two"}},
@@ -152,6 +174,7 @@ TEST_F(ClasspathTest, GoesIntoTheCommand) {
   for (const ClasspathRow& row : kClasspaths) {
     SCOPED_TRACE(row.name);
     begin(row.prepend, row.append, row.files);
+    const test::ScopedEnvironment outside("FROM_OUTSIDE", "outside");
     EXPECT_EQ(here(row.wanted), resolve(row.command, row.tags, row.archive));
     EXPECT_EQ(row.wantedLog, takeLog());
   }
@@ -168,6 +191,8 @@ struct VariableRow {
   std::string wantedLog;
   std::string prepend = "";
   std::string archive = "";
+  std::string append = "";
+  std::vector<SideFile> files = {};
 };
 
 const VariableRow kVariables[] = {
@@ -204,6 +229,34 @@ const VariableRow kVariables[] = {
      {{"USE_CP_ENV_VAR", {"1"}}, {"CP_ENV_VAR", {"MY_CP"}}},
      "Set env var MY_CP to \"p\":x\n\n",
      "p"},
+    {"option-keeps-its-quotes: at the end, with all side files",
+     "%CP%(\"x\")",
+     "",
+     "\"p\":f1:f2:x:f3:\"a b\"",
+     {{"USE_CP_ENV_VAR", {"1"}}, {"CP_ENV_VAR", {"MY_CP"}}},
+     "Set env var MY_CP to \"p\":f1:f2:x:f3:\"a b\"\n\n",
+     "p",
+     "",
+     "a b",
+     {{".cp1", "f1"}, {".cp", "f2"}, {".cp2", "f3"}}},
+    {"side files keep their quotes",
+     "%CP%()",
+     "",
+     "\"f1\":\"f2\":\"f3\"",
+     {{"USE_CP_ENV_VAR", {"1"}}, {"CP_ENV_VAR", {"MY_CP"}}},
+     "Set env var MY_CP to \"f1\":\"f2\":\"f3\"\n\n",
+     "",
+     "",
+     "",
+     {{".cp1", "\"f1\""}, {".cp", "\"f2\""}, {".cp2", "\"f3\""}}},
+    {"macros in the archive are not resolved for the variable",
+     "%CP%(\"x\")",
+     "",
+     "x:@CP_ENV_VAR@/#MY_CP#.jar",
+     {{"USE_CP_ENV_VAR", {"1"}}, {"CP_ENV_VAR", {"MY_CP"}}},
+     "Set env var MY_CP to x:@CP_ENV_VAR@/#MY_CP#.jar\n\n",
+     "",
+     "@CP_ENV_VAR@/#MY_CP#.jar"},
     {"jvm file's own entries keep their quotes",
      "%CP%(\"x\")",
      "",
@@ -258,7 +311,7 @@ const VariableRow kVariables[] = {
 TEST_F(ClasspathTest, GoesIntoAVariable) {
   for (const VariableRow& row : kVariables) {
     SCOPED_TRACE(row.name);
-    begin(row.prepend, "", {});
+    begin(row.prepend, row.append, row.files);
     const test::ScopedEnvironment variable("MY_CP", "before");
     EXPECT_EQ(row.wanted, resolve(row.command, row.tags, row.archive));
     EXPECT_STREQ(row.wantedValue.c_str(), getenv("MY_CP"));
@@ -291,6 +344,19 @@ TEST_F(EmbeddedJarsTest, AreExtractedAndQuoted) {
   EXPECT_FALSE(std::filesystem::exists(folder() + "/verify.jar"));
 }
 
+TEST_F(EmbeddedJarsTest, StandAmongAllNineSourcesInOrder) {
+  test::writeFile(*m_dir / "setup.cp1", "one");
+  test::writeFile(*m_dir / "setup.cp", "mid");
+  test::writeFile(*m_dir / "setup.cp2", "two");
+  LauncherTestAccess::setPrependClasspath("pre");
+  LauncherTestAccess::setAppendClasspath("post");
+  const std::string command =
+      resolve("%CP%(\"arg1\",\"arg2\")", {{"JVM_CLASSPATH", {"own"}}}, "arch");
+  EXPECT_EQ("-cp \"pre\":one:own:mid:arg1:arg2:arch:\"" + folder() + "/one.jar\":\"" + folder() +
+                "/two words.jar\":two:\"post\"",
+            command);
+}
+
 TEST_F(EmbeddedJarsTest, AreNotQuotedInAVariable) {
   const test::ScopedEnvironment variable("MY_CP", "before");
   EXPECT_EQ("", resolve("%CP%(\"x\")", {{"USE_CP_ENV_VAR", {"1"}}, {"CP_ENV_VAR", {"MY_CP"}}}));
@@ -303,6 +369,18 @@ TEST_F(EmbeddedJarsTest, StayInTheLauncherForAVerification) {
   const long foldersBefore = PlatformTestAccess::createdDirectories().size();
   EXPECT_EQ("x", str(LaunchScript("%CP%(\"x\")", true, false).resolve(jvm)));
   EXPECT_EQ(foldersBefore, PlatformTestAccess::createdDirectories().size());
+}
+
+// A launcher that carries other files only still gets the folder for its jars.
+TEST_F(ClasspathTest, WithoutEmbeddedJarsTheirFolderStaysEmpty) {
+  test::writeFile(*m_dir / "setup.bin",
+                  test::launcherFileBytes({{FILE_TYPE_VERIFY_JAR, 1, "verify.jar", "no"}}));
+  LauncherTestAccess::resetInputFiles();
+  Launcher::getInputFiles().load(false);
+  const long foldersBefore = PlatformTestAccess::createdDirectories().size();
+  EXPECT_EQ("[]", resolve("[%CP%()]", {}));
+  ASSERT_EQ(foldersBefore + 1, PlatformTestAccess::createdDirectories().size());
+  EXPECT_TRUE(std::filesystem::is_empty(str(PlatformTestAccess::createdDirectories().back())));
 }
 
 // --- The builders by themselves ---

@@ -144,6 +144,7 @@ const Row kRows[] = {
     {"IF_EXISTS: absent", "[%IF_EXISTS%(\"Y\",\"-y\")]", "[]"},
     {"IF_EXISTS: empty", "[%IF_EXISTS%(\"EMPTY\",\"-e\")]", "[]"},
     {"IF_EXISTS: first value empty", "[%IF_EXISTS%(\"V\",\"-v\")]", "[]", {{"V", {"", "second"}}}},
+    {"IF_EXISTS without arguments", "%IF_EXISTS%()", "!IF_EXISTS function requires 2 arguments."},
     {"IF_EXISTS with one", "%IF_EXISTS%(\"X\")", "!IF_EXISTS function requires 2 arguments."},
     {"IF_EXISTS with three", "%IF_EXISTS%(\"X\",\"a\",\"b\")",
      "!IF_EXISTS function requires 2 arguments."},
