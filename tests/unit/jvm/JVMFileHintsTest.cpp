@@ -262,6 +262,30 @@ const Row kRows[] = {
      "DIR/good/bin/",
      false,
      "java"},
+    {"executable whose only separator is its first byte",
+     kPlatformPaths,
+     {},
+     "DIR/good/bin",
+     {FROM_PATH("DIR/good/bin", "DIR/good/bin"), TRIED("DIR/good/bin//java")},
+     "DIR/good/bin",
+     false,
+     "/java"},
+    {"executable whose only separator is its first byte, separator",
+     kPlatformPaths,
+     {},
+     "DIR/good/bin/",
+     {FROM_PATH("DIR/good/bin", "DIR/good/bin/"), TRIED("DIR/good/bin//java")},
+     "DIR/good/bin",
+     false,
+     "/java"},
+    {"executable whose only separator is its first byte, root",
+     kPlatformPaths,
+     {},
+     "/",
+     {FROM_PATH("", "/")},
+     "",
+     false,
+     "/java"},
     {"executable two folders down",
      kPlatformPaths,
      {},
@@ -364,6 +388,27 @@ TEST_F(HintsTest, SaysWhereItSearches) {
     EXPECT_EQ(nullptr, (jvm.*row.strategy)("", ""));
     EXPECT_EQ(row.wantedOpening, takeLog());
   }
+}
+
+TEST_F(HintsTest, CanceledTriesNoCandidate) {
+  const test::ScopedEnvironment path("PATH", here("DIR/good/bin").c_str());
+  const test::ScopedEnvironment variable("VARIABLE", here("DIR/good").c_str());
+  for (const OpeningRow& row : kOpenings) {
+    for (const bool isCanceled : {true, false}) {  // not canceled, each one matches
+      SCOPED_TRACE(std::string(row.name) + (isCanceled ? ", canceled" : ""));
+      TagFile tags;
+      fillTags(tags,
+               {"", row.strategy, {row.strategy == kPathHints ? "good" : "VARIABLE"}, "", {}, ""});
+      JVMFile jvm(tags);
+      PlatformTestAccess::setCanceled(isCanceled);
+      const auto match = (jvm.*row.strategy)("", "Verify");
+      PlatformTestAccess::setCanceled(false);
+      EXPECT_EQ(isCanceled, match == nullptr);
+      const std::string log = takeLog();
+      EXPECT_EQ(row.wantedOpening, isCanceled ? log : log.substr(0, row.wantedOpening.size()));
+    }
+  }
+  EXPECT_EQ(3u, test::callsOfFakeJVM(m_dir / "good").size());
 }
 
 TEST_F(HintsTest, NeedsRequirements) {

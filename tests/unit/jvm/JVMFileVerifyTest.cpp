@@ -251,23 +251,52 @@ TEST_F(VerifyTest, RunsTheVerifyClass) {
   }
 }
 
+// --- What the class-path function cannot read: class paths without quotes at both ends ---
+
+struct BadClasspathRow {
+  const char* name;
+  const char* classpath;
+  const char* verifyClass;
+  std::string wantedError;     // up to the position
+  std::size_t wantedPosition;  // behind the home
+  std::string wantedEnd;       // behind the position
+  std::string wantedLog;       // behind the opening lines
+};
+
+const char kScriptError[] = "LauncherException: Launch script error: ";
+
+const BadClasspathRow kBadClasspaths[] = {
+    {"no quotes", "v.jar", "Verify",
+     std::string(kScriptError) + "Expected string arg. (near character ", 18, ")",
+     "Launch command:\n\"DIR/jdk/@JVM_EXE@\" %CP%(v.jar)  @REQ_JAVA_ARGS@ Verify java.version "
+     "java.vendor\n"},
+    {"quote at the end only", "v.jar\"", "\"Verify\"",
+     std::string(kScriptError) + "Expected string arg. (near character ", 18, ")",
+     "Launch command:\n\"DIR/jdk/@JVM_EXE@\" %CP%(v.jar\")  @REQ_JAVA_ARGS@ \"Verify\" "
+     "java.version java.vendor\n"},
+    {"quote at the beginning only: the class's first one ends it", "\"v.jar", "\"Verify\"",
+     std::string(kScriptError) + "Expected right parenthesis. (near character ", 44, ")",
+     "Launch command:\n\"DIR/jdk/@JVM_EXE@\" %CP%(\"v.jar)  @REQ_JAVA_ARGS@ \"Verify\" "
+     "java.version java.vendor\n"},
+    {"quote at the beginning only, class without quotes", "\"v.jar", "Verify",
+     "LauncherException: Expected double quote to end argument near ", 19, "", ""},
+};
+
 TEST_F(VerifyTest, PassesErrorsOfTheTemplateOn) {
   const std::string home = test::makeFakeJVM(m_dir / "jdk", FakeJVM::RightValues);
-  TagFile tags;
-  test::addTags(tags, kRequirements);
-  JVMFile jvm(tags);
-  // A class path without quotes is no string for the class-path function.
-  EXPECT_EQ("LauncherException: Launch script error: Expected string arg. (near character " +
-                std::to_string(home.size() + 18) + ")",
-            test::outcome([&] {
-              (void)jvm.verify(sstr(home), "v.jar", "Verify");
-              return SString("accepted");
-            }));
-  EXPECT_EQ(
-      "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
-      "Launch command:\n\"DIR/jdk/@JVM_EXE@\" %CP%(v.jar)  @REQ_JAVA_ARGS@ Verify java.version "
-      "java.vendor\n",
-      takeLog());
+  for (const BadClasspathRow& row : kBadClasspaths) {
+    SCOPED_TRACE(row.name);
+    TagFile tags;
+    test::addTags(tags, kRequirements);
+    JVMFile jvm(tags);
+    EXPECT_EQ(row.wantedError + std::to_string(home.size() + row.wantedPosition) + row.wantedEnd,
+              test::outcome([&] {
+                (void)jvm.verify(sstr(home), row.classpath, row.verifyClass);
+                return SString("accepted");
+              }));
+    EXPECT_EQ("Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n" + row.wantedLog,
+              takeLog());
+  }
 }
 
 struct TemplateHomeRow {

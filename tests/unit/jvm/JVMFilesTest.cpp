@@ -1,6 +1,8 @@
 #include "jvm/JVMFiles.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
 
 #include "fakes/FakeDiskScan.h"
 #include "fakes/FakeJVM.h"
@@ -177,6 +179,17 @@ const SearchRow kSearches[] = {
              {kScan, tried("DIR/c/jdk"), tried("DIR/c/jdk"), kProcess}}),
      "",
      ""},
+    {"first-jvm-file-verified-at-once: for each name that one file matches",
+     {java("J17", kWants17, {{"SEARCH_ALL", {"1"}}}),
+      {{"DESC", {"plain"}}, {"JVM_EXE", {"java"}}, {"JVM_PROPERTIES", {kWants1}}}},
+     "",
+     {"DIR/c"},
+     joined({{kHints},
+             threeStrategies("J17"),
+             {kScan, tried("DIR/c/jdk"), tried("DIR/c/jdk"), kProcess,
+              "Verifying JVM at DIR/c/jdk/bin/java"}}),
+     "DIR/c/jdk/bin",
+     "plain"},
     {"candidates of the others are verified afterwards, each home once",
      {java("none", "java.version=9", {{"SEARCH_ALL", {"1"}}}), java("J17", kWants17)},
      "",
@@ -408,6 +421,24 @@ TEST_F(JVMFilesTest, CancelingEndsTheSearch) {
   EXPECT_EQ(0, matches.size());
 }
 
+// The JVM itself cancels the run while it is verified for the first jvm file.
+TEST_F(JVMFilesTest, CancelingEndsTheUsersHome) {
+  const std::string home =
+      test::makeFakeJVM(m_dir / "cancels", "kill -USR1 " + std::to_string(getpid()) +
+                                               "; printf '1739021872\\n1.4.2\\n'");
+  const auto oldHandler = signal(SIGUSR1, [](int) { PlatformTestAccess::setCanceled(true); });
+  LauncherTestAccess::setUserJavaHome(home);
+  const auto files = makeFiles({java("J17", kWants17), java("J1", kWants1)});
+  JVMMatchPtrDeque matches;
+  files->search(matches);
+  PlatformTestAccess::setCanceled(false);
+  signal(SIGUSR1, oldHandler);
+  const Strings wanted = {kUser + "DIR/cancels", tried("DIR/cancels"), kHints};
+  EXPECT_EQ(wanted, wayOfTheSearch(takeLog()));
+  EXPECT_EQ(1u, test::callsOfFakeJVM(home).size());
+  EXPECT_EQ(0, matches.size());
+}
+
 TEST_F(JVMFilesTest, OnlyTheFirstJVMFileIsRunDuringTheScan) {
   const auto files = makeFiles({java("J1", kWants1), java("J17", kWants17)});
   setScanRoots({"DIR/a"});
@@ -429,6 +460,17 @@ TEST_F(JVMFilesTest, FoundFileEndsTheScanWithAMatchOnly) {
   EXPECT_FALSE(files->foundFile(sstr(m_dir / "a/jdk/bin/javac")));
   EXPECT_TRUE(files->foundFile(sstr(m_dir / "a/jdk/bin/java")));
   EXPECT_FALSE(files->foundFile(sstr(m_dir / "b/jdk/bin/java")));  // there is a match already
+}
+
+TEST_F(JVMFilesTest, FoundFileInTheRootHasNoHome) {
+  const auto files = makeFiles({java("J17", kWants17, {{"SEARCH_ALL", {"1"}}})});
+  JVMMatchPtrDeque matches;
+  files->search(matches);  // from here on the first jvm file is verified at once
+  takeLog();
+  for (const char* path : {"/bin/java", "bin/java"}) {
+    EXPECT_FALSE(files->foundFile(path));
+    EXPECT_EQ("", takeLog());
+  }
 }
 
 // --- Access by index ---
