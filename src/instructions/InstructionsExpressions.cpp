@@ -67,27 +67,28 @@ void Instructions::evalExpr(SString& text, std::string_view prefix) const {
 }
 
 bool Instructions::substitute(SString& text, std::string_view prefix, std::uint32_t& count) const {
-  const std::uint32_t countBefore = count;
+  bool replaced = false;
   std::size_t start = text.find('@');
   while (start != SString::npos) {
     const std::size_t end = text.find('@', start + 1);
     if (end == SString::npos) {
       throwException(SString(prefix) + kInvalidSpecification);
     }
+    if (++count > kUnwatchedSubstitutions) {
+      stopIfCanceled();
+    }
     if (end == start + 1) {
       text.erase(end, 1);
       start = text.find('@', start + 1);
       continue;
     }
-    if (++count > kUnwatchedSubstitutions) {
-      stopIfCanceled();
-    }
+    replaced = true;
     VariableRef variable;
     variable.init(text.substr(start + 1, end - start - 1), prefix);
     text.replace(start, end - start + 1, variable.getStringValue());
     start = text.find('@', start);  // at the value itself, which may begin with a reference
   }
-  return count != countBefore;
+  return replaced;
 }
 
 std::int32_t Instructions::evalLongExpr(const SString& text, std::string_view prefix) const {

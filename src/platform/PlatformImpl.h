@@ -70,7 +70,7 @@ class PlatformImpl {
   // PATH, without a shell and in the current directory; returns 0 when that fails.
   // Throws LauncherException, each text followed by the system's: "Error setting working
   // directory: DIR ", "Couldn't create either stdout or stderr pipe: ", "Error forking new
-  // process: ", "Error waiting for child process: ".
+  // process: ", "Error waiting for child process: " (not with `capture`).
   static int executeProcess(const SString& command, const SString& workingDir, bool consoleFlag,
                             bool capture, bool redirectInChild, SString* stdOut, SString* stdErr,
                             bool replaceProcess);

@@ -173,6 +173,14 @@ constexpr char kSurviveSignals[] = "trap 'exit' 1 2 15; ";
 constexpr char kSurviveSignals[] = "";
 #endif
 
+// The system takes no longer argument; a command that fills it goes without the words in front.
+constexpr std::size_t kLongestArgument = 128 * 1024 - 1;
+
+SString shellLine(const SString& command) {
+  const bool fits = command.size() + sizeof kSurviveSignals - 1 <= kLongestArgument;
+  return fits ? kSurviveSignals + command : command;
+}
+
 // Becomes the shell; what fails shows in the status, since no message can reach anybody.
 [[noreturn]] void becomeShell(const char* command) {
   execl("/bin/sh", "sh", "-c", "--", command, static_cast<char*>(nullptr));
@@ -231,6 +239,7 @@ void PlatformImpl::Child::capture(SString* stdOut, SString* stdErr) {
 }
 
 void PlatformImpl::Child::start(const SString& command, bool redirect) {
+  const SString line = shellLine(command);  // in the child nothing may fail for want of memory
   const pid_t child = fork();
   if (child == -1) {
     const int error = errno;
@@ -242,7 +251,7 @@ void PlatformImpl::Child::start(const SString& command, bool redirect) {
         !(m_outputs[0].redirect(STDOUT_FILENO) && m_outputs[1].redirect(STDERR_FILENO))) {
       _exit(kCannotStart);
     }
-    becomeShell((kSurviveSignals + command).c_str());
+    becomeShell(line.c_str());
   }
   m_child = child;
   if (m_captures) {

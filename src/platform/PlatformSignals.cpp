@@ -184,6 +184,8 @@ SignalHold::SignalHold() {
   sigaddset(&held, SIGCHLD);
   sigprocmask(SIG_BLOCK, &held, &m_mask);
   sigprocmask(SIG_BLOCK, nullptr, &m_heldMask);
+  m_waitMask = m_mask;
+  sigdelset(&m_waitMask, SIGCHLD);  // inherited as blocked, the end of a child would wake nobody
 }
 
 SignalHold::~SignalHold() {
@@ -201,10 +203,10 @@ void SignalHold::giveBack() const {
 }
 
 void SignalHold::waitForInput(pollfd* entries, nfds_t count) const {
-  if (waitWithMask(entries, count, &m_mask) > 0) {
+  if (waitWithMask(entries, count, &m_waitMask) > 0) {
     // Input was there at once, so nothing was delivered: without endless output could shut out a
     // signal for ever.
-    sigprocmask(SIG_SETMASK, &m_mask, nullptr);
+    sigprocmask(SIG_SETMASK, &m_waitMask, nullptr);
     sigprocmask(SIG_SETMASK, &m_heldMask, nullptr);
     return;
   }

@@ -30,7 +30,8 @@ class SignalHold {
 
  private:
   struct sigaction m_actions[kSignalCount];
-  sigset_t m_mask;
+  sigset_t m_mask;      // as it was found
+  sigset_t m_waitMask;  // the same, with CHLD let through
   sigset_t m_heldMask;
 };
 

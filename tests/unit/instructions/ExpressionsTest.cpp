@@ -387,6 +387,7 @@ TEST_F(Cancellation, LeavesAnHonestSubstitutionAlone) {
   }
   EXPECT_EQ(std::string(1000, '5'), test::outcomeOf([&] { return evaluate(references); }));
   references += "@N1@";
+  EXPECT_EQ(kCanceled, test::outcomeOf([] { return evaluate(std::string(2002, '@')); }));
   EXPECT_EQ(kCanceled, test::outcomeOf([&] { return evaluate(references); }));
 }
 

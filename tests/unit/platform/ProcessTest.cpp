@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/PlatformImpl.h"
@@ -336,6 +337,17 @@ TEST(ProcessTest, FailuresOfTheSystemAreThrown) {
     if (printed != "restriction not possible here") {
       EXPECT_EQ(std::string(row.message) + "|/tmp", printed);
     }
+  }
+}
+
+TEST(ProcessTest, CommandsUpToTheSystemsLimit) {
+  for (const auto& [size, wanted] :
+       {std::pair{131051, 5}, {131052, 5}, {131071, 5}, {131072, 127}}) {
+    SCOPED_TRACE(size);
+    SString command("exit 5 #");
+    command.append(static_cast<std::size_t>(size) - command.size(), 'x');
+    EXPECT_EQ(wanted, PlatformImpl::executeProcess(command, "", false, true, true, nullptr, nullptr,
+                                                   false));
   }
 }
 

@@ -129,6 +129,21 @@ TEST(SignalsTest, AChildHasTheDispositionsThatWeInherited) {
   }
 }
 
+TEST(SignalsTest, TheEndOfAChildIsNoticedAlsoWhereItsSignalIsBlocked) {
+  for (const bool capture : {false, true}) {
+    for (const char* command : {"sleep 0.05; exit 5", "exec >&- 2>&-; sleep 0.05; exit 5"}) {
+      SCOPED_TRACE(std::string(command) + (capture ? ", captured" : ""));
+      EXPECT_EQ("5", outputOf([&] {
+                  alarm(20);
+                  inherit({"CHLD, blocked", SIGCHLD, false, true, ""});
+                  PlatformImpl::prepareProcess();
+                  std::printf("%d", PlatformImpl::executeProcess(command, "", false, capture, true,
+                                                                 nullptr, nullptr, false));
+                }));
+    }
+  }
+}
+
 TEST(SignalsTest, AProgramThatWeBecomeHasThemToo) {
   for (const InheritedRow& row : kInheritedRows) {
     SCOPED_TRACE(row.name);
