@@ -27,9 +27,13 @@ namespace {
 bool g_hidesTypes = false;  // the system tells no types, as on some file systems
 }
 
-// Stand in front of the C library's.
+// Stand in front of the C library's. Where large files are asked for on a 32-bit machine, the
+// library calls its readdir by another name, and by the plain name has one that reads no large
+// disk.
+constexpr const char* kReaddir = sizeof(off_t) > sizeof(long) ? "readdir64" : "readdir";
+
 extern "C" dirent* readdir(DIR* directory) {
-  static const auto real = reinterpret_cast<dirent* (*)(DIR*)>(dlsym(RTLD_NEXT, "readdir"));
+  static const auto real = reinterpret_cast<dirent* (*)(DIR*)>(dlsym(RTLD_NEXT, kReaddir));
   dirent* entry = real(directory);
 #ifdef DT_UNKNOWN
   if (entry != nullptr && g_hidesTypes) {
