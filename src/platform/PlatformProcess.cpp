@@ -210,7 +210,7 @@ void becomeProgram(const SString& command) {
 class PlatformImpl::Child {
  public:
   Child() = default;
-  ~Child() { m_child = 0; }
+  ~Child();
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
 
@@ -229,6 +229,18 @@ class PlatformImpl::Child {
   Output m_outputs[2];
   int m_status = 0;
 };
+
+// A child that is still there was left by an exception: nobody will look at its output any more.
+PlatformImpl::Child::~Child() {
+  if (m_child != 0) {
+    if (!signalCommand(m_child, SIGKILL, SIGTERM)) {
+      kill(m_child, SIGKILL);
+    }
+    while (waitpid(m_child, nullptr, 0) == -1 && errno == EINTR) {
+    }
+    m_child = 0;
+  }
+}
 
 void PlatformImpl::Child::capture(SString* stdOut, SString* stdErr) {
   m_captures = true;

@@ -118,24 +118,6 @@ void sendToEach(const char* list, ssize_t size, int signal) {
   }
 }
 
-// Sends the signal to the child, which is the shell, and to what the shell runs: the shell waits
-// for its command and passes nothing on. The shell comes first, so that it starts nothing behind
-// our back. Only where the system lists the children of a process; elsewhere the command hears of
-// what the terminal sends alone. Uses nothing that a signal handler may not.
-void passOn(pid_t child, int signal) {
-  kill(child, signal);
-  char path[64];
-  char* end = appendNumber(appendText(path, "/proc/"), child);
-  end = appendNumber(appendText(end, "/task/"), child);
-  appendText(end, "/children");
-  const int list = open(path, O_RDONLY | O_CLOEXEC);
-  if (list != -1) {
-    char children[512];
-    sendToEach(children, read(list, children, sizeof children), signal);
-    close(list);
-  }
-}
-
 // Ends the process as if the signal had never been handled, so that our parent learns of it.
 void endBySignal(int signal) {
   setHandler(signal, SIG_DFL);
@@ -172,6 +154,23 @@ int waitWithMask(pollfd* entries, nfds_t count, const sigset_t* mask) {
 #endif
 
 }  // namespace
+
+// The shell comes first, so that it starts nothing behind our back. Uses nothing that a signal
+// handler may not.
+bool signalCommand(pid_t shell, int commandSignal, int shellSignal) {
+  kill(shell, shellSignal);
+  char path[64];
+  char* end = appendNumber(appendText(path, "/proc/"), shell);
+  end = appendNumber(appendText(end, "/task/"), shell);
+  appendText(end, "/children");
+  const int list = open(path, O_RDONLY | O_CLOEXEC);
+  if (list != -1) {
+    char children[512];
+    sendToEach(children, read(list, children, sizeof children), commandSignal);
+    close(list);
+  }
+  return list != -1;
+}
 
 SignalHold::SignalHold() {
   for (int i = 0; i < kSignalCount; ++i) {
@@ -240,7 +239,7 @@ void PlatformImpl::handleSignal(int signal, siginfo_t* info, void*) {
     return;
   }
   if (m_child != 0 && isSentByProcess(*info)) {
-    passOn(m_child, signal);
+    signalCommand(m_child, signal, signal);
   }
   if (m_canceled != 0) {
     endBySignal(signal);

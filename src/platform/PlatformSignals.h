@@ -9,8 +9,14 @@
 #define CORVANE_PLATFORM_PLATFORMSIGNALS_H
 
 #include <poll.h>
+#include <sys/types.h>
 
 #include <csignal>
+
+// Sends one signal to what the shell runs, and another to the shell itself, which waits for its
+// command and passes nothing on. False where the system does not list the children of a process:
+// there the command hears of what the terminal sends alone.
+bool signalCommand(pid_t shell, int commandSignal, int shellSignal);
 
 class SignalHold {
  public:
