@@ -86,7 +86,7 @@ class SString {
   // The shared buffer: this header, then `capacity` bytes and a zero byte. The header is small
   // since a long script is millions of short strings.
   struct Buffer {
-    std::uint32_t owners;  // with the bit kInSlab when it lies in a slab; its text never changes then
+    std::uint32_t owners;  // with the bit kInSlab in a slab; its text never changes then
     std::uint32_t size;
     std::uint32_t capacity;  // in a slab: the distance from the slab's beginning
     char* bytes() { return reinterpret_cast<char*>(this + 1); }
