@@ -27,23 +27,8 @@ namespace {
 bool g_hidesTypes = false;  // the system tells no types, as on some file systems
 }
 
-// Stand in front of the C library's. Where large files are asked for on a 32-bit machine, the
-// library calls its readdir by another name, and by the plain name has one that reads no large
-// disk.
-constexpr const char* kReaddir = sizeof(off_t) > sizeof(long) ? "readdir64" : "readdir";
-
-extern "C" dirent* readdir(DIR* directory) {
-  static const auto real = reinterpret_cast<dirent* (*)(DIR*)>(dlsym(RTLD_NEXT, kReaddir));
-  dirent* entry = real(directory);
-#ifdef DT_UNKNOWN
-  if (entry != nullptr && g_hidesTypes) {
-    entry->d_type = DT_UNKNOWN;
-  }
-#endif
-  return entry;
-}
-
-#ifdef __linux__
+// Stands in front of the C library's.
+#if defined(__linux__) && defined(__GLIBC__)
 extern "C" ssize_t getdents64(int fd, void* buffer, std::size_t size) noexcept {
   using Function = ssize_t (*)(int, void*, std::size_t);
   static const auto real = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "getdents64"));
@@ -54,6 +39,17 @@ extern "C" ssize_t getdents64(int fd, void* buffer, std::size_t size) noexcept {
     at += entry->d_reclen;
   }
   return count;
+}
+#else
+extern "C" dirent* readdir(DIR* directory) {
+  static const auto real = reinterpret_cast<dirent* (*)(DIR*)>(dlsym(RTLD_NEXT, "readdir"));
+  dirent* entry = real(directory);
+#ifdef DT_UNKNOWN
+  if (entry != nullptr && g_hidesTypes) {
+    entry->d_type = DT_UNKNOWN;
+  }
+#endif
+  return entry;
 }
 #endif
 
