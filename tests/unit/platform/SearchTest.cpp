@@ -54,6 +54,7 @@ const NameRow kNameRows[] = {
     {"one letter more in front of the file", {"java"}, "/a/bin/xjava", 0, 0, false},
     {"one letter more behind", {"bin/java"}, "/a/bin/javac", 0, 0, false},
     {"in the middle", {"bin/java"}, "/a/bin/java/b", 0, 0, false},
+    {"elsewhere in the path", {"java"}, "/java/xxxx", 0, 0, false},
     {"letters differ in case", {"bin/java"}, "/a/bin/Java", 0, 0, false},
     {"directory differs in case", {"bin/java"}, "/a/Bin/java", 0, 0, false},
     {"name begins with a separator", {"/bin/java"}, "/a/bin/java", 0, 0, false},

@@ -1,4 +1,5 @@
-// The launcher's start as a process; signals, cancellation, and what a child inherits of them.
+// Signals: cancellation, and who hears of them while a child runs. What a child inherits is in
+// StartTest.cpp.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
@@ -6,15 +7,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <ctime>
 #include <string>
 #include <vector>
 
 #include "platform/PlatformImpl.h"
+#include "platform/PlatformSignals.h"
 #include "support/OwnProcess.h"
 #include "support/TestAccess.h"
 #include "support/TestFiles.h"
@@ -24,179 +25,6 @@ namespace {
 
 using test::outputOf;
 using test::OwnProcess;
-
-// --- Standard descriptors ---
-
-TEST(SignalsTest, MissingStandardDescriptorsAreOpened) {
-  for (unsigned missing = 0; missing < 8; ++missing) {
-    SCOPED_TRACE(missing);
-    // The answer is a file, since there may be no standard output.
-    const test::TempDir folder;
-    const std::string answer = folder / "answer";
-    EXPECT_EQ("", outputOf([&] {
-                struct stat before[3];
-                for (int fd = 0; fd <= 2; ++fd) {
-                  fstat(fd, &before[fd]);
-                  if ((missing >> fd & 1) != 0) {
-                    close(fd);
-                  }
-                }
-                PlatformImpl::prepareProcess();
-                struct stat null = {};
-                stat("/dev/null", &null);
-                std::string found;
-                for (int fd = 0; fd <= 2; ++fd) {
-                  struct stat now = {};
-                  fstat(fd, &now);
-                  const struct stat& wanted = (missing >> fd & 1) != 0 ? null : before[fd];
-                  found += now.st_ino == wanted.st_ino && now.st_rdev == wanted.st_rdev ? "+" : "-";
-                  found += (fcntl(fd, F_GETFD) & FD_CLOEXEC) != 0 ? "closed on exec" : "";
-                }
-                test::writeFile(answer, found);
-              }));
-    EXPECT_EQ("+++", test::readFile(answer));
-  }
-}
-
-TEST(SignalsTest, AChildCanBeCapturedWhenAllDescriptorsWereMissing) {
-  const test::TempDir folder;
-  const std::string answer = folder / "answer";
-  OwnProcess process([&] {
-    for (int fd = 0; fd <= 2; ++fd) {
-      close(fd);
-    }
-    PlatformImpl::prepareProcess();
-    SString output;
-    SString errors;
-    PlatformImpl::executeProcess("cat; echo out; echo err >&2", "/", true, true, true, &output,
-                                 &errors, false);
-    test::writeFile(answer, std::string(output.c_str()) + errors.c_str());
-  });
-  EXPECT_EQ("exit 0", process.end());
-  EXPECT_EQ("out\nerr\n", test::readFile(answer));
-}
-
-// --- What a child inherits ---
-
-struct InheritedRow {
-  const char* name;
-  int signal;
-  bool isIgnored;
-  bool isBlocked;
-  const char* child;  // whether the child outlives the signal
-};
-
-const InheritedRow kInheritedRows[] = {
-    {"PIPE", SIGPIPE, false, false, ""},
-    {"PIPE, ignored", SIGPIPE, true, false, "alive"},
-    {"PIPE, blocked", SIGPIPE, false, true, "alive"},
-    {"INT", SIGINT, false, false, ""},
-    {"INT, ignored", SIGINT, true, false, "alive"},
-    {"TERM", SIGTERM, false, false, ""},
-    {"TERM, ignored", SIGTERM, true, false, "alive"},
-    {"TERM, blocked", SIGTERM, false, true, "alive"},
-    {"HUP", SIGHUP, false, false, ""},
-    {"HUP, ignored", SIGHUP, true, false, "alive"},
-    {"XFSZ", SIGXFSZ, false, false, ""},
-    {"XFSZ, ignored", SIGXFSZ, true, false, "alive"},
-    {"USR1, not ours", SIGUSR1, false, false, ""},
-    {"USR1, not ours, ignored", SIGUSR1, true, false, "alive"},
-};
-
-void inherit(const InheritedRow& row) {
-  signal(row.signal, row.isIgnored ? SIG_IGN : SIG_DFL);
-  sigset_t set;
-  sigemptyset(&set);
-  sigaddset(&set, row.signal);
-  sigprocmask(row.isBlocked ? SIG_BLOCK : SIG_UNBLOCK, &set, nullptr);
-}
-
-std::string commandThatSignalsItself(const InheritedRow& row) {
-  return "kill -" + std::to_string(row.signal) + " $$; printf alive";
-}
-
-TEST(SignalsTest, AChildHasTheDispositionsThatWeInherited) {
-  for (const InheritedRow& row : kInheritedRows) {
-    SCOPED_TRACE(row.name);
-    EXPECT_EQ(std::string(row.child) + " code 0", outputOf([&row] {
-                inherit(row);
-                PlatformImpl::prepareProcess();
-                const int code =
-                    PlatformImpl::executeProcess(commandThatSignalsItself(row).c_str(), "", false,
-                                                 false, true, nullptr, nullptr, false);
-                std::printf(" code %d", code);
-              }));
-  }
-}
-
-TEST(SignalsTest, TheEndOfAChildIsNoticedAlsoWhereItsSignalIsBlocked) {
-  for (const bool capture : {false, true}) {
-    for (const char* command : {"sleep 0.05; exit 5", "exec >&- 2>&-; sleep 0.05; exit 5"}) {
-      SCOPED_TRACE(std::string(command) + (capture ? ", captured" : ""));
-      EXPECT_EQ("5", outputOf([&] {
-                  alarm(20);
-                  inherit({"CHLD, blocked", SIGCHLD, false, true, ""});
-                  PlatformImpl::prepareProcess();
-                  std::printf("%d", PlatformImpl::executeProcess(command, "", false, capture, true,
-                                                                 nullptr, nullptr, false));
-                }));
-    }
-  }
-}
-
-TEST(SignalsTest, AProgramThatWeBecomeHasThemToo) {
-  for (const InheritedRow& row : kInheritedRows) {
-    SCOPED_TRACE(row.name);
-    const std::string end =
-        row.child[0] == '\0' ? "[signal " + std::to_string(row.signal) + "]" : row.child;
-    EXPECT_EQ(end, outputOf([&row] {
-                inherit(row);
-                PlatformImpl::prepareProcess();
-                const std::string command = "/bin/sh -c \"" + commandThatSignalsItself(row) + "\"";
-                PlatformImpl::executeProcess(command.c_str(), "", false, false, true, nullptr,
-                                             nullptr, true);
-              }));
-  }
-}
-
-TEST(SignalsTest, AfterAFailedReplacementTheSignalsAreOursAgain) {
-  EXPECT_EQ("0 canceled 1 pipe 1", outputOf([] {
-              PlatformImpl::prepareProcess();
-              const int code = PlatformImpl::executeProcess("/nowhere/program", "", false, false,
-                                                            true, nullptr, nullptr, true);
-              raise(SIGPIPE);
-              kill(getpid(), SIGTERM);
-              std::printf("%d canceled %d pipe 1", code, PlatformImpl::isCanceled() ? 1 : 0);
-            }));
-}
-
-TEST(SignalsTest, ChildrenCanBeWaitedForThoughTheirEndWasIgnored) {
-  for (const bool isPrepared : {true, false}) {
-    for (const bool captures : {true, false}) {
-      EXPECT_EQ("code 5", outputOf([=] {
-                  signal(SIGCHLD, SIG_IGN);
-                  if (isPrepared) {
-                    PlatformImpl::prepareProcess();
-                  }
-                  std::printf("code %d",
-                              PlatformImpl::executeProcess("exit 5", "", false, captures, true,
-                                                           nullptr, nullptr, false));
-                }));
-    }
-  }
-}
-
-TEST(SignalsTest, AClosedPipeDoesNotEndUs) {
-  EXPECT_EQ("broken 1", outputOf([] {
-              PlatformImpl::prepareProcess();
-              int ends[2];
-              if (pipe(ends) == 0) {
-                close(ends[0]);
-                const bool isBroken = write(ends[1], "x", 1) == -1 && errno == EPIPE;
-                std::printf("broken %d", isBroken ? 1 : 0);
-              }
-            }));
-}
 
 // --- Cancellation without a child ---
 
@@ -220,7 +48,6 @@ const CancelRow kCancelRows[] = {
     {"second of another kind ends, HUP", {}, {SIGINT, SIGHUP}, "[signal 1]"},
     {"the same twice in a moment is one", {}, {SIGTERM, SIGTERM, SIGTERM}, "1"},
     {"PIPE is no wish", {}, {SIGPIPE, SIGPIPE}, "0"},
-    {"XFSZ is no wish", {}, {SIGXFSZ, SIGXFSZ}, "0"},
 };
 
 TEST(SignalsTest, SignalsCancelTheRun) {
@@ -260,6 +87,41 @@ TEST(SignalsTest, ThrowIfCanceled) {
     EXPECT_STREQ("Canceled by the user.", problem.what());
   }
   PlatformTestAccess::setCanceled(false);
+}
+
+// --- Signals held back ---
+
+TEST(SignalsTest, HeldSignalsAreDeliveredInTheWait) {
+  for (const bool hasInput : {false, true}) {
+    EXPECT_EQ(hasInput ? "0 1 input 1 after" : "0 1 input 0 after", outputOf([hasInput] {
+                PlatformImpl::prepareProcess();
+                int ends[2];
+                const bool isReady = pipe(ends) == 0 && (!hasInput || write(ends[1], "x", 1) == 1);
+                {
+                  const SignalHold hold;
+                  kill(getpid(), SIGTERM);
+                  std::printf("%d ", PlatformImpl::isCanceled() ? 1 : 0);
+                  pollfd entry = {ends[0], POLLIN, POLLHUP};
+                  hold.waitForInput(&entry, isReady ? 1 : 0);
+                  std::printf("%d ", PlatformImpl::isCanceled() ? 1 : 0);
+                  std::printf("input %d", entry.revents == POLLIN ? 1 : 0);
+                }
+                std::printf(" after");
+              }));
+  }
+}
+
+TEST(SignalsTest, TheSecondSignalEndsTheProcessInsideTheWait) {
+  EXPECT_EQ("[signal 2]", outputOf([] {
+              PlatformImpl::prepareProcess();
+              const SignalHold hold;
+              kill(getpid(), SIGTERM);
+              hold.waitForInput(nullptr, 0);
+              kill(getpid(), SIGINT);
+              hold.waitForInput(nullptr, 0);
+              std::printf("still here");
+              std::fflush(stdout);
+            }));
 }
 
 // --- Signals while a child runs ---
@@ -347,6 +209,12 @@ const ChildRow kChildRows[] = {
      kAllWays,
      Gate::OpensAtTheEnd,
      "bye code 9 canceled 1"},
+    {"its last words are heard though somebody stays behind",
+     "trap '' TERM; (cat $GO; printf late) & trap 'printf bye; exit 6' TERM; g=$!; " + kStay,
+     {SIGTERM},
+     kCaptured | kCapturedBelow,
+     Gate::OpensAtTheEnd,
+     "bye code 6 canceled 1"},
     {"nothing more is started",
      "exec 2>/dev/null; sh -c 'echo ready > $READY; exec sleep 20'; printf more",
      {SIGTERM},
@@ -439,6 +307,23 @@ TEST(SignalsTest, AnIgnoredSignalDoesNotDisturbAChild) {
   EXPECT_EQ("exit 0", launcher.end());
   EXPECT_EQ(" code 4 canceled 0", launcher.output());
 }
+
+#if defined(_POSIX_TIMERS) && _POSIX_TIMERS > 0
+// A timer's signal, like the terminal's, is not sent by a process.
+TEST(SignalsTest, WhatNoProcessSentIsNotPassedOn) {
+  EXPECT_EQ(" code 4 canceled 1", outputOf([] {
+              sigevent event = {};
+              event.sigev_notify = SIGEV_SIGNAL;
+              event.sigev_signo = SIGTERM;
+              timer_t timer = {};
+              const itimerspec soon = {{0, 0}, {0, 20'000'000}};
+              if (timer_create(CLOCK_MONOTONIC, &event, &timer) == 0 &&
+                  timer_settime(timer, 0, &soon, nullptr) == 0) {
+                runLauncher("trap 'exit 9' TERM; sleep 0.15; exit 4", true);
+              }
+            }));
+}
+#endif
 
 // The terminal sends to the whole group: the child, which counts, must not have it from us again.
 TEST(SignalsTest, WhatTheTerminalSendsIsNotPassedOn) {

@@ -1,8 +1,8 @@
-// The walk through directories: what it offers, in which order, and when it ends. The search for
-// names is in SearchTest.cpp, the removal of trees in TempTest.cpp.
+// The walk through directories: what it offers, and in which order. When it ends is in
+// WalkLimitsTest.cpp, the search for names in SearchTest.cpp, the removal of trees in
+// DeleteTest.cpp.
 #include <dirent.h>
 #include <dlfcn.h>
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,12 +14,10 @@
 #include <vector>
 
 #include "platform/FileNavigator.h"
-#include "platform/PlatformImpl.h"
 #include "support/OwnProcess.h"
-#include "support/TestAccess.h"
+#include "support/RecordingWalk.h"
 #include "support/TestFiles.h"
 #include "support/Trees.h"
-#include "util/LauncherException.h"
 
 namespace fs = std::filesystem;
 
@@ -57,39 +55,7 @@ namespace {
 
 using Paths = std::vector<std::string>;
 
-// Writes down what the walk offers, and does what a test wants at one file.
-class Recorder : public FileNavigator {
- public:
-  explicit Recorder(bool isCancellable = true, bool recordsVisited = true)
-      : FileNavigator(isCancellable, recordsVisited ? Visited::Record : Visited::Forget) {}
-
-  bool processFile(const SString& path) override {
-    files.emplace_back(path.c_str());
-    const bool isAt = static_cast<long>(files.size()) == actsAt;
-    if (isAt && cancels) {
-      PlatformTestAccess::setCanceled(true);
-    }
-    return isAt && stops;
-  }
-  bool skipDirectory(const SString& path) override {
-    asked.emplace_back(path.c_str());
-    return path == skipped.c_str();
-  }
-  Paths visited() const {
-    Paths paths;
-    for (long i = 0; i < visitedDirectories().size(); ++i) {
-      paths.emplace_back(visitedDirectories()[i].c_str());
-    }
-    return paths;
-  }
-
-  std::string skipped;
-  long actsAt = 0;
-  bool cancels = false;
-  bool stops = false;
-  Paths files;
-  Paths asked;
-};
+using test::RecordingWalk;
 
 // --- Which entries are files ---
 
@@ -141,7 +107,7 @@ TEST(WalkTest, TheWalkOffersWhatIsNoDirectory) {
       for (const std::string& entry : row.tree) {
         test::makeEntry(folder.path(), entry);
       }
-      Recorder walk;
+      RecordingWalk walk;
       const std::string root = row.root[0] == '\0' ? "" : folder / row.root;
       EXPECT_FALSE(walk.process(root.c_str()));
       EXPECT_EQ(row.files, test::below(folder.path(), walk.files));
@@ -154,7 +120,7 @@ TEST(WalkTest, ARelativeRootGivesRelativePaths) {
   const test::TempDir folder;
   test::writeFile(folder / "r/a/f", "");
   const test::ScopedCurrentDir inside(folder.path());
-  Recorder walk;
+  RecordingWalk walk;
   EXPECT_FALSE(walk.process("r"));
   EXPECT_EQ(Paths{"r/a/f"}, walk.files);
   EXPECT_EQ((Paths{"r", "r/a"}), walk.visited());
@@ -194,7 +160,8 @@ void listInOrder(const std::string& directory, Paths& files, Paths& directories)
   while (const dirent* entry = readdir(entries)) {
     const std::string name = entry->d_name;
     if (name != "." && name != "..") {
-      const std::string path = directory + "/" + name;
+      std::string path = directory;
+      path.append("/").append(name);
       (fs::is_directory(path) ? inside : files).push_back(path);
     }
   }
@@ -214,7 +181,7 @@ TEST(WalkTest, LastListedDirectoryIsWalkedFirst) {
   Paths files;
   Paths directories;
   listInOrder(folder.path(), files, directories);
-  Recorder walk;
+  RecordingWalk walk;
   EXPECT_FALSE(walk.process(folder.path().c_str()));
   EXPECT_EQ(files, walk.files);
   EXPECT_EQ(directories, walk.visited());
@@ -223,22 +190,21 @@ TEST(WalkTest, LastListedDirectoryIsWalkedFirst) {
 
 TEST(WalkTest, EachWalkBeginsAnew) {
   const test::TempDir folder;
-  test::writeFile(folder / "a/f", "");
-  test::writeFile(folder / "b/c/g", "");
-  Recorder walk;
-  walk.process(folder.path().c_str());
+  for (const char* name : {"a/f", "b/f", "c/f"}) {
+    test::writeFile(folder / name, "");
+  }
+  RecordingWalk walk;
   walk.stops = true;
-  walk.actsAt = 3;
-  EXPECT_TRUE(walk.process((folder / "b").c_str()));
-  EXPECT_EQ((Paths{folder / "b", folder / "b/c"}), walk.visited());
-  walk.process((folder / "a").c_str());
+  walk.actsAt = 1;
+  EXPECT_TRUE(walk.process(folder.path().c_str()));  // two are still to be walked
+  EXPECT_FALSE(walk.process((folder / "a").c_str()));
   EXPECT_EQ(Paths{folder / "a"}, walk.visited());
 }
 
 TEST(WalkTest, WhoDoesNotAskHasNoListOfTheVisited) {
   const test::TempDir folder;
   test::writeFile(folder / "a/f", "");
-  Recorder walk(true, false);
+  RecordingWalk walk(true, false);
   walk.process(folder.path().c_str());
   EXPECT_EQ(Paths{folder / "a/f"}, walk.files);
   EXPECT_EQ(Paths(), walk.visited());
@@ -250,7 +216,7 @@ TEST(WalkTest, ASkippedDirectoryIsNeitherListedNorDescendedInto) {
   const test::TempDir folder;
   test::writeFile(folder / "a/f", "");
   test::writeFile(folder / "b/c/g", "");
-  Recorder walk;
+  RecordingWalk walk;
   walk.skipped = folder / "b";
   EXPECT_FALSE(walk.process(folder.path().c_str()));
   EXPECT_EQ(Paths{folder / "a/f"}, walk.files);
@@ -268,7 +234,7 @@ TEST(WalkTest, UnreadableDirectoriesArePassedOver) {
   chmod((folder / "r/listed").c_str(), 0744);  // names can be read, nothing behind them
   const auto walk = [&folder] {
     test::becomeOrdinaryUser();
-    Recorder recorder;
+    RecordingWalk recorder;
     const bool isStopped = recorder.process((folder / "r").c_str());
     std::printf("%d", isStopped ? 1 : 0);
     std::sort(recorder.files.begin(), recorder.files.end());
@@ -281,7 +247,7 @@ TEST(WalkTest, UnreadableDirectoriesArePassedOver) {
 }
 
 TEST(WalkTest, ADirectoryThatBecameALinkIsNotFollowed) {
-  struct Swapper : Recorder {
+  struct Swapper : RecordingWalk {
     bool skipDirectory(const SString& path) override {
       if (path == swapped.c_str()) {
         fs::rename(swapped, swapped + ".old");
@@ -300,153 +266,6 @@ TEST(WalkTest, ADirectoryThatBecameALinkIsNotFollowed) {
   walk.elsewhere = folder / "elsewhere";
   EXPECT_FALSE(walk.process((folder / "r").c_str()));
   EXPECT_EQ(Paths(), walk.files);
-}
-
-// --- Depth and number ---
-
-// Makes "d/d/d/..." with a file "f" in each hundredth, and removes it at the end.
-class DeepTree {
- public:
-  DeepTree(const std::string& folder, int depth) : m_depth(depth) {
-    const test::ScopedCurrentDir inside(folder);
-    for (int level = 1; level <= depth; ++level) {
-      EXPECT_EQ(0, mkdir("d", 0755));
-      EXPECT_EQ(0, chdir("d"));
-      if (level % 100 == 0) {
-        close(open("f", O_CREAT | O_WRONLY, 0644));
-      }
-    }
-    m_bottom = open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  }
-  ~DeepTree() {
-    const test::ScopedCurrentDir inside("/");
-    EXPECT_EQ(0, fchdir(m_bottom));
-    close(m_bottom);
-    for (int level = 0; level < m_depth; ++level) {
-      unlink("f");
-      EXPECT_EQ(0, chdir(".."));
-      rmdir("d");
-    }
-  }
-
- private:
-  int m_depth;
-  int m_bottom;
-};
-
-// The system opens no path of 4096 bytes and more: what lies deeper is passed over.
-TEST(WalkTest, DeepTreesAreWalkedAsDeepAsPathsCanBeOpened) {
-  const test::TempDir folder;
-  const test::ScopedCurrentDir inside(folder.path());
-  const DeepTree tree(folder.path(), 2100);
-  Recorder walk;
-  EXPECT_FALSE(walk.process("."));
-  EXPECT_EQ(20U, walk.files.size());
-  EXPECT_EQ(2000U * 2 + 3, walk.files.back().size());
-  EXPECT_EQ(2049U, walk.visited().size());
-  EXPECT_EQ(4097U, walk.visited().back().size());
-}
-
-struct ProgressRow {
-  const char* name;
-  std::vector<int> walks;  // files in each
-  const char* progress;
-};
-
-const ProgressRow kProgressRows[] = {
-    {"none", {0}, ""},
-    {"999 files", {999}, ""},
-    {"1000 files", {1000}, "."},
-    {"1001 files", {1001}, "."},
-    {"1999 files", {1999}, "."},
-    {"2000 files", {2000}, ".."},
-    {"each walk counts for itself", {999, 999}, ""},
-};
-
-TEST(WalkTest, ProgressAdvancesAfterEachThousandthFile) {
-  const test::TempDir folder;
-  // Walks end at the wanted number, wherever in the tree that is.
-  for (int i = 0; i < 2000; ++i) {
-    test::writeFile(folder / std::to_string(i % 3) + "/" + std::to_string(i), "");
-  }
-  for (const ProgressRow& row : kProgressRows) {
-    SCOPED_TRACE(row.name);
-    PlatformImpl::setSilent(false);
-    std::string progress = test::captureStdout([&] {
-      for (const int files : row.walks) {
-        Recorder walk;
-        walk.actsAt = files;
-        walk.stops = true;
-        if (files > 0) {
-          EXPECT_TRUE(walk.process(folder.path().c_str()));
-          EXPECT_EQ(files, static_cast<int>(walk.files.size()));
-        }
-      }
-    });
-    std::erase(progress, '\n');  // where a row of dots ends is the console's affair
-    EXPECT_EQ(row.progress, progress);
-  }
-}
-
-// --- Stop and cancellation ---
-
-struct EndRow {
-  const char* name;
-  bool isCancellable;
-  bool isCanceledBefore;
-  long actsAt;  // at this file of six
-  bool cancels;
-  bool stops;
-  bool result;
-  std::size_t files;
-};
-
-const EndRow kEndRows[] = {
-    {"to the end", true, false, 0, false, false, false, 6},
-    {"stopped at the first", true, false, 1, false, true, true, 1},
-    {"stopped at the third", true, false, 3, false, true, true, 3},
-    {"stopped at the last", true, false, 6, false, true, true, 6},
-    {"canceled before", true, true, 0, false, false, false, 0},
-    {"canceled at the first", true, false, 1, true, false, false, 1},
-    {"canceled at the third", true, false, 3, true, false, false, 3},
-    {"canceled and stopped", true, false, 3, true, true, true, 3},
-    {"not cancellable, canceled before", false, true, 0, false, false, false, 6},
-    {"not cancellable, canceled at the third", false, false, 3, true, false, false, 6},
-    {"not cancellable, stopped", false, true, 3, false, true, true, 3},
-};
-
-TEST(WalkTest, TheWalkEndsWhenStoppedOrCanceled) {
-  const test::TempDir folder;
-  for (const char* name : {"1", "2", "a/3", "a/4", "b/5", "b/6"}) {
-    test::writeFile(folder / name, "");
-  }
-  for (const EndRow& row : kEndRows) {
-    SCOPED_TRACE(row.name);
-    Recorder walk(row.isCancellable);
-    walk.actsAt = row.actsAt;
-    walk.cancels = row.cancels;
-    walk.stops = row.stops;
-    PlatformTestAccess::setCanceled(row.isCanceledBefore);
-    EXPECT_EQ(row.result, walk.process(folder.path().c_str()));
-    EXPECT_EQ(row.files, walk.files.size());
-    PlatformTestAccess::setCanceled(false);
-  }
-}
-
-TEST(WalkTest, AnExceptionLeavesNoDirectoryOpen) {
-  struct Thrower : FileNavigator {
-    Thrower() : FileNavigator(true, Visited::Forget) {}
-    bool processFile(const SString& path) override { throw LauncherException(path); }
-  };
-  const test::TempDir folder;
-  test::writeFile(folder / "f", "");
-  Thrower walk;
-  const int before = dup(0);
-  close(before);
-  EXPECT_THROW(walk.process(folder.path().c_str()), LauncherException);
-  const int after = dup(0);
-  close(after);
-  EXPECT_EQ(before, after);
 }
 
 }  // namespace

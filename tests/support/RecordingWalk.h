@@ -1,0 +1,49 @@
+// A walk for tests.
+#ifndef CORVANE_TESTS_SUPPORT_RECORDINGWALK_H
+#define CORVANE_TESTS_SUPPORT_RECORDINGWALK_H
+
+#include <string>
+#include <vector>
+
+#include "platform/FileNavigator.h"
+#include "support/TestAccess.h"
+
+namespace test {
+
+// Writes down what the walk offers, and does what a test wants at one file.
+class RecordingWalk : public FileNavigator {
+ public:
+  explicit RecordingWalk(bool isCancellable = true, bool recordsVisited = true)
+      : FileNavigator(isCancellable, recordsVisited ? Visited::Record : Visited::Forget) {}
+
+  bool processFile(const SString& path) override {
+    files.emplace_back(path.c_str());
+    const bool isAt = static_cast<long>(files.size()) == actsAt;
+    if (isAt && cancels) {
+      PlatformTestAccess::setCanceled(true);
+    }
+    return isAt && stops;
+  }
+  bool skipDirectory(const SString& path) override {
+    asked.emplace_back(path.c_str());
+    return path == skipped.c_str();
+  }
+  std::vector<std::string> visited() const {
+    std::vector<std::string> paths;
+    for (long i = 0; i < visitedDirectories().size(); ++i) {
+      paths.emplace_back(visitedDirectories()[i].c_str());
+    }
+    return paths;
+  }
+
+  std::string skipped;
+  long actsAt = 0;
+  bool cancels = false;
+  bool stops = false;
+  std::vector<std::string> files;
+  std::vector<std::string> asked;
+};
+
+}  // namespace test
+
+#endif
