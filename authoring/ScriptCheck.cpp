@@ -5,6 +5,7 @@
 
 #include "archive/LauncherFileFormat.h"
 #include "launcher/Launcher.h"
+#include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
@@ -82,9 +83,10 @@ const ScriptCheck::CommandRow ScriptCheck::kCommands[] = {
 ScriptCheck::ScriptCheck(const Setup& setup, const SetupFile& script,
                          std::vector<std::string>& findings)
     : m_setup(setup), m_script(script), m_findings(findings) {
-  const long count = script.tagFile->getTagValueCount("INSTRUCTIONS");
+  const long count = script.tagFile->getTagValueCount(tagname::kInstructions);
   for (long i = 0; i < count; ++i) {
-    m_lines.push_back(script.tagFile->getTagValue("INSTRUCTIONS", static_cast<unsigned long>(i)));
+    m_lines.push_back(
+        script.tagFile->getTagValue(tagname::kInstructions, static_cast<unsigned long>(i)));
   }
 }
 

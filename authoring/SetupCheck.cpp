@@ -6,6 +6,7 @@
 #include "archive/LauncherFileFormat.h"
 #include "authoring/FileTypes.h"
 #include "authoring/ScriptCheck.h"
+#include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 
 namespace authoring {
@@ -50,16 +51,16 @@ class TagCheck {
   void run() {
     switch (m_file.type) {
       case FILE_TYPE_INSTRUCTIONS:
-        need("INSTRUCTIONS", "the launcher does nothing and ends with status 0");
+        need(tagname::kInstructions, "the launcher does nothing and ends with status 0");
         break;
       case FILE_TYPE_JVM:
         checkJVMFile();
         break;
       case FILE_TYPE_LAUNCH_SCRIPT:
-        need("COMMAND", "there is nothing to run");
-        needAscii("DESC");
-        needNumber("DISPLAY_CONSOLE");
-        needNumber("AUTO_SET_WORKING_DIR");
+        need(tagname::kCommand, "there is nothing to run");
+        needAscii(tagname::kDesc);
+        needNumber(tagname::kDisplayConsole);
+        needNumber(tagname::kAutoSetWorkingDir);
         break;
       case FILE_TYPE_JVM_MESSAGE:
         checkMessage();
@@ -98,22 +99,22 @@ class TagCheck {
   }
 
   void checkJVMFile() {
-    need("JVM_EXE", "no JVM is ever accepted");
-    need("JVM_PROPERTIES", "hints are not looked at and VERIFY accepts no JVM");
-    for (long i = 0; i < m_file.tagFile->getTagValueCount("JVM_PROPERTIES"); ++i) {
+    need(tagname::kJVMExe, "no JVM is ever accepted");
+    need(tagname::kJVMProperties, "hints are not looked at and VERIFY accepts no JVM");
+    for (long i = 0; i < m_file.tagFile->getTagValueCount(tagname::kJVMProperties); ++i) {
       const SString line =
-          m_file.tagFile->getTagValue("JVM_PROPERTIES", static_cast<unsigned long>(i));
+          m_file.tagFile->getTagValue(tagname::kJVMProperties, static_cast<unsigned long>(i));
       if (line.find('=') == SString::npos) {
         find("JVM_PROPERTIES: \"" + std::string(line.view()) + "\" is ignored; write name = value");
       }
     }
-    needAscii("DESC");
-    needNumber("SEARCH_ALL");
+    needAscii(tagname::kDesc);
+    needNumber(tagname::kSearchAll);
   }
 
   void checkMessage() {
-    need("MESSAGE", "an empty line is shown when no JVM is found");
-    if (m_file.tagFile->getTagValueCount("MESSAGE") > 1) {
+    need(tagname::kMessage, "an empty line is shown when no JVM is found");
+    if (m_file.tagFile->getTagValueCount(tagname::kMessage) > 1) {
       find("MESSAGE has several lines, of which the first alone is shown; write one line");
     }
   }

@@ -32,7 +32,7 @@ def literals_of(source):
 
 
 def source_texts(root):
-    return {text for path in sorted((root / "src").rglob("*.cpp"))
+    return {text for path in sorted((root / "src").rglob("*.[ch]*"))
             for text in literals_of(path.read_text())}
 
 

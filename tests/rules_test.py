@@ -22,6 +22,10 @@ PLANTS = [
      "quirk 'planted-here' has no test"),
     ("quirk without a reason", "src/util/SString.cpp", "// QUIRK(planted-here)\n", "quirks",
      "quirk 'planted-here' gives no reason"),
+    ("tag name spelt out", "src/jvm/JVMFile.cpp", '// "SEARCH_ALL"\n', "tags",
+     "the name 'SEARCH_ALL' is spelt out"),
+    ("tag asked for by a literal", "authoring/SetupCheck.cpp", '// getTagValue("DSEC", 0)\n', "tags",
+     "the name 'DSEC' is spelt out"),
 ]
 
 
@@ -35,7 +39,7 @@ def plant(project, row):
     what, file, text, check, wanted = row
     with tempfile.TemporaryDirectory() as scratch:
         copy = pathlib.Path(scratch) / "project"
-        for part in ("src", "tools"):
+        for part in ("src", "authoring", "tools"):
             shutil.copytree(project / part, copy / part)
         shutil.copytree(project / "tests", copy / "tests", ignore=shutil.ignore_patterns(
             "corpus", "rules_test.py"))
@@ -50,7 +54,7 @@ def plant(project, row):
 def main():
     project = pathlib.Path(sys.argv[1]).resolve()
     failures = [failure for failure in (plant(project, row) for row in PLANTS) if failure]
-    for check in ("rooms", "quirks"):
+    for check in ("rooms", "quirks", "tags"):
         status, output = run_check(project, check)
         if status != 0:
             failures.append(f"the tree itself fails check_{check}:\n{output}")

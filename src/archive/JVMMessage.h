@@ -6,12 +6,13 @@
 #define CORVANE_ARCHIVE_JVMMESSAGE_H
 
 #include "tagfile/TagFile.h"
+#include "tagfile/TagNames.h"
 #include "util/SString.h"
 
 class JVMMessage {
  public:
   explicit JVMMessage(const TagFile& tagFile)
-      : m_tagFile(tagFile), m_message(tagFile.getTagValue("MESSAGE", 0)) {}
+      : m_tagFile(tagFile), m_message(tagFile.getTagValue(tagname::kMessage, 0)) {}
 
   SString getMessage() const { return m_message; }
   const TagFile& getTagFile() const { return m_tagFile; }

@@ -9,6 +9,7 @@
 #include "platform/PlatformImpl.h"
 #include "platform/WithPrefix.h"
 #include "tagfile/StreamUtils.h"
+#include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
@@ -48,26 +49,26 @@ std::int64_t textSize(const FileIndexEntry& entry) {
 // --- The input file ---
 
 void LauncherInputFiles::load(const TagFile& inputFile) {
-  const SString instructions = inputFile.getTagValue("INSTRUCTIONS", 0);
+  const SString instructions = inputFile.getTagValue(tagname::kInstructions, 0);
   if (!instructions.empty()) {
     withPrefix(MSG_INSTRUCTIONS_LOAD_FAILED,
                [&] { m_instructions = std::make_unique<Instructions>(loadTagFile(instructions)); });
   }
-  const SString launchScript = inputFile.getTagValue("LAUNCHSCRIPT", 0);
+  const SString launchScript = inputFile.getTagValue(tagname::kLaunchScript, 0);
   if (!launchScript.empty()) {
     withPrefix(MSG_LAUNCH_SCRIPT_LOAD_FAILED, [&] { setLaunchScript(loadTagFile(launchScript)); });
   }
-  const SString verifyClasspath = inputFile.getTagValue("VERIFY_CLASSPATH", 0);
-  const SString verifyClass = inputFile.getTagValue("VERIFY_CLASS_NAME", 0);
+  const SString verifyClasspath = inputFile.getTagValue(tagname::kVerifyClasspath, 0);
+  const SString verifyClass = inputFile.getTagValue(tagname::kVerifyClassName, 0);
   if (!verifyClasspath.empty() && !verifyClass.empty()) {
     m_jvmFiles.setVerifyClass(verifyClasspath, verifyClass);
   }
-  const SString title = inputFile.getTagValue("UI_TITLE", 0);
+  const SString title = inputFile.getTagValue(tagname::kUITitle, 0);
   if (!title.empty()) {
     PlatformImpl::setUITitle(title);  // behind the launch script's own, so it wins
   }
-  for (long i = 0; i < inputFile.getTagValueCount("JVM"); ++i) {
-    loadJVMFile(inputFile.getTagValue("JVM", static_cast<unsigned long>(i)));
+  for (long i = 0; i < inputFile.getTagValueCount(tagname::kJVM); ++i) {
+    loadJVMFile(inputFile.getTagValue(tagname::kJVM, static_cast<unsigned long>(i)));
   }
 }
 

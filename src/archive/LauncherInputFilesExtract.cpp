@@ -1,6 +1,7 @@
 // LauncherInputFiles: copying everything out, so that it can be looked at and run from disk.
 #include "archive/LauncherFileFormat.h"
 #include "archive/LauncherInputFiles.h"
+#include "tagfile/TagNames.h"
 
 namespace {
 
@@ -10,16 +11,16 @@ constexpr const char* kInputTagFile = "input.tag";
 void recordTagFile(TagFile& input, const FileIndexEntry& entry) {
   switch (entry.getFileType()) {
     case FILE_TYPE_JVM:
-      input.appendTagValue("JVM", entry.getFileName());
+      input.appendTagValue(tagname::kJVM, entry.getFileName());
       break;
     case FILE_TYPE_LAUNCH_SCRIPT:
-      input.setTagValue("LAUNCHSCRIPT", entry.getFileName());
+      input.setTagValue(tagname::kLaunchScript, entry.getFileName());
       break;
     case FILE_TYPE_INSTRUCTIONS:
-      input.setTagValue("INSTRUCTIONS", entry.getFileName());
+      input.setTagValue(tagname::kInstructions, entry.getFileName());
       break;
     case FILE_TYPE_JVM_MESSAGE:
-      input.setTagValue("JVMMESSAGE", entry.getFileName());
+      input.setTagValue(tagname::kJVMMessage, entry.getFileName());
       break;
     default:
       break;
@@ -30,7 +31,7 @@ void recordTagFile(TagFile& input, const FileIndexEntry& entry) {
 
 void LauncherInputFiles::extractAll() {
   TagFile input;
-  input.setTagValue("ACTION", "RUN_INSTRUCTIONS");
+  input.setTagValue(tagname::kAction, actionname::kRunInstructions);
   for (long i = 0; i < m_fileIndex.size(); ++i) {
     recordTagFile(input, *m_fileIndex.at(i));
     m_fileIndex.at(i)->extract(SString());

@@ -7,11 +7,10 @@
 #include "instructions/VariableRef.h"
 #include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
+#include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 
 namespace {
-
-constexpr const char* kInstructionsTag = "INSTRUCTIONS";
 
 constexpr const char* kNoCommand = "No command specified.";
 constexpr const char* kFindUI =
@@ -107,7 +106,7 @@ constexpr Instructions::CommandRow Instructions::kCommands[] = {
 
 const StringDeque& Instructions::lines() const {
   static const StringDeque noLines;
-  const StringDeque* values = m_tagFile.getValue(kInstructionsTag);
+  const StringDeque* values = m_tagFile.getValue(tagname::kInstructions);
   return values == nullptr ? noLines : *values;
 }
 

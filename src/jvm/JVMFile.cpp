@@ -1,21 +1,22 @@
 #include "jvm/JVMFile.h"
 
 #include "tagfile/TagFile.h"
+#include "tagfile/TagNames.h"
 
 SString JVMFile::tagValue(const char* tag, long index) const {
   return m_tagFile.getTagValue(tag, static_cast<unsigned long>(index));
 }
 
 SString JVMFile::getDesc() const {
-  return tagValue("DESC");
+  return tagValue(tagname::kDesc);
 }
 
 SString JVMFile::getJVMExe() const {
-  return tagValue("JVM_EXE");
+  return tagValue(tagname::kJVMExe);
 }
 
 bool JVMFile::isSearchAll() const {
-  return m_tagFile.getBoolTagValue("SEARCH_ALL", false);
+  return m_tagFile.getBoolTagValue(tagname::kSearchAll, false);
 }
 
 SString JVMFile::processMacro(const MacroText& text, char /*delimiter*/, std::size_t start,
@@ -24,7 +25,7 @@ SString JVMFile::processMacro(const MacroText& text, char /*delimiter*/, std::si
   SString value = tagValue(name.c_str());
   // QUIRK(jvm-home-backslash): the macro JVM_HOME loses one backslash at its end, never a "/":
   // templates join it with a separator of their own.
-  if (name == "JVM_HOME" && value.endsWith("\\")) {
+  if (name == tagname::kJVMHome && value.endsWith("\\")) {
     value.erase(value.size() - 1);
   }
   return value;

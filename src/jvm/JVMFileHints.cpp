@@ -5,6 +5,7 @@
 #include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TagFile.h"
+#include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/StringDeque.h"
 
@@ -49,9 +50,9 @@ std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformHints(const SString& classp
   if (!beginHintSearch(" using platform hints")) {
     return match;
   }
-  const long count = m_tagFile.getTagValueCount("PLATFORM_HINT");
+  const long count = m_tagFile.getTagValueCount(tagname::kPlatformHint);
   for (long i = 0; i < count && goesOn(match); ++i) {
-    match = verifyPlatformHint(tagValue("PLATFORM_HINT", i), classpath, verifyClass);
+    match = verifyPlatformHint(tagValue(tagname::kPlatformHint, i), classpath, verifyClass);
   }
   return match;
 }
@@ -78,9 +79,9 @@ std::unique_ptr<JVMMatch> JVMFile::verifyWithPathHints(const SString& classpath,
   if (!beginHintSearch(" using path hints")) {
     return match;
   }
-  const long count = m_tagFile.getTagValueCount("PATH_HINT");
+  const long count = m_tagFile.getTagValueCount(tagname::kPathHint);
   for (long i = 0; i < count && goesOn(match); ++i) {
-    const SString hint = tagValue("PATH_HINT", i);
+    const SString hint = tagValue(tagname::kPathHint, i);
     match = hint.startsWith(kPathSeparator) ? verifyAbsoluteHint(hint, classpath, verifyClass)
                                             : verifyRelativeHint(hint, classpath, verifyClass);
   }

@@ -7,15 +7,19 @@
 #include "platform/PlatformImpl.h"
 #include "platform/SubStatusWrapper.h"
 #include "tagfile/TagFile.h"
+#include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 
 namespace {
 
 constexpr const char* kMagicLine = "1739021872";
-constexpr const char* kPropertiesTag = "JVM_PROPERTIES";
 constexpr const char* kAnythingFollows = "...";
 constexpr std::int32_t kStepsForMissingExe = 2;
 constexpr std::int32_t kStepsForRun = 6;
+
+SString macro(const char* tag) {
+  return SString("@") + tag + "@";
+}
 
 // The argument of the class-path function. A path in quotes goes in as a string that keeps them.
 SString quoteClasspath(const SString& classpath) {
@@ -48,10 +52,10 @@ bool matchesRequirement(const SString& line, const SString& expected) {
 }  // namespace
 
 bool JVMFile::hasProperties() const {
-  const bool hasThem = !tagValue(kPropertiesTag).empty();
+  const bool hasThem = !tagValue(tagname::kJVMProperties).empty();
   if (!hasThem) {
     Launcher::logMessage("Unable to verify " + m_tagFile.getName() + " because the " +
-                             kPropertiesTag + " tag was not specified.",
+                             tagname::kJVMProperties + " tag was not specified.",
                          LOG_WARNING);
   }
   return hasThem;
@@ -61,7 +65,7 @@ std::unique_ptr<JVMMatch> JVMFile::verify(const SString& classpath, const SStrin
   if (!hasProperties()) {
     return nullptr;
   }
-  return verify(tagValue("JVM_HOME"), classpath, verifyClass);
+  return verify(tagValue(tagname::kJVMHome), classpath, verifyClass);
 }
 
 std::unique_ptr<JVMMatch> JVMFile::verify(const SString& home, const SString& classpath,
@@ -90,7 +94,7 @@ std::unique_ptr<JVMMatch> JVMFile::verify(const SString& home, const SString& cl
 
 bool JVMFile::performVerify(const SString& home, const SString& classpath,
                             const SString& verifyClass) {
-  m_tagFile.setTagValue("JVM_HOME", home);
+  m_tagFile.setTagValue(tagname::kJVMHome, home);
   StringPairPtrDeque properties;
   LaunchScript script(buildVerifyCommand(home, classpath, verifyClass, properties), true, false);
   script.execute(*this, nullptr, false);
@@ -107,9 +111,9 @@ SString JVMFile::buildVerifyCommand(const SString& home, const SString& classpat
   if (!home.endsWith(kPathSeparator)) {
     command += kPathSeparator;
   }
-  command += "@JVM_EXE@\" %CP%(";
+  command += macro(tagname::kJVMExe) + "\" %CP%(";
   command += quoteClasspath(classpath);
-  command += ")  @REQ_JAVA_ARGS@ ";
+  command += ")  " + macro(tagname::kReqJavaArgs) + " ";
   command += verifyClass;
   addProperties(command, properties);
   return command;
@@ -117,13 +121,13 @@ SString JVMFile::buildVerifyCommand(const SString& home, const SString& classpat
 
 // The names go to the verify class, the expected values wait for what it prints.
 void JVMFile::addProperties(SString& command, StringPairPtrDeque& properties) const {
-  const long count = m_tagFile.getTagValueCount(kPropertiesTag);
+  const long count = m_tagFile.getTagValueCount(tagname::kJVMProperties);
   for (long i = 0; i < count; ++i) {
-    const SString line = tagValue(kPropertiesTag, i);
+    const SString line = tagValue(tagname::kJVMProperties, i);
     const std::size_t equalSign = line.find('=');
     if (equalSign == SString::npos) {
       Launcher::logMessage(
-          SString("Invalid ") + kPropertiesTag + " setting (" + line + ") in JVM File ",
+          SString("Invalid ") + tagname::kJVMProperties + " setting (" + line + ") in JVM File ",
           LOG_WARNING);
       continue;
     }

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "archive/LauncherFileFormat.h"
+#include "launcher/ScriptVariables.h"
 #include "tagfile/StreamUtils.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -33,9 +34,6 @@ namespace {
 constexpr const char* kLogSeparator = "------------------\n";
 constexpr const char* kInvalidStringVariable = "Invalid string variable number: ";
 constexpr const char* kInvalidNumericVariable = "Invalid numeric variable number: ";
-
-constexpr std::int32_t kStringVariables = 10;
-constexpr std::int32_t kNumericVariables = 5;
 
 // Callers log in the middle of a failure and read errno afterwards.
 class ErrnoKeeper {

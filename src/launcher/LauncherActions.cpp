@@ -7,6 +7,7 @@
 #include "platform/PlatformImpl.h"
 #include "tagfile/StreamUtils.h"
 #include "tagfile/TagFile.h"
+#include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
@@ -53,25 +54,26 @@ void Launcher::endAction(RunPlan& plan) {
 }
 
 const Launcher::ActionRow Launcher::kActions[] = {
-    {"RUN_INSTRUCTIONS", [](const InputRequest&, RunPlan& plan) { plan.runInstructions = true; }},
-    {"SEARCH",
+    {actionname::kRunInstructions,
+     [](const InputRequest&, RunPlan& plan) { plan.runInstructions = true; }},
+    {actionname::kSearch,
      [](const InputRequest& request, RunPlan& plan) {
        search(request.showProgress, request.showFailMsg);
        endAction(plan);
      }},
-    {"SEARCH_ALL",
+    {actionname::kSearchAll,
      [](const InputRequest& request, RunPlan& plan) {
        searchAll(request.showProgress, request.showFailMsg);
        endAction(plan);
      }},
-    {"VERIFY_JVM",
+    {actionname::kVerifyJVM,
      [](const InputRequest& request, RunPlan& plan) { performVerify(request, plan); }},
-    {"INSTALL_JVM",
+    {actionname::kInstallJVM,
      // QUIRK(install-without-values): nothing is done or told, and the status stays 0, while
      // VERIFY_JVM calls the same an error. Calling programs leave a value away to skip the step.
      [](const InputRequest& request, RunPlan& plan) {
-       const SString installer = request.value("INSTALL_JVM_EXE");
-       const SString destination = request.value("INSTALL_JVM_DEST");
+       const SString installer = request.value(tagname::kInstallJVMExe);
+       const SString destination = request.value(tagname::kInstallJVMDest);
        if (!installer.empty() && !destination.empty()) {
          installJVM(request.showProgress, request.showFailMsg, installer, destination);
        }
@@ -81,8 +83,8 @@ const Launcher::ActionRow Launcher::kActions[] = {
 
 void Launcher::performVerify(const InputRequest& request, RunPlan& plan) {
   plan.runInstructions = false;
-  const SString jvmFile = request.value("VERIFY_JVM_FILE");
-  const SString home = request.value("VERIFY_JVM_HOME");
+  const SString jvmFile = request.value(tagname::kVerifyJVMFile);
+  const SString home = request.value(tagname::kVerifyJVMHome);
   if (jvmFile.empty() || home.empty()) {
     logMessage(kVerifyValuesMissing, LOG_ERROR);
     plan.status = -1;
@@ -102,7 +104,7 @@ void Launcher::readInputFile(const SString& argument, TagFile& tags) {
     const FilePtr file = openInputFile(argument);
     logMessage("Loading input file " + argument, LOG_INFO);
     tags.load(file.get(), argument, 0, -1);
-    setLogFileName(tags.getTagValue("LOGFILE", 0));
+    setLogFileName(tags.getTagValue(tagname::kLogFile, 0));
   } catch (const LauncherException& e) {
     PlatformImpl::showUIMessage(messageText(MSG_INPUT_FILE_LOAD_FAILED) + e.getMessage());
     throw;
@@ -123,8 +125,8 @@ void Launcher::performInputFile(const SString& argument, RunPlan& plan) {
   TagFile tags;
   readInputFile(argument, tags);
   loadFilesOf(tags);
-  const InputRequest request{tags, tags.getBoolTagValue("SHOW_PROGRESS", false),
-                             tags.getBoolTagValue("SHOW_FAIL_MSG", false)};
+  const InputRequest request{tags, tags.getBoolTagValue(tagname::kShowProgress, false),
+                             tags.getBoolTagValue(tagname::kShowFailMsg, false)};
   if (request.showProgress || request.showFailMsg) {
     PlatformImpl::showUI();
   } else {
@@ -137,7 +139,7 @@ void Launcher::performInputFile(const SString& argument, RunPlan& plan) {
 }
 
 void Launcher::performAction(const InputRequest& request, RunPlan& plan) {
-  const SString action = request.value("ACTION");
+  const SString action = request.value(tagname::kAction);
   const auto* row = std::find_if(std::begin(kActions), std::end(kActions),
                                  [&action](const ActionRow& r) { return action == r.name; });
   if (row == std::end(kActions)) {

@@ -6,16 +6,13 @@
 #include "jvm/JVMFiles.h"
 #include "jvm/JVMMatch.h"
 #include "launcher/Launcher.h"
+#include "launcher/ScriptVariables.h"
 #include "platform/PlatformImpl.h"
+#include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
 namespace {
-
-// Where the operations leave their results for the script.
-constexpr std::int32_t kResultFlag = 1;  // N1
-constexpr std::int32_t kResultHome = 1;  // S1
-constexpr std::int32_t kResultFile = 2;  // S2
 
 // Results for a calling program are printed whatever is hidden or silent.
 void printNumber(std::int32_t number) {
@@ -64,9 +61,9 @@ void Launcher::initializeUI() {
 void Launcher::findJVM(bool showProgress, bool showFailMsg) {
   logMessage("Finding a JVM", LOG_INFO);
   showSearching(showProgress);
-  setStringVariable(kResultHome, "");
-  setStringVariable(kResultFile, "");
-  setLongVariable(kResultFlag, 0);
+  setStringVariable(resultvariable::kHome, "");
+  setStringVariable(resultvariable::kJVMFile, "");
+  setLongVariable(resultvariable::kFlag, 0);
   JVMMatchPtrDeque matches;
   m_inputFiles.getJVMFiles().search(matches);
   if (JVMMatch* match = matches.at(0)) {
@@ -81,9 +78,9 @@ void Launcher::recordMatch(JVMMatch& match) {
   const SString home = match.getJVMHome();
   logMessage("Matching JVM home is " + home, LOG_INFO);
   logMessage("Matching JVM file is " + path, LOG_INFO);
-  setStringVariable(kResultHome, home);
-  setStringVariable(kResultFile, path);
-  setLongVariable(kResultFlag, 1);
+  setStringVariable(resultvariable::kHome, home);
+  setStringVariable(resultvariable::kJVMFile, path);
+  setLongVariable(resultvariable::kFlag, 1);
 }
 
 // Tells the user in the author's words, or in our own where the author gave none.
@@ -108,14 +105,14 @@ void Launcher::search(bool showProgress, bool showFailMsg) {
 }
 
 void Launcher::printSearchResult() {
-  const std::int32_t found = getLongVariable(kResultFlag);
+  const std::int32_t found = getLongVariable(resultvariable::kFlag);
   printNumber(found);
   if (found == 0) {
     return;
   }
-  printLine(getStringVariable(kResultHome));
-  printLine(getStringVariable(kResultFile));
-  PlatformImpl::removeFileFromCleanupList(getStringVariable(kResultFile));
+  printLine(getStringVariable(resultvariable::kHome));
+  printLine(getStringVariable(resultvariable::kJVMFile));
+  PlatformImpl::removeFileFromCleanupList(getStringVariable(resultvariable::kJVMFile));
 }
 
 void Launcher::searchAll(bool showProgress, bool showFailMsg) {
@@ -157,9 +154,9 @@ void Launcher::verifyJVM(bool showProgress, bool showFailMsg, std::int32_t fileI
 
 void Launcher::verifyJVM(bool showProgress, bool showFailMsg, TagFile& jvmFile,
                          const SString& javaHome) {
-  setLongVariable(kResultFlag, 0);
+  setLongVariable(resultvariable::kFlag, 0);
   if (showProgress) {
-    PlatformImpl::setUISubStatus(UI_SUBSTATUS_VERIFYING, jvmFile.getTagValue("DESC", 0));
+    PlatformImpl::setUISubStatus(UI_SUBSTATUS_VERIFYING, jvmFile.getTagValue(tagname::kDesc, 0));
   }
   SString classpath;
   SString verifyClass;
@@ -168,9 +165,9 @@ void Launcher::verifyJVM(bool showProgress, bool showFailMsg, TagFile& jvmFile,
   const auto match = javaHome.empty() ? candidate.verify(classpath, verifyClass)
                                       : candidate.verify(javaHome, classpath, verifyClass);
   if (match != nullptr) {
-    const SString home = jvmFile.getTagValue("JVM_HOME", 0);
-    setLongVariable(kResultFlag, 1);
-    setStringVariable(kResultHome, home);
+    const SString home = jvmFile.getTagValue(tagname::kJVMHome, 0);
+    setLongVariable(resultvariable::kFlag, 1);
+    setStringVariable(resultvariable::kHome, home);
     logMessage("After VERIFY, the jvm home is " + home, LOG_INFO);
     return;
   }
@@ -184,5 +181,5 @@ void Launcher::verifyJVM(bool showProgress, bool showFailMsg, const SString& jvm
                          const SString& javaHome) {
   TagFile jvmFile(jvmFileName);
   verifyJVM(showProgress, showFailMsg, jvmFile, javaHome);
-  printNumber(getLongVariable(kResultFlag));
+  printNumber(getLongVariable(resultvariable::kFlag));
 }

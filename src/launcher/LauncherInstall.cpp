@@ -4,6 +4,7 @@
 #include "archive/LauncherFileFormat.h"
 #include "archive/LauncherInputFiles.h"
 #include "launcher/Launcher.h"
+#include "launcher/ScriptVariables.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TagFile.h"
 #include "tagfile/TextUtils.h"
@@ -12,8 +13,6 @@
 namespace {
 
 constexpr const char* kMissingJVMFile = "Invalid bundled JVM. Missing 'jvm' file.";
-constexpr std::int32_t kResultFlag = 1;  // N1
-constexpr std::int32_t kResultFile = 1;  // S1: here the jvm file, where a find leaves the home
 
 SString chooseDestination(InstallJVMOption option) {
   switch (option) {
@@ -71,8 +70,8 @@ void recordHome(const SString& jvmPath, const SString& home, bool temporary) {
 }  // namespace
 
 void Launcher::installJVM(InstallJVMOption option) {
-  setLongVariable(kResultFlag, 0);
-  setStringVariable(kResultFile, "");
+  setLongVariable(resultvariable::kFlag, 0);
+  setStringVariable(resultvariable::kInstalledJVMFile, "");
   if (option != INSTALL_JVM_OPTION_HIDDEN) {
     PlatformImpl::showUI();
     PlatformImpl::setUIStatus(UI_STATUS_PREPARING_JVM);
@@ -94,9 +93,8 @@ void Launcher::installJVM(InstallJVMOption option) {
     return;
   }
   recordHome(jvmPath, destination, true);
-  setLongVariable(kResultFlag, 1);
-  // QUIRK(install-leaves-file): S1 holds the jvm file here, while a find leaves the home in it.
-  setStringVariable(kResultFile, jvmPath);
+  setLongVariable(resultvariable::kFlag, 1);
+  setStringVariable(resultvariable::kInstalledJVMFile, jvmPath);
 }
 
 void Launcher::installJVM(bool showProgress, bool, const SString& installerCommand,

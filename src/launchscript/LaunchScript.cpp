@@ -3,6 +3,7 @@
 #include "jvm/JVMFile.h"
 #include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
+#include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
@@ -59,23 +60,23 @@ void setEnvironmentForWizard(const TagFile& jvmFile) {
   if (!Launcher::isQuietPurpose()) {
     return;
   }
-  const long count = jvmFile.getTagValueCount("SET_ENV_FOR_WIZARD");
+  const long count = jvmFile.getTagValueCount(tagname::kSetEnvForWizard);
   for (long i = 0; i < count; ++i) {
     setEnvironmentFromLine(
-        trimmed(jvmFile.getTagValue("SET_ENV_FOR_WIZARD", static_cast<unsigned long>(i))));
+        trimmed(jvmFile.getTagValue(tagname::kSetEnvForWizard, static_cast<unsigned long>(i))));
   }
 }
 
 }  // namespace
 
 LaunchScript::LaunchScript(const TagFile& script, bool captureOutput)
-    : m_command(script.getTagValue("COMMAND", 0)),
+    : m_command(script.getTagValue(tagname::kCommand, 0)),
       m_captureOutput(captureOutput),
-      m_displayConsole(script.getBoolTagValue("DISPLAY_CONSOLE", false)),
-      m_autoSetWorkingDir(script.getBoolTagValue("AUTO_SET_WORKING_DIR", true)),
+      m_displayConsole(script.getBoolTagValue(tagname::kDisplayConsole, false)),
+      m_autoSetWorkingDir(script.getBoolTagValue(tagname::kAutoSetWorkingDir, true)),
       m_embeddedJars(true),
-      m_description(script.getTagValue("DESC", 0)),
-      m_archive(script.getTagValue("ARCHIVE", 0)) {}
+      m_description(script.getTagValue(tagname::kDesc, 0)),
+      m_archive(script.getTagValue(tagname::kArchive, 0)) {}
 
 LaunchScript::LaunchScript(const SString& command, bool captureOutput, bool embeddedJars)
     : m_command(command), m_captureOutput(captureOutput), m_embeddedJars(embeddedJars) {}
@@ -114,7 +115,7 @@ int LaunchScript::run(const JVMFile& jvm, const SString& command, const SString&
   const bool capture = m_captureOutput && !console;
   int exitCode = 0;
   {
-    const JavaHomeScope javaHome(jvm.getTagFile().getTagValue("JVM_HOME", 0));
+    const JavaHomeScope javaHome(jvm.getTagFile().getTagValue(tagname::kJVMHome, 0));
     setEnvironmentForWizard(jvm.getTagFile());
     PlatformImpl::preJavaLaunch();
     exitCode = PlatformImpl::executeProcess(command, directory, console, capture, true,

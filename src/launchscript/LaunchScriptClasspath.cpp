@@ -8,6 +8,7 @@
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/StreamUtils.h"
+#include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 
 namespace {
@@ -47,7 +48,7 @@ void appendWord(SString& text, const SString& word) {
 }  // namespace
 
 SString LaunchScript::buildJVMClasspath() const {
-  return tagValue("JVM_CLASSPATH");
+  return tagValue(tagname::kJVMClasspath);
 }
 
 void LaunchScript::addToClasspath(const JVMFile& jvm, SString& classpath,
@@ -56,7 +57,7 @@ void LaunchScript::addToClasspath(const JVMFile& jvm, SString& classpath,
     return;
   }
   if (!classpath.empty()) {
-    classpath += firstValue(jvm, "CLASSPATH_SEPARATOR");
+    classpath += firstValue(jvm, tagname::kClasspathSeparator);
   }
   classpath += entry;
 }
@@ -110,7 +111,7 @@ SString LaunchScript::buildRuntimeJavaArgs(const JVMFile& jvm) const {
       }
     });
   }
-  const SString required = firstValue(jvm, "REQ_JAVA_ARGS");
+  const SString required = firstValue(jvm, tagname::kReqJavaArgs);
   if (!required.empty()) {
     // QUIRK(required-args-after-blank): the blank stands in front of them even when nothing does.
     args += ' ';
@@ -121,7 +122,7 @@ SString LaunchScript::buildRuntimeJavaArgs(const JVMFile& jvm) const {
 
 SString LaunchScript::makeSystemProp(const JVMFile& jvm, const SString& name,
                                      const SString& value) const {
-  return firstValue(jvm, "SYSTEM") + name + firstValue(jvm, "SYSTEM_SEPARATOR") +
+  return firstValue(jvm, tagname::kSystem) + name + firstValue(jvm, tagname::kSystemSeparator) +
          jvm.resolve(value);
 }
 

@@ -3,6 +3,7 @@
 #include "launcher/Launcher.h"
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
+#include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
@@ -224,12 +225,12 @@ SString LaunchScript::callTempDir(const StringDeque& /*args*/) const {
 
 SString LaunchScript::callCP(const StringDeque& args) const {
   // QUIRK(use-cp-env-var-exactly-1): any other value, also another number, means no.
-  if (tagValue("USE_CP_ENV_VAR") != "1") {
+  if (tagValue(tagname::kUseCPEnvVar) != "1") {
     const SString classpath = buildClasspath(args, false);
-    return classpath.empty() ? classpath : tagValue("CLASSPATH") + classpath;
+    return classpath.empty() ? classpath : tagValue(tagname::kClasspath) + classpath;
   }
   const SString classpath = buildClasspath(args, true);
-  const SString variable = tagValue("CP_ENV_VAR");
+  const SString variable = tagValue(tagname::kCPEnvVar);
   if (variable.empty()) {
     Launcher::logMessage(
         "If USE_CP_ENV_VAR is set to 1 in the jvm file, then the jvm file should also define "

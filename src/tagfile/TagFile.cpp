@@ -7,6 +7,7 @@
 
 #include "launcher/Launcher.h"
 #include "tagfile/StreamUtils.h"
+#include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 #include "util/SStringPool.h"
@@ -194,9 +195,9 @@ void TagFile::removeValue(const SString& key) {
 }
 
 void TagFile::setDynamicJVMTags(const SString& home, const SString& fileName, bool temporary) {
-  setTagValue("JVM_HOME", home);
-  setTagValue("JVM_FILE", fileName);
-  setBoolTagValue("JVM_TEMP", temporary);
+  setTagValue(tagname::kJVMHome, home);
+  setTagValue(tagname::kJVMFile, fileName);
+  setBoolTagValue(tagname::kJVMTemp, temporary);
 }
 
 bool TagFile::write(const SString& path) const {
