@@ -4,13 +4,17 @@
 Usage: rules_test.py PROJECT
 """
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
 import tempfile
 
+PROJECT = pathlib.Path(sys.argv[1]).resolve()
+VERSION = re.search(r"project\(\S+ VERSION (\S+)", (PROJECT / "CMakeLists.txt").read_text())[1]
+
 PLANTS = [
-    # (what is planted, file below the project, text added to it, check, words wanted)
+    # (what is planted, file below the project, text added to it or made of it, check, words wanted)
     ("upward include", "src/util/SString.cpp", '#include "launcher/Launcher.h"\n', "rooms",
      "'util/SString' includes 'launcher/Launcher', which has no lower rank"),
     ("circle through a header", "src/tagfile/TextUtils.h", '#include "tagfile/TagFile.h"\n', "rooms",
@@ -26,6 +30,10 @@ PLANTS = [
      "the name 'SEARCH_ALL' is spelt out"),
     ("tag asked for by a literal", "authoring/SetupCheck.cpp", '// getTagValue("DSEC", 0)\n', "tags",
      "the name 'DSEC' is spelt out"),
+    ("second place of the version", "messages/de.po", f"# {VERSION}\n", "version",
+     "the version stands here, too"),
+    ("release without its entry", "CHANGELOG.md", lambda old: "## 0.1\n" + old, "version",
+     "the newest entry is not that of"),
 ]
 
 
@@ -35,16 +43,18 @@ def run_check(project, name):
     return result.returncode, result.stdout
 
 
-def plant(project, row):
-    what, file, text, check, wanted = row
+def plant(row):
+    what, file, change, check, wanted = row
     with tempfile.TemporaryDirectory() as scratch:
         copy = pathlib.Path(scratch) / "project"
-        for part in ("src", "authoring", "tools"):
-            shutil.copytree(project / part, copy / part)
-        shutil.copytree(project / "tests", copy / "tests", ignore=shutil.ignore_patterns(
+        for part in ("src", "authoring", "tools", "messages"):
+            shutil.copytree(PROJECT / part, copy / part)
+        shutil.copytree(PROJECT / "tests", copy / "tests", ignore=shutil.ignore_patterns(
             "corpus", "rules_test.py"))
-        with open(copy / file, "a") as target:
-            target.write(text)
+        for part in ("CMakeLists.txt", "CHANGELOG.md"):
+            shutil.copy(PROJECT / part, copy)
+        old = (copy / file).read_text() if (copy / file).exists() else ""
+        (copy / file).write_text(old + change if isinstance(change, str) else change(old))
         status, output = run_check(copy, check)
         if status != 1 or wanted not in output:
             return f"{what}: status {status}, output:\n{output}"
@@ -52,10 +62,9 @@ def plant(project, row):
 
 
 def main():
-    project = pathlib.Path(sys.argv[1]).resolve()
-    failures = [failure for failure in (plant(project, row) for row in PLANTS) if failure]
-    for check in ("rooms", "quirks", "tags"):
-        status, output = run_check(project, check)
+    failures = [failure for failure in (plant(row) for row in PLANTS) if failure]
+    for check in ("rooms", "quirks", "tags", "version"):
+        status, output = run_check(PROJECT, check)
         if status != 0:
             failures.append(f"the tree itself fails check_{check}:\n{output}")
     print("\n".join(failures) if failures else f"{len(PLANTS)} planted violations found")

@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr const char* kVersion = "2.52";
 constexpr const char* kOrigNameMissing = "Missing original launcher file name.";
 constexpr const char* kConsoleOption = "-console";
 constexpr const char* kSilentOption = "-silent";
@@ -73,7 +72,7 @@ const Launcher::OptionRow Launcher::kOptions[] = {
      }},
     {"-cv:version", false,
      [](RunPlan& plan, const SString&) {
-       PlatformImpl::showUIMessage(kVersion);
+       PlatformImpl::showUIMessage(CORVANE_VERSION);
        plan.runInstructions = false;
      },
      nullptr},

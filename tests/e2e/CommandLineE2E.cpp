@@ -100,20 +100,24 @@ TEST_F(CommandLine, WithoutRunningTheScript) {
     const char* out;
   };
   const Row rows[] = {
-      {"version", {"-cv:version"}, 0, "2.52\n"},
-      {"version twice", {"-cv:version", "-cv:version"}, 0, "2.52\n2.52\n"},
+      {"version", {"-cv:version"}, 0, CORVANE_VERSION "\n"},
+      {"version twice",
+       {"-cv:version", "-cv:version"},
+       0,
+       CORVANE_VERSION "\n" CORVANE_VERSION "\n"},
       {"silent in front of version", {"-cv:silent", "-cv:version"}, 0, ""},
-      {"silent behind version", {"-cv:version", "-cv:silent"}, 0, "2.52\n"},
+      {"silent behind version", {"-cv:version", "-cv:silent"}, 0, CORVANE_VERSION "\n"},
       // QUIRK(option-names-in-texts)
       {"-cv:in last", {"-cv:in"}, 255, kInNameMissing},
       {"log name missing keeps its status without a run",
        {"-cv:version", "-cv:log"},
        255,
-       "2.52\nA log file name must be specified after the -log option on the command line.\n"},
+       CORVANE_VERSION
+       "\nA log file name must be specified after the -log option on the command line.\n"},
       {"original name missing",
        {"-cv:version", "-cv:orig"},
        255,
-       "2.52\nMissing original launcher file name.\n"},
+       CORVANE_VERSION "\nMissing original launcher file name.\n"},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
@@ -391,8 +395,8 @@ TEST_F(CommandLine, ExtractAmongOthers) {
       {"twice", {"-cv:extract", "-cv:extract"}, 0, "..\n.."},
       {"silent", {"-cv:silent", "-cv:extract"}, 0, ""},
       {"silent behind", {"-cv:extract", "-cv:silent"}, 0, "..\n"},
-      {"version behind", {"-cv:extract", "-cv:version"}, 0, "..\n2.52\n"},
-      {"version in front", {"-cv:version", "-cv:extract"}, 0, "2.52\n..\n"},
+      {"version behind", {"-cv:extract", "-cv:version"}, 0, "..\n" CORVANE_VERSION "\n"},
+      {"version in front", {"-cv:version", "-cv:extract"}, 0, CORVANE_VERSION "\n..\n"},
       {"log name missing behind",
        {"-cv:extract", "-cv:log"},
        255,

@@ -102,7 +102,7 @@ TEST_F(InputFile, SearchPrintsTheMatchWhateverIsHidden) {
       const std::vector<std::string> left = test::listTree(tempDir());
       ASSERT_EQ(1u, left.size());
       const std::string jvmFile = tempDir() + "/" + left[0];
-      const std::string version = option == "-cv:version" ? "2.52\n" : "";
+      const std::string version = option == "-cv:version" ? CORVANE_VERSION "\n" : "";
       EXPECT_EQ(version + "1\n" + home + "\n" + jvmFile + "\n", result.out);
       EXPECT_NE(std::string::npos, test::readFile(jvmFile).find("JVM_HOME:  " + home + "\n"));
       EXPECT_NE(std::string::npos, test::readFile(jvmFile).find("JVM_FILE:  " + jvmFile + "\n"));

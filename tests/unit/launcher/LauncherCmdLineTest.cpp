@@ -124,10 +124,10 @@ const OptionRow kOptionRows[] = {
     // QUIRK(accessibility-is-console)
     {"accessibility", {"-accessibility", "-console"}, "console [-console][-console]"},
 
-    {"version again", {"-cv:version"}, "", "2.52\n"},
+    {"version again", {"-cv:version"}, "", CORVANE_VERSION "\n"},
     {"silent hides a later version alone", {"-cv:silent", "-cv:version"}, "silent "},
     {"silent hides later messages", {"-cv:silent", "-cv:log"}, "silent ", "", -1},
-    {"messages before silent show", {"-cv:version", "-cv:silent"}, "silent ", "2.52\n"},
+    {"messages before silent show", {"-cv:version", "-cv:silent"}, "silent ", CORVANE_VERSION "\n"},
     {"in last", {"-cv:in"}, "", kInNameMissing, -1},
 
     {"others, in order", {"x", "", "-y", "x"}, "[x][][-y][x]"},
@@ -152,7 +152,7 @@ TEST_F(LauncherCmdLine, EachOptionLeavesItsMark) {
     const std::string out =
         test::captureStdout([&] { status = Launcher::processCmdLine(toDeque(args)); });
     EXPECT_EQ(row.changes, changes());
-    EXPECT_EQ(std::string("2.52\n") + row.out, out);
+    EXPECT_EQ(std::string(CORVANE_VERSION "\n") + row.out, out);
     EXPECT_EQ(row.status, status);
   }
 }

@@ -45,7 +45,7 @@ TEST_F(LauncherRun, RecordsPathAndArguments) {
   const Args args{"-cv:version", "-cv:log", m_dir / "log", "", "-silent", "last one", "-cp:p"};
   std::string out;
   EXPECT_EQ(0, process("stub", args, out));
-  EXPECT_EQ("2.52\n", out);
+  EXPECT_EQ(CORVANE_VERSION "\n", out);
   EXPECT_EQ(m_dir / "launcher", test::str(Launcher::getLauncherFileName()));
   EXPECT_EQ(m_dir / "launcher", test::str(Launcher::getOriginalLauncherFileName()));
   EXPECT_EQ(args, test::toVector(LauncherTestAccess::args()));
@@ -150,7 +150,7 @@ struct TranslatedRow {
 };
 
 const TranslatedRow kTranslatedRows[] = {
-    {"log name", {"-cv:version", "-cv:log"}, {MSG_LOG_FILE_NAME_MISSING}, "2.52\n%\n"},
+    {"log name", {"-cv:version", "-cv:log"}, {MSG_LOG_FILE_NAME_MISSING}, CORVANE_VERSION "\n%\n"},
     {"input file name", {"-cv:in"}, {MSG_INPUT_FILE_NAME_MISSING}, "%\n"},
     {"input file",
      {"-cv:in", "DIR/none"},
@@ -160,7 +160,7 @@ const TranslatedRow kTranslatedRows[] = {
     {"original name is English in every language",
      {"-cv:version", "-cv:orig"},
      {},
-     "2.52\nMissing original launcher file name.\n"},
+     CORVANE_VERSION "\nMissing original launcher file name.\n"},
 };
 
 TEST_F(LauncherRun, TextsAreThoseOfTheUsersLanguage) {
