@@ -54,8 +54,6 @@ class LauncherInputFiles {
   FileIndexEntry* findFileOfType(std::int32_t fileType) const;
 
  private:
-  friend class LauncherTestAccess;
-
   TagFile& loadTagFile(const SString& path);
   void readLauncherFile(std::FILE* launcherFile, bool loadTagFilesToo);
   void loadFileIndex(std::FILE* launcherFile, std::int32_t offset);

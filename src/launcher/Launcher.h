@@ -1,10 +1,11 @@
-// Launcher: the driver of a run and the process's own state.
+// Launcher: the driver of a run.
 //
-// Everything is static: the state lives for the whole process. An instance exists only so that its
-// destructor cleans up (temporary files, and the running copy of the launcher where asked for).
+// Everything is static: the state (LauncherState.h) is that of the process. An instance exists only
+// so that its destructor cleans up (temporary files, and the running copy of the launcher where
+// asked for).
 // The class is declared whole here and defined in several files, cut by concern and height:
 //
-//   Launcher.cpp         state, variables, log, file names, purpose byte
+//   Launcher.cpp         variables, file names, purpose byte
 //   LauncherRun.cpp      process and run, destructor
 //   LauncherCmdLine.cpp  the options of the command line
 //   LauncherActions.cpp  the input-file protocol ("-cv:in")
@@ -19,6 +20,7 @@
 
 #include <cstdint>
 
+#include "launcher/Log.h"
 #include "util/SString.h"
 #include "util/StringDeque.h"
 
@@ -26,8 +28,6 @@ class JVMMatch;
 class JVMMessage;
 class LauncherInputFiles;
 class TagFile;
-
-enum LogMessageType { LOG_INFO = 0, LOG_WARNING = 1, LOG_ERROR = 2 };
 
 enum InstallJVMOption {
   INSTALL_JVM_OPTION_HIDDEN = 0,  // into a new temporary directory, console hidden
@@ -54,18 +54,17 @@ class Launcher {
   // "Error in instructions. TEXT Line number (N)".
   static std::int32_t run();
 
-  // --- Log (docs/formats.md, "Log file") ---
+  // --- Log ---
 
-  // Appends one line to the log file; does nothing when none is named or it cannot be opened. May
-  // be called at any time, also while something else fails; errno is left as it was.
-  static void logMessage(const char* text, LogMessageType type);
-  static void logMessage(const SString& text, LogMessageType type);
-  static void setLogFileName(const SString& name) { m_logFileName = name; }
+  // As in launcher/Log.h.
+  static void logMessage(const char* text, LogMessageType type) { ::logMessage(text, type); }
+  static void logMessage(const SString& text, LogMessageType type) { ::logMessage(text, type); }
+  static void setLogFileName(const SString& name);
 
   // --- File names and the purpose byte ---
 
-  static SString getLauncherFileName() { return m_launcherFileName; }
-  static SString getOriginalLauncherFileName() { return m_origLauncherFileName; }
+  static SString getLauncherFileName();
+  static SString getOriginalLauncherFileName();
   // What stands before the last "/" or "\" of the original launcher's path; empty without one.
   static SString getOriginalLauncherDir();
   // The byte in front of the file's trailer, 0..255; -1 when it cannot be read. The running
@@ -87,10 +86,10 @@ class Launcher {
   // --- State that other parts read ---
 
   static LauncherInputFiles& getInputFiles();
-  static SString& getUserJavaHome() { return m_userJavaHome; }
-  static SString& getPrependClasspath() { return m_prependClasspath; }
-  static SString& getAppendClasspath() { return m_appendClasspath; }
-  static SString& getErrOutput() { return m_errOutput; }
+  static SString& getUserJavaHome();
+  static SString& getPrependClasspath();
+  static SString& getAppendClasspath();
+  static SString& getErrOutput();
 
   // --- Finding and verifying (LauncherFind) ---
   // showProgress: show the console and a status line; showFailMsg: show failures on the console.
@@ -129,8 +128,6 @@ class Launcher {
   static const SString& getApplicationArchive(const SString& name);
 
  private:
-  friend class LauncherTestAccess;  // tests set and reset the state below
-
   // What the options decide about the run.
   struct RunPlan {
     std::int32_t status = 0;
@@ -157,26 +154,6 @@ class Launcher {
 
   static std::int32_t runWizard(TagFile& jvmFile, std::int16_t uiSeconds);
   static SString buildHandOverCommand(const SString& embeddedLauncher);
-
-  // The state of the process: name, first value, writer.
-  static SString m_logFileName;               // empty: no log; "-cv:log", LOGFILE
-  static bool m_logFileInitialized;           // false; logMessage, with the separator line
-  static SString m_launcherFileName;          // empty; process
-  static SString m_origLauncherFileName;      // empty; process, "-cv:orig"
-  static SString m_stringVariables[10];       // empty; the script
-  static LauncherInputFiles m_inputFiles;     // nothing loaded; defined in LauncherInputs.cpp
-  static StringDeque m_passThroughArgs;       // empty; arguments that are not ours
-  static StringDeque m_args;                  // empty; process
-  static bool m_showJavaConsole;              // false; "-cv:javaconsole" and its like
-  static SString m_userJavaHome;              // empty; "-cv:javahome"
-  static SString m_prependClasspath;          // empty; "-cp:p"
-  static SString m_appendClasspath;           // empty; "-cp:a"
-  static SString m_applicationArchive;        // empty; getApplicationArchive
-  static std::int32_t m_launcherPurpose;      // -1: not read yet; getLauncherPurpose
-  static SString m_stdOutput;                 // empty; launch and ilaunch
-  static SString m_errOutput;                 // empty; launch and ilaunch
-  static std::int32_t m_numericVariables[5];  // 0; the script
-  static const JVMMessage* m_jvmMessage;      // none; findJVM. Owned by m_inputFiles
 };
 
 #endif

@@ -113,7 +113,7 @@ void Launcher::readInputFile(const SString& argument, TagFile& tags) {
 
 void Launcher::loadFilesOf(const TagFile& inputFile) {
   try {
-    m_inputFiles.load(inputFile);
+    getInputFiles().load(inputFile);
   } catch (const LauncherException& e) {
     PlatformImpl::showUIMessage(e.getMessage());
     throw;

@@ -4,6 +4,7 @@
 
 #include "archive/LauncherInputFiles.h"
 #include "launcher/Launcher.h"
+#include "launcher/LauncherState.h"
 #include "platform/PlatformImpl.h"
 #include "platform/WithPrefix.h"
 
@@ -38,7 +39,7 @@ const Launcher::OptionRow Launcher::kOptions[] = {
      }},
     {"-cv:orig", true,
      [](RunPlan&, const SString& path) {
-       m_origLauncherFileName = path;
+       g_launcher.m_origLauncherFileName = path;
        PlatformImpl::setDeleteLauncher(true);
      },
      [](RunPlan& plan) {
@@ -51,16 +52,17 @@ const Launcher::OptionRow Launcher::kOptions[] = {
     {kSilentOption, false,
      [](RunPlan&, const SString&) {
        PlatformImpl::setSilent(true);
-       m_passThroughArgs.push_back(kSilentOption);
+       g_launcher.m_passThroughArgs.push_back(kSilentOption);
      },
      nullptr},
-    {"-cv:javahome", true, [](RunPlan&, const SString& home) { m_userJavaHome = home; }, nullptr},
+    {"-cv:javahome", true, [](RunPlan&, const SString& home) { g_launcher.m_userJavaHome = home; },
+     nullptr},
     // QUIRK(extract-leaves-no-script): the index counts as loaded from here on, without what its
     // tag files hold; a run that a later input file asks for has only what that file names.
     {"-cv:extract", false,
      [](RunPlan& plan, const SString&) {
-       withPrefix(MSG_FILE_INDEX_LOAD_FAILED, [] { m_inputFiles.load(false); });
-       withPrefix(MSG_EXTRACT_FAILED, [] { m_inputFiles.extractAll(); });
+       withPrefix(MSG_FILE_INDEX_LOAD_FAILED, [] { getInputFiles().load(false); });
+       withPrefix(MSG_EXTRACT_FAILED, [] { getInputFiles().extractAll(); });
        PlatformImpl::setUIProgress(100);
        plan.runInstructions = false;
      },
@@ -76,22 +78,25 @@ const Launcher::OptionRow Launcher::kOptions[] = {
        plan.runInstructions = false;
      },
      nullptr},
-    {"-cv:javaconsole", false, [](RunPlan&, const SString&) { m_showJavaConsole = true; }, nullptr},
+    {"-cv:javaconsole", false,
+     [](RunPlan&, const SString&) { g_launcher.m_showJavaConsole = true; }, nullptr},
     // QUIRK(accessibility-is-console): the wizard never sees "-accessibility", only "-console".
     {"-accessibility", false,
      [](RunPlan&, const SString&) {
-       m_showJavaConsole = true;
-       m_passThroughArgs.push_back(kConsoleOption);
+       g_launcher.m_showJavaConsole = true;
+       g_launcher.m_passThroughArgs.push_back(kConsoleOption);
      },
      nullptr},
     {kConsoleOption, false,
      [](RunPlan&, const SString&) {
-       m_showJavaConsole = true;
-       m_passThroughArgs.push_back(kConsoleOption);
+       g_launcher.m_showJavaConsole = true;
+       g_launcher.m_passThroughArgs.push_back(kConsoleOption);
      },
      nullptr},
-    {"-cp:p", true, [](RunPlan&, const SString& path) { m_prependClasspath = path; }, nullptr},
-    {"-cp:a", true, [](RunPlan&, const SString& path) { m_appendClasspath = path; }, nullptr},
+    {"-cp:p", true, [](RunPlan&, const SString& path) { g_launcher.m_prependClasspath = path; },
+     nullptr},
+    {"-cp:a", true, [](RunPlan&, const SString& path) { g_launcher.m_appendClasspath = path; },
+     nullptr},
 };
 
 // Applies the argument at `index`; returns the index of the next one to be looked at. The value of
@@ -101,7 +106,7 @@ long Launcher::applyOption(const StringDeque& args, long index, RunPlan& plan) {
   const auto* row = std::find_if(std::begin(kOptions), std::end(kOptions),
                                  [&name](const OptionRow& r) { return name == r.name; });
   if (row == std::end(kOptions)) {
-    m_passThroughArgs.push_back(name);
+    g_launcher.m_passThroughArgs.push_back(name);
     return index + 1;
   }
   if (!row->takesArgument) {
@@ -135,7 +140,7 @@ std::int32_t Launcher::processCmdLine(const StringDeque& args) {
 
 // Loads the index and the tag files of the launcher, unless that has been done in this run.
 void Launcher::loadEmbeddedFiles() {
-  if (!m_inputFiles.areInternalFilesLoaded()) {
-    withPrefix(MSG_FILE_INDEX_LOAD_FAILED, [] { m_inputFiles.load(true); });
+  if (!getInputFiles().areInternalFilesLoaded()) {
+    withPrefix(MSG_FILE_INDEX_LOAD_FAILED, [] { getInputFiles().load(true); });
   }
 }

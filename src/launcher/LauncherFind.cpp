@@ -6,6 +6,7 @@
 #include "jvm/JVMFiles.h"
 #include "jvm/JVMMatch.h"
 #include "launcher/Launcher.h"
+#include "launcher/LauncherState.h"
 #include "launcher/ScriptVariables.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TagNames.h"
@@ -65,7 +66,7 @@ void Launcher::findJVM(bool showProgress, bool showFailMsg) {
   setStringVariable(resultvariable::kJVMFile, "");
   setLongVariable(resultvariable::kFlag, 0);
   JVMMatchPtrDeque matches;
-  m_inputFiles.getJVMFiles().search(matches);
+  getInputFiles().getJVMFiles().search(matches);
   if (JVMMatch* match = matches.at(0)) {
     recordMatch(*match);
   } else if (showFailMsg && !PlatformImpl::isCanceled()) {
@@ -85,9 +86,10 @@ void Launcher::recordMatch(JVMMatch& match) {
 
 // Tells the user in the author's words, or in our own where the author gave none.
 void Launcher::reportNoJVM() {
-  m_jvmMessage = m_inputFiles.getJVMMessage();
-  const SString text = m_jvmMessage != nullptr ? m_jvmMessage->getMessage()
-                                               : PlatformImpl::getMessageText(MSG_NO_SUITABLE_JVM);
+  g_launcher.m_jvmMessage = getInputFiles().getJVMMessage();
+  const SString text = g_launcher.m_jvmMessage != nullptr
+                           ? g_launcher.m_jvmMessage->getMessage()
+                           : PlatformImpl::getMessageText(MSG_NO_SUITABLE_JVM);
   logMessage(text, LOG_INFO);
   PlatformImpl::showUIMessage(text);
 }
@@ -120,7 +122,7 @@ void Launcher::searchAll(bool showProgress, bool showFailMsg) {
     logMessage("Finding all matching JVMs", LOG_INFO);
     showSearching(showProgress);
     JVMMatchPtrDeque matches;
-    m_inputFiles.getJVMFiles().searchAll(matches, false);
+    getInputFiles().getJVMFiles().searchAll(matches, false);
     printMatches(matches);
   } catch (const LauncherException& e) {
     const SString text = PlatformImpl::getMessageText(MSG_SEARCH_ALL_FAILED) + e.getMessage();
@@ -136,7 +138,7 @@ void Launcher::searchAll(bool showProgress, bool showFailMsg) {
 void Launcher::verifyJVM(bool showProgress, bool showFailMsg, std::int32_t fileId) {
   showSearching(showProgress);
   const SString id = convertToString(fileId);
-  const FileIndexEntry* entry = m_inputFiles.getFile(fileId);
+  const FileIndexEntry* entry = getInputFiles().getFile(fileId);
   if (entry == nullptr) {
     throw LauncherException("Cannot verify jvm file at index " + id +
                             " because it does not exist.");
@@ -149,7 +151,7 @@ void Launcher::verifyJVM(bool showProgress, bool showFailMsg, std::int32_t fileI
   if (entry->getTagFile() == nullptr) {
     throw LauncherException("The jvm file with file id " + id + " could not be read.");
   }
-  verifyJVM(showProgress, showFailMsg, *entry->getTagFile(), m_userJavaHome);
+  verifyJVM(showProgress, showFailMsg, *entry->getTagFile(), g_launcher.m_userJavaHome);
 }
 
 void Launcher::verifyJVM(bool showProgress, bool showFailMsg, TagFile& jvmFile,
@@ -160,7 +162,7 @@ void Launcher::verifyJVM(bool showProgress, bool showFailMsg, TagFile& jvmFile,
   }
   SString classpath;
   SString verifyClass;
-  m_inputFiles.getJVMFiles().writeVerifyJar(classpath, verifyClass);
+  getInputFiles().getJVMFiles().writeVerifyJar(classpath, verifyClass);
   JVMFile candidate(jvmFile);
   const auto match = javaHome.empty() ? candidate.verify(classpath, verifyClass)
                                       : candidate.verify(javaHome, classpath, verifyClass);

@@ -1,9 +1,11 @@
 // Launcher: the input files. Below this file their type is known by name only.
 #include "archive/LauncherInputFiles.h"
 #include "launcher/Launcher.h"
-
-constinit LauncherInputFiles Launcher::m_inputFiles;
+#include "launcher/LauncherState.h"
 
 LauncherInputFiles& Launcher::getInputFiles() {
-  return m_inputFiles;
+  if (g_launcher.m_inputFiles == nullptr) {
+    g_launcher.m_inputFiles = std::make_shared<LauncherInputFiles>();
+  }
+  return *g_launcher.m_inputFiles;
 }

@@ -78,7 +78,7 @@ void Launcher::installJVM(InstallJVMOption option) {
   } else {
     PlatformImpl::hideUI(0);
   }
-  const FileIndexEntry* installer = m_inputFiles.findFileOfType(FILE_TYPE_JVM_INSTALLER);
+  const FileIndexEntry* installer = getInputFiles().findFileOfType(FILE_TYPE_JVM_INSTALLER);
   if (installer == nullptr) {
     throw LauncherException(PlatformImpl::getMessageText(MSG_NO_JVM_INSTALLER));
   }

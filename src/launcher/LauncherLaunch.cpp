@@ -8,6 +8,7 @@
 #include "archive/LauncherInputFiles.h"
 #include "jvm/JVMFile.h"
 #include "launcher/Launcher.h"
+#include "launcher/LauncherState.h"
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/StreamUtils.h"
@@ -74,7 +75,7 @@ bool copyFile(const SString& from, const SString& to, int& error) {
 }  // namespace
 
 std::int32_t Launcher::launch(const SString& jvmFileName, std::int16_t uiSeconds) {
-  if (m_inputFiles.getLaunchScript() == nullptr) {
+  if (getInputFiles().getLaunchScript() == nullptr) {
     return -1;
   }
   TagFile jvmFile(jvmFileName);
@@ -82,8 +83,8 @@ std::int32_t Launcher::launch(const SString& jvmFileName, std::int16_t uiSeconds
 }
 
 std::int32_t Launcher::ilaunch(std::int32_t fileId, std::int16_t uiSeconds) {
-  TagFile* jvmFile = tagFileOfJVM(m_inputFiles.getFile(fileId));
-  if (m_inputFiles.getLaunchScript() == nullptr || jvmFile == nullptr) {
+  TagFile* jvmFile = tagFileOfJVM(getInputFiles().getFile(fileId));
+  if (getInputFiles().getLaunchScript() == nullptr || jvmFile == nullptr) {
     logMessage(kInternalLaunchFailed, LOG_ERROR);
     return -1;
   }
@@ -91,31 +92,33 @@ std::int32_t Launcher::ilaunch(std::int32_t fileId, std::int16_t uiSeconds) {
 }
 
 std::int32_t Launcher::runWizard(TagFile& jvmFile, std::int16_t uiSeconds) {
-  LaunchScript& script = *m_inputFiles.getLaunchScript();
+  LaunchScript& script = *getInputFiles().getLaunchScript();
   const JVMFile jvm(jvmFile);
   if (uiSeconds > 0) {
     PlatformImpl::setUIStatus(UI_STATUS_RUNNING);
     PlatformImpl::setUISubStatus(UI_SUBSTATUS_NONE, "");
   }
   PlatformImpl::hideUI(uiSeconds);
-  const std::int32_t result = script.execute(jvm, &m_passThroughArgs, m_showJavaConsole);
-  m_stdOutput = script.getStdOut();
-  m_errOutput = script.getStdErr();
+  const std::int32_t result =
+      script.execute(jvm, &g_launcher.m_passThroughArgs, g_launcher.m_showJavaConsole);
+  g_launcher.m_stdOutput = script.getStdOut();
+  g_launcher.m_errOutput = script.getStdErr();
   return result;
 }
 
 // QUIRK(hand-over-quotes): the arguments are put in double quotes as they are; quotes inside them
 // are not escaped.
 SString Launcher::buildHandOverCommand(const SString& embeddedLauncher) {
-  SString command = asProgram(embeddedLauncher) + " -cv:orig " + inQuotes(m_launcherFileName);
-  for (long i = 0; i < m_args.size(); ++i) {
-    command += " " + inQuotes(m_args[i]);
+  SString command =
+      asProgram(embeddedLauncher) + " -cv:orig " + inQuotes(g_launcher.m_launcherFileName);
+  for (long i = 0; i < g_launcher.m_args.size(); ++i) {
+    command += " " + inQuotes(g_launcher.m_args[i]);
   }
   return command;
 }
 
 void Launcher::executeEmbeddedLauncher(std::int32_t position) {
-  const FileIndexEntry* entry = m_inputFiles.getFileAt(position);
+  const FileIndexEntry* entry = getInputFiles().getFileAt(position);
   if (entry == nullptr || entry->getFileType() != FILE_TYPE_LAUNCHER) {
     logMessage(kHandOverFailed, LOG_ERROR);
     return;
@@ -133,22 +136,22 @@ void Launcher::executeEmbeddedLauncher(std::int32_t position) {
 }
 
 const SString& Launcher::getApplicationArchive() {
-  if (!m_applicationArchive.empty()) {
-    return m_applicationArchive;
+  if (!g_launcher.m_applicationArchive.empty()) {
+    return g_launcher.m_applicationArchive;
   }
   const SString directory = PlatformImpl::createTempSubDirectory();
-  for (std::int32_t i = 0; i < m_inputFiles.getEmbeddedFileCount(); ++i) {
-    const FileIndexEntry* entry = m_inputFiles.getFileAt(i);
+  for (std::int32_t i = 0; i < getInputFiles().getEmbeddedFileCount(); ++i) {
+    const FileIndexEntry* entry = getInputFiles().getFileAt(i);
     if (entry->getFileType() == FILE_TYPE_APPLICATION_ARCHIVE) {
-      m_applicationArchive = entry->extract(directory);
+      g_launcher.m_applicationArchive = entry->extract(directory);
     }
   }
-  return m_applicationArchive;
+  return g_launcher.m_applicationArchive;
 }
 
 const SString& Launcher::getApplicationArchive(const SString& name) {
-  if (!m_applicationArchive.empty()) {
-    return m_applicationArchive;
+  if (!g_launcher.m_applicationArchive.empty()) {
+    return g_launcher.m_applicationArchive;
   }
   SString source = getOriginalLauncherDir();
   appendPathSeparator(source);
@@ -157,13 +160,13 @@ const SString& Launcher::getApplicationArchive(const SString& name) {
       PlatformImpl::createTempSubDirectory() + PlatformImpl::getPathSeparator() + baseName(name);
   int error = 0;
   if (!copyFile(source, target, error)) {
-    return m_applicationArchive;
+    return g_launcher.m_applicationArchive;
   }
-  m_applicationArchive = target;
+  g_launcher.m_applicationArchive = target;
   if (error != 0) {
     throw LauncherException(PlatformImpl::getMessageText(MSG_WRITE_FILE_ERROR) +
                             convertToString(error) +
                             PlatformImpl::getMessageText(MSG_TEMP_SPACE_HINT));
   }
-  return m_applicationArchive;
+  return g_launcher.m_applicationArchive;
 }

@@ -2,6 +2,7 @@
 #include "archive/LauncherInputFiles.h"
 #include "instructions/InstructionsException.h"
 #include "launcher/Launcher.h"
+#include "launcher/LauncherState.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -16,10 +17,10 @@ Launcher::~Launcher() {
 
 std::int32_t Launcher::process(StringDeque& args, const SString& launcherPath) {
   try {
-    m_launcherFileName = launcherPath;
-    m_origLauncherFileName = launcherPath;
+    g_launcher.m_launcherFileName = launcherPath;
+    g_launcher.m_origLauncherFileName = launcherPath;
     for (long i = 0; i < args.size(); ++i) {
-      m_args.push_back(args[i]);
+      g_launcher.m_args.push_back(args[i]);
     }
     return processCmdLine(args);
   } catch (const LauncherException& e) {
@@ -30,7 +31,7 @@ std::int32_t Launcher::process(StringDeque& args, const SString& launcherPath) {
 }
 
 std::int32_t Launcher::run() {
-  const Instructions* instructions = m_inputFiles.getInstructions();
+  const Instructions* instructions = getInputFiles().getInstructions();
   if (instructions == nullptr) {
     return -1;
   }

@@ -17,17 +17,14 @@ int skipWhiteSpace() {
 
 }  // namespace
 
-constinit bool g_enableOutput = true;
-constinit SString g_title;
-constinit std::int32_t ui_progress = 0;
-constinit std::int32_t ui_progressBlock = 0;
+constinit ConsoleState g_console;
 
 void writeLine(const SString& text) {
   writeLine(text.c_str());
 }
 
 void writeLine(const char* text) {
-  if (g_enableOutput) {
+  if (g_console.g_enableOutput) {
     std::puts(text);
   }
 }
@@ -40,7 +37,7 @@ void writeLine(const char* text) {
 // QUIRK(write-interprets-percent): the text is the format itself, so "%%" shows as one "%".
 // Translators' texts rely on it: all texts of the catalogue are written by the rules of printf.
 void write(const char* text) {
-  if (g_enableOutput) {
+  if (g_console.g_enableOutput) {
     std::printf(text);
     std::fflush(stdout);
   }

@@ -8,13 +8,22 @@
 
 #include <cstdint>
 
+#include "platform/ConsoleTexts.h"
 #include "util/SString.h"
 
-// The state of the process: first value, writer.
-extern bool g_enableOutput;            // true; showUI, hideUI
-extern SString g_title;                // empty; setUITitle. The product's name in status lines
-extern std::int32_t ui_progress;       // 0; setUIProgress, advanceUIProgress
-extern std::int32_t ui_progressBlock;  // 0; setUIProgress. Rows of dots that were closed
+// What the console shows: the second of the process's three values. `g_console = {}` is a new
+// process: so the tests begin. Behind each field: who writes it.
+struct ConsoleState {
+  bool g_enableOutput = true;                   // showUI, hideUI
+  bool m_silent = false;                        // setSilent
+  SString g_title;                              // setUITitle; the product's name in status lines
+  std::int32_t ui_progress = 0;                 // setUIProgress, advanceUIProgress
+  std::int32_t ui_progressBlock = 0;            // setUIProgress; rows of dots that were closed
+  UISubStatus m_subStatus = UI_SUBSTATUS_NONE;  // setUISubStatus
+  SString m_subStatusData;                      // setUISubStatus
+};
+
+extern ConsoleState g_console;
 
 // The text and a newline; nothing while output is disabled.
 void writeLine(const SString& text);

@@ -67,7 +67,7 @@ void showStatus(const StatusRow& row) {
   if (row.lead != kNoText) {
     write(get_msg(row.lead, nullptr).get());
   }
-  writeLine(get_msg(row.text, g_title.c_str()).get());
+  writeLine(get_msg(row.text, g_console.g_title.c_str()).get());
 }
 
 // In the user's encoding. What it cannot hold ends the title.
@@ -83,7 +83,7 @@ SString convertTitle(const SString& title) {
 }  // namespace
 
 void PlatformImpl::setUIStatus(UIStatus status) {
-  if (m_silent) {
+  if (g_console.m_silent) {
     return;
   }
   for (const StatusRow& row : kStatusRows) {
@@ -96,59 +96,71 @@ void PlatformImpl::setUIStatus(UIStatus status) {
 // QUIRK(sub-status-never-shown): the line for the sub-status is not written, and the sub-status is
 // none at once. Calling programs count our lines; a console has no place for a passing text.
 void PlatformImpl::setUISubStatus(UISubStatus, const SString& data) {
-  if (m_silent) {
+  if (g_console.m_silent) {
     return;
   }
-  m_subStatus = UI_SUBSTATUS_NONE;
-  m_subStatusData = data;
+  g_console.m_subStatus = UI_SUBSTATUS_NONE;
+  g_console.m_subStatusData = data;
 }
 
 // QUIRK(progress-rows-stay-closed): the number of closed rows never goes back, so that dots after a
 // restart of the count continue the row that is open instead of breaking it.
 void PlatformImpl::setUIProgress(std::int32_t progress) {
-  if (m_silent) {
+  if (g_console.m_silent) {
     return;
   }
-  ui_progress = progress;
+  g_console.ui_progress = progress;
   const std::int32_t block = progress / kProgressPerRow;
-  if (g_enableOutput && block > ui_progressBlock) {
+  if (g_console.g_enableOutput && block > g_console.ui_progressBlock) {
     writeLine("");
-    ui_progressBlock = block;
+    g_console.ui_progressBlock = block;
   }
 }
 
 // QUIRK(progress-counts-double): n steps show n dots and advance the progress by 2n, so that a row
 // of single steps ends after 35 dots. Its looks are what users and calling programs know.
 void PlatformImpl::advanceUIProgress(std::int32_t steps) {
-  if (m_silent) {
+  if (g_console.m_silent) {
     return;
   }
-  ui_progress = addWrapping(ui_progress, steps);
-  if (g_enableOutput) {
+  g_console.ui_progress = addWrapping(g_console.ui_progress, steps);
+  if (g_console.g_enableOutput) {
     const auto dot = get_msg(kCatalogueDot, nullptr);
     for (std::int32_t i = 0; i < steps; ++i) {
       write(dot.get());
     }
   }
-  setUIProgress(addWrapping(ui_progress, steps));
+  setUIProgress(addWrapping(g_console.ui_progress, steps));
+}
+
+UISubStatus PlatformImpl::getUISubStatus() {
+  return g_console.m_subStatus;
+}
+
+const SString& PlatformImpl::getUISubStatusData() {
+  return g_console.m_subStatusData;
+}
+
+void PlatformImpl::setSilent(bool silent) {
+  g_console.m_silent = silent;
 }
 
 void PlatformImpl::showUI() {
-  g_enableOutput = !m_silent;
+  g_console.g_enableOutput = !g_console.m_silent;
 }
 
 void PlatformImpl::hideUI(std::int16_t) {
-  g_enableOutput = false;
+  g_console.g_enableOutput = false;
 }
 
 bool PlatformImpl::isUIVisible() {
-  return g_enableOutput;
+  return g_console.g_enableOutput;
 }
 
 // QUIRK(messages-show-while-hidden): a hidden console hides status and progress, not messages. A
 // calling program that hides us still wants to show its user why nothing happens.
 void PlatformImpl::showUIMessage(const SString& text) {
-  if (!m_silent) {
+  if (!g_console.m_silent) {
     std::puts(text.c_str());
   }
 }
@@ -156,10 +168,10 @@ void PlatformImpl::showUIMessage(const SString& text) {
 void PlatformImpl::setUITitle(const SString& title) {
   const SString converted = convertTitle(title);
   if (!converted.empty() || title.empty()) {
-    g_title = converted;
+    g_console.g_title = converted;
   }
-  if (!m_silent) {
-    writeLine(g_title);
+  if (!g_console.m_silent) {
+    writeLine(g_console.g_title);
   }
 }
 
@@ -172,7 +184,7 @@ SString PlatformImpl::getMessageText(MessageIdentifier id) {
 }
 
 SString PlatformImpl::promptJVMDestinationDirectory() {
-  if (m_silent) {
+  if (g_console.m_silent) {
     return {};
   }
   writeLine(get_msg(kCatalogueAskDestination, nullptr).get());

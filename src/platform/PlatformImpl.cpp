@@ -11,16 +11,6 @@
 
 #include "tagfile/TextUtils.h"
 
-constinit volatile std::sig_atomic_t PlatformImpl::m_canceled = 0;
-constinit volatile pid_t PlatformImpl::m_child = 0;
-constinit bool PlatformImpl::m_silent = false;
-constinit UISubStatus PlatformImpl::m_subStatus = UI_SUBSTATUS_NONE;
-constinit SString PlatformImpl::m_subStatusData;
-constinit SString PlatformImpl::m_tempDir;
-constinit StringDeque PlatformImpl::m_sdqCreatedFiles;
-constinit StringDeque PlatformImpl::m_sdqCreatedDrs;
-constinit bool PlatformImpl::m_deleteLauncher = false;
-
 namespace {
 
 constexpr char kHintSeparator = ':';

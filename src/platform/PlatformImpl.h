@@ -1,9 +1,9 @@
 // PlatformImpl: everything the launcher asks of the operating system and of the console.
 //
-// All static: the state below lives for the whole process. Declared whole here and defined in
-// several files, cut by concern:
+// All static: the state (Console.h, CleanupState.h) is that of the process. Declared whole here and
+// defined in several files, cut by concern:
 //
-//   PlatformImpl.cpp      state, environment, small file questions
+//   PlatformImpl.cpp      environment, small file questions
 //   PlatformSignals.cpp   standard descriptors and signals at start, cancellation
 //   PlatformConsole.cpp   status lines, progress, messages, title, prompt
 //   PlatformTemp.cpp      temporary files, clean-up, free space
@@ -35,7 +35,7 @@ class PlatformImpl {
   // INT, TERM and HUP (unless they were inherited as ignored) raise the cancel flag. A second such
   // signal ends the program at once.
   static void prepareProcess();
-  static bool isCanceled() { return m_canceled != 0; }
+  static bool isCanceled();
   // Throws LauncherException with the text of MSG_CANCELED when the user has canceled. For loops
   // that a script could make endless.
   static void throwIfCanceled();
@@ -44,13 +44,13 @@ class PlatformImpl {
 
   static void setUIStatus(UIStatus status);
   static void setUISubStatus(UISubStatus subStatus, const SString& data);
-  static UISubStatus getUISubStatus() { return m_subStatus; }
-  static const SString& getUISubStatusData() { return m_subStatusData; }
+  static UISubStatus getUISubStatus();
+  static const SString& getUISubStatusData();
   static void setUIProgress(std::int32_t progress);
   static void advanceUIProgress(std::int32_t steps);
   static void showUI();
   static void hideUI(std::int16_t seconds);  // the argument is ignored
-  static void setSilent(bool silent) { m_silent = silent; }
+  static void setSilent(bool silent);
   static bool isUIVisible();
   // Shows `text` as a line, also while the console is hidden; only silent mode suppresses it.
   static void showUIMessage(const SString& text);
@@ -83,7 +83,7 @@ class PlatformImpl {
 
   // --- Temporary files and clean-up (PlatformTemp) ---
 
-  static void setSystemTempDir(const SString& dir) { m_tempDir = dir; }
+  static void setSystemTempDir(const SString& dir);
   // The chosen directory, or "/var/tmp/". Throws the text of MSG_TEMP_DIR_MISSING with the path
   // when it is no directory.
   static SString getSystemTempDirectory();
@@ -107,7 +107,7 @@ class PlatformImpl {
   static bool checkFreeSpace(const SString& directory, std::int64_t bytes, std::int64_t files);
   // The rule behind it, apart from the system: the blocks that so many bytes and files need.
   static std::int64_t countBlocks(std::int64_t bytes, std::int64_t files, std::int64_t blockSize);
-  static void setDeleteLauncher(bool deleteIt) { m_deleteLauncher = deleteIt; }
+  static void setDeleteLauncher(bool deleteIt);
   // Removes the running launcher, and its directory when that is empty then.
   static void deleteLauncher();
   // Deletes the registered files, then the registered directories, each in order of registration,
@@ -134,21 +134,9 @@ class PlatformImpl {
   static SString wideToMultiByte(const wchar_t* text);
 
  private:
-  friend class PlatformTestAccess;  // tests set and reset the state below
-  class Child;                      // a running child process (PlatformProcess.cpp)
+  class Child;  // a running child process (PlatformProcess.cpp)
 
   static void handleSignal(int signal, siginfo_t* info, void* context);
-
-  // The state of the process: name, first value, writer.
-  static volatile std::sig_atomic_t m_canceled;  // 0; the signal handler
-  static volatile pid_t m_child;                 // 0: none; executeProcess
-  static bool m_silent;                          // false; setSilent
-  static UISubStatus m_subStatus;                // none; setUISubStatus
-  static SString m_subStatusData;                // empty; setUISubStatus
-  static SString m_tempDir;                      // empty; setSystemTempDir and its getter
-  static StringDeque m_sdqCreatedFiles;          // empty; createTempFile and the list operations
-  static StringDeque m_sdqCreatedDrs;            // empty; createTempSubDirectory
-  static bool m_deleteLauncher;                  // false; setDeleteLauncher
 };
 
 #endif

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "launcher/CmdLine.h"
+#include "platform/CleanupState.h"
 #include "platform/PlatformImpl.h"
 #include "platform/PlatformSignals.h"
 #include "util/LauncherException.h"
@@ -232,13 +233,13 @@ class PlatformImpl::Child {
 
 // A child that is still there was left by an exception: nobody will look at its output any more.
 PlatformImpl::Child::~Child() {
-  if (m_child != 0) {
-    if (!signalCommand(m_child, SIGKILL, SIGTERM)) {
-      kill(m_child, SIGKILL);
+  if (g_cleanup.m_child != 0) {
+    if (!signalCommand(g_cleanup.m_child, SIGKILL, SIGTERM)) {
+      kill(g_cleanup.m_child, SIGKILL);
     }
-    while (waitpid(m_child, nullptr, 0) == -1 && errno == EINTR) {
+    while (waitpid(g_cleanup.m_child, nullptr, 0) == -1 && errno == EINTR) {
     }
-    m_child = 0;
+    g_cleanup.m_child = 0;
   }
 }
 
@@ -265,7 +266,7 @@ void PlatformImpl::Child::start(const SString& command, bool redirect) {
     }
     becomeShell(line.c_str());
   }
-  m_child = child;
+  g_cleanup.m_child = child;
   if (m_captures) {
     m_outputs[0].beginReading();
     m_outputs[1].beginReading();
@@ -274,15 +275,15 @@ void PlatformImpl::Child::start(const SString& command, bool redirect) {
 
 // True when there is no child to wait for any more.
 bool PlatformImpl::Child::reap() {
-  if (m_child == 0) {
+  if (g_cleanup.m_child == 0) {
     return true;
   }
-  const pid_t ended = waitpid(m_child, &m_status, WNOHANG);
+  const pid_t ended = waitpid(g_cleanup.m_child, &m_status, WNOHANG);
   const int error = errno;
   if (ended == 0) {
     return false;
   }
-  m_child = 0;
+  g_cleanup.m_child = 0;
   if (ended == -1 && !m_captures) {
     throw systemError(kWaitError, error);
   }

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <ctime>
 
+#include "platform/CleanupState.h"
 #include "platform/PlatformImpl.h"
 #include "util/LauncherException.h"
 
@@ -20,10 +21,6 @@ namespace {
 constexpr int kSignals[SignalHold::kSignalCount] = {SIGINT,  SIGTERM, SIGHUP,
                                                     SIGPIPE, SIGXFSZ, SIGCHLD};
 constexpr int kCancelingCount = 3;
-
-// The dispositions that the launcher was started with; known once prepareProcess has run.
-constinit struct sigaction g_inherited[SignalHold::kSignalCount] = {};
-constinit bool g_isPrepared = false;
 
 void openStandardDescriptors() {
   for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
@@ -61,13 +58,6 @@ bool isSentByProcess(const siginfo_t& info) {
 // moment, to its whole group. Without this the second would end us before the clean-up.
 constexpr std::int64_t kEchoNanoseconds = 20'000'000;
 
-struct Wish {
-  int signal;
-  pid_t sender;
-  std::int64_t time;  // nanoseconds, monotonic
-};
-constinit Wish g_lastWish = {};  // signal 0: none yet
-
 std::int64_t monotonicNanoseconds() {
   timespec now = {};
   clock_gettime(CLOCK_MONOTONIC, &now);
@@ -80,12 +70,12 @@ bool isEcho(int signal, const siginfo_t& info) {
   if (!isSentByProcess(info)) {
     return false;
   }
-  const Wish wish = {signal, info.si_pid, monotonicNanoseconds()};
-  if (wish.signal == g_lastWish.signal && wish.sender == g_lastWish.sender &&
-      wish.time - g_lastWish.time < kEchoNanoseconds) {
+  const CancelWish wish = {signal, info.si_pid, monotonicNanoseconds()};
+  if (wish.signal == g_cleanup.m_lastWish.signal && wish.sender == g_cleanup.m_lastWish.sender &&
+      wish.time - g_cleanup.m_lastWish.time < kEchoNanoseconds) {
     return true;
   }
-  g_lastWish = wish;
+  g_cleanup.m_lastWish = wish;
   return false;
 }
 
@@ -196,7 +186,8 @@ SignalHold::~SignalHold() {
 
 void SignalHold::giveBack() const {
   for (int i = 0; i < kSignalCount; ++i) {
-    sigaction(kSignals[i], g_isPrepared ? &g_inherited[i] : &m_actions[i], nullptr);
+    sigaction(kSignals[i], g_cleanup.m_isPrepared ? &g_cleanup.m_inherited[i] : &m_actions[i],
+              nullptr);
   }
   sigprocmask(SIG_SETMASK, &m_mask, nullptr);
 }
@@ -215,16 +206,16 @@ void SignalHold::waitForInput(pollfd* entries, nfds_t count) const {
 void PlatformImpl::prepareProcess() {
   openStandardDescriptors();
   for (int i = 0; i < SignalHold::kSignalCount; ++i) {
-    sigaction(kSignals[i], nullptr, &g_inherited[i]);
+    sigaction(kSignals[i], nullptr, &g_cleanup.m_inherited[i]);
   }
-  g_isPrepared = true;
+  g_cleanup.m_isPrepared = true;
   struct sigaction canceling = {};
   canceling.sa_sigaction = handleSignal;
   canceling.sa_flags = SA_SIGINFO;
   sigemptyset(&canceling.sa_mask);
   addCancelingSignals(canceling.sa_mask);
   for (int i = 0; i < kCancelingCount; ++i) {
-    if (g_inherited[i].sa_handler != SIG_IGN) {
+    if (g_cleanup.m_inherited[i].sa_handler != SIG_IGN) {
       sigaction(kSignals[i], &canceling, nullptr);
     }
   }
@@ -238,14 +229,18 @@ void PlatformImpl::handleSignal(int signal, siginfo_t* info, void*) {
   if (isEcho(signal, *info)) {
     return;
   }
-  if (m_child != 0 && isSentByProcess(*info)) {
-    signalCommand(m_child, signal, signal);
+  if (g_cleanup.m_child != 0 && isSentByProcess(*info)) {
+    signalCommand(g_cleanup.m_child, signal, signal);
   }
-  if (m_canceled != 0) {
+  if (g_cleanup.m_canceled != 0) {
     endBySignal(signal);
   }
-  m_canceled = 1;
+  g_cleanup.m_canceled = 1;
   errno = savedErrno;
+}
+
+bool PlatformImpl::isCanceled() {
+  return g_cleanup.m_canceled != 0;
 }
 
 void PlatformImpl::throwIfCanceled() {

@@ -13,6 +13,8 @@
 
 #include <csignal>
 
+#include "platform/CleanupState.h"
+
 // Sends one signal to what the shell runs, and another to the shell itself, which waits for its
 // command and passes nothing on. False where the system does not list the children of a process:
 // there the command hears of what the terminal sends alone.
@@ -32,7 +34,7 @@ class SignalHold {
   // handled; the end of a child is such a signal. `revents` of each entry is set.
   void waitForInput(pollfd* entries, nfds_t count) const;
 
-  static constexpr int kSignalCount = 6;
+  static constexpr int kSignalCount = CleanupState::kSignalCount;
 
  private:
   struct sigaction m_actions[kSignalCount];

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "launcher/Launcher.h"
+#include "platform/CleanupState.h"
 #include "platform/DeleteFullDir.h"
 #include "platform/MessageCatalogue.h"
 #include "platform/PlatformImpl.h"
@@ -45,15 +46,19 @@ void deleteAll(const StringDeque& paths) {
 
 }  // namespace
 
+void PlatformImpl::setSystemTempDir(const SString& dir) {
+  g_cleanup.m_tempDir = dir;
+}
+
 SString PlatformImpl::getSystemTempDirectory() {
-  if (m_tempDir.empty()) {
-    m_tempDir = kDefaultTempDir;
+  if (g_cleanup.m_tempDir.empty()) {
+    g_cleanup.m_tempDir = kDefaultTempDir;
   }
   struct stat status;
-  if (stat(m_tempDir.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
-    throw LauncherException(get_msg(kCatalogueTempDirMissing, m_tempDir.c_str()).get());
+  if (stat(g_cleanup.m_tempDir.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
+    throw LauncherException(get_msg(kCatalogueTempDirMissing, g_cleanup.m_tempDir.c_str()).get());
   }
-  return m_tempDir;
+  return g_cleanup.m_tempDir;
 }
 
 SString PlatformImpl::createTempFile() {
@@ -61,7 +66,7 @@ SString PlatformImpl::createTempFile() {
   if (createUniqueEntry(EntryKind::File, makeTempName, path) != 0) {
     throw LauncherException(kTempFileError + path);
   }
-  m_sdqCreatedFiles.push_back(path);
+  g_cleanup.m_sdqCreatedFiles.push_back(path);
   return path;
 }
 
@@ -71,20 +76,20 @@ SString PlatformImpl::createTempSubDirectory() {
   if (error != 0) {
     throw LauncherException(std::strerror(error));
   }
-  m_sdqCreatedDrs.push_back(path);
+  g_cleanup.m_sdqCreatedDrs.push_back(path);
   return path;
 }
 
 void PlatformImpl::addFileToCleanupList(const SString& path) {
-  m_sdqCreatedFiles.push_back(path);
+  g_cleanup.m_sdqCreatedFiles.push_back(path);
 }
 
 void PlatformImpl::removeFileFromCleanupList(const SString& path) {
-  m_sdqCreatedFiles.eraseFirst(path);
+  g_cleanup.m_sdqCreatedFiles.eraseFirst(path);
 }
 
 void PlatformImpl::removeDirFromCleanupList(const SString& path) {
-  m_sdqCreatedDrs.eraseFirst(path);
+  g_cleanup.m_sdqCreatedDrs.eraseFirst(path);
 }
 
 bool PlatformImpl::fileExists(const SString& path) {
@@ -146,6 +151,10 @@ bool PlatformImpl::checkFreeSpace(const SString& directory, std::int64_t bytes,
   return needed * size <= size * static_cast<double>(system.f_bavail);
 }
 
+void PlatformImpl::setDeleteLauncher(bool deleteIt) {
+  g_cleanup.m_deleteLauncher = deleteIt;
+}
+
 void PlatformImpl::deleteLauncher() {
   const SString launcher = Launcher::getLauncherFileName();
   const std::size_t separator = launcher.rfind(kPathSeparator);
@@ -156,9 +165,9 @@ void PlatformImpl::deleteLauncher() {
 }
 
 void PlatformImpl::cleanup() {
-  deleteAll(m_sdqCreatedFiles);
-  deleteAll(m_sdqCreatedDrs);
-  if (m_deleteLauncher) {
+  deleteAll(g_cleanup.m_sdqCreatedFiles);
+  deleteAll(g_cleanup.m_sdqCreatedDrs);
+  if (g_cleanup.m_deleteLauncher) {
     deleteLauncher();
   }
 }

@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "platform/CleanupState.h"
+
 #if defined(__linux__) || defined(__APPLE__) || defined(__FreeBSD__) || defined(__OpenBSD__)
 #include <sys/random.h>
 #define CORVANE_HAS_GETENTROPY 1
@@ -26,7 +28,7 @@ bool askSystem(std::uint64_t& number) {
 
 // One step of a multiplicative generator, stirred by the clock and the process.
 std::uint64_t stirClock() {
-  static constinit std::uint64_t state = 0;
+  std::uint64_t& state = g_cleanup.m_randomState;
   struct timeval now = {};
   (void)gettimeofday(&now, nullptr);
   state ^= static_cast<std::uint64_t>(now.tv_sec) << 20 ^ static_cast<std::uint64_t>(now.tv_usec);

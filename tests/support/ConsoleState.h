@@ -24,7 +24,7 @@ enum Mode { Shown, Hidden, Silent, SilentAndHidden };
 inline void setMode(Mode mode) {
   setenv("LANG", "C", 1);
   PlatformImpl::setSilent(mode == Silent || mode == SilentAndHidden);
-  g_enableOutput = mode == Shown || mode == Silent;
+  g_console.g_enableOutput = mode == Shown || mode == Silent;
 }
 
 // The bytes that have left the process since the capture of standard output began.

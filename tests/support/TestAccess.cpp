@@ -1,94 +1,103 @@
 #include "support/TestAccess.h"
 
+#include "launcher/LauncherState.h"
+#include "platform/CleanupState.h"
+#include "platform/Console.h"
+#include "platform/PlatformImpl.h"
+
 void LauncherTestAccess::setLauncherFileName(const std::string& path) {
-  Launcher::m_launcherFileName = path.c_str();
-  Launcher::m_origLauncherFileName = path.c_str();
+  g_launcher.m_launcherFileName = path.c_str();
+  g_launcher.m_origLauncherFileName = path.c_str();
 }
 
 void LauncherTestAccess::setOriginalLauncherFileName(const std::string& path) {
-  Launcher::m_origLauncherFileName = path.c_str();
+  g_launcher.m_origLauncherFileName = path.c_str();
 }
 
 void LauncherTestAccess::setPrependClasspath(const std::string& path) {
-  Launcher::m_prependClasspath = path.c_str();
+  g_launcher.m_prependClasspath = path.c_str();
 }
 
 void LauncherTestAccess::setAppendClasspath(const std::string& path) {
-  Launcher::m_appendClasspath = path.c_str();
+  g_launcher.m_appendClasspath = path.c_str();
 }
 
 void LauncherTestAccess::setUserJavaHome(const std::string& path) {
-  Launcher::m_userJavaHome = path.c_str();
+  g_launcher.m_userJavaHome = path.c_str();
 }
 
 void LauncherTestAccess::setPurpose(int purpose) {
-  Launcher::m_launcherPurpose = purpose;
+  g_launcher.m_launcherPurpose = purpose;
 }
 
 std::string LauncherTestAccess::logFileName() {
-  return Launcher::m_logFileName.c_str();
+  return g_launcher.m_logFileName.c_str();
 }
 
 bool LauncherTestAccess::showsJavaConsole() {
-  return Launcher::m_showJavaConsole;
+  return g_launcher.m_showJavaConsole;
 }
 
 const StringDeque& LauncherTestAccess::args() {
-  return Launcher::m_args;
+  return g_launcher.m_args;
 }
 
 const StringDeque& LauncherTestAccess::passThroughArgs() {
-  return Launcher::m_passThroughArgs;
+  return g_launcher.m_passThroughArgs;
 }
 
 void LauncherTestAccess::resetCommandLine() {
-  Launcher::m_logFileName = SString();
-  Launcher::m_logFileInitialized = false;
-  Launcher::m_launcherFileName = SString();
-  Launcher::m_origLauncherFileName = SString();
-  Launcher::m_passThroughArgs.clear();
-  Launcher::m_args.clear();
-  Launcher::m_showJavaConsole = false;
-  Launcher::m_userJavaHome = SString();
-  Launcher::m_prependClasspath = SString();
-  Launcher::m_appendClasspath = SString();
+  g_launcher.m_logFileName = SString();
+  g_launcher.m_logFileInitialized = false;
+  g_launcher.m_launcherFileName = SString();
+  g_launcher.m_origLauncherFileName = SString();
+  g_launcher.m_passThroughArgs.clear();
+  g_launcher.m_args.clear();
+  g_launcher.m_showJavaConsole = false;
+  g_launcher.m_userJavaHome = SString();
+  g_launcher.m_prependClasspath = SString();
+  g_launcher.m_appendClasspath = SString();
+}
+
+void LauncherTestAccess::resetInputFiles() {
+  g_launcher.m_inputFiles = nullptr;
 }
 
 void LauncherTestAccess::resetState() {
-  Launcher::m_logFileName = SString();
-  Launcher::m_logFileInitialized = false;
-  Launcher::m_launcherPurpose = -1;
-  Launcher::m_applicationArchive = SString();
-  for (SString& variable : Launcher::m_stringVariables) {
+  g_launcher.m_logFileName = SString();
+  g_launcher.m_logFileInitialized = false;
+  g_launcher.m_launcherPurpose = -1;
+  g_launcher.m_applicationArchive = SString();
+  for (SString& variable : g_launcher.m_stringVariables) {
     variable = SString();
   }
-  for (std::int32_t& variable : Launcher::m_numericVariables) {
+  for (std::int32_t& variable : g_launcher.m_numericVariables) {
     variable = 0;
   }
 }
 
 void PlatformTestAccess::setCanceled(bool canceled) {
-  PlatformImpl::m_canceled = canceled ? 1 : 0;
+  g_cleanup.m_canceled = canceled ? 1 : 0;
 }
 
 bool PlatformTestAccess::isSilent() {
-  return PlatformImpl::m_silent;
+  return g_console.m_silent;
 }
 
 const StringDeque& PlatformTestAccess::createdFiles() {
-  return PlatformImpl::m_sdqCreatedFiles;
+  return g_cleanup.m_sdqCreatedFiles;
 }
 
 const StringDeque& PlatformTestAccess::createdDirectories() {
-  return PlatformImpl::m_sdqCreatedDrs;
+  return g_cleanup.m_sdqCreatedDrs;
 }
 
 bool PlatformTestAccess::deletesLauncher() {
-  return PlatformImpl::m_deleteLauncher;
+  return g_cleanup.m_deleteLauncher;
 }
 
 std::string PlatformTestAccess::tempDir() {
-  return PlatformImpl::m_tempDir.c_str();
+  return g_cleanup.m_tempDir.c_str();
 }
 
 void PlatformTestAccess::resetOptions() {

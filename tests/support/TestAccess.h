@@ -5,7 +5,6 @@
 
 #include <string>
 
-#include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
 #include "util/StringDeque.h"
 
@@ -26,7 +25,7 @@ class LauncherTestAccess {
   // Log, purpose, archive and variables as at the start of a process, for test programs that are
   // run by hand, all tests in one process.
   static void resetState();
-  // No input file was loaded (InputFilesAccess.cpp).
+  // No input file was loaded.
   static void resetInputFiles();
 };
 

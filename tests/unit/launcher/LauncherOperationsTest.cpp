@@ -105,8 +105,8 @@ class LauncherOperations : public testing::Test {
     LauncherTestAccess::setUserJavaHome(expanded(row.userHome));
     PlatformImpl::setSystemTempDir(sstr(m_dir / "tmp"));
     test::setMode(test::Shown);
-    ui_progress = 0;
-    ui_progressBlock = 0;
+    g_console.ui_progress = 0;
+    g_console.ui_progressBlock = 0;
     Launcher::setLongVariable(1, 7);
     Launcher::setStringVariable(1, "s1");
     Launcher::setStringVariable(2, "s2");

@@ -44,7 +44,7 @@ const WriterRow kWriterRows[] = {
 
 TEST(Console, Writers) {
   for (const WriterRow& row : kWriterRows) {
-    g_enableOutput = row.enabled;
+    g_console.g_enableOutput = row.enabled;
     EXPECT_EQ(row.wanted, test::captureStdout(row.write)) << row.name;
   }
 }
@@ -89,7 +89,7 @@ const StatusRow kStatusRows[] = {
 TEST(Console, StatusLines) {
   for (const StatusRow& row : kStatusRows) {
     setMode(row.mode);
-    g_title = row.title;
+    g_console.g_title = row.title;
     const auto output =
         test::captureStdout([&] { PlatformImpl::setUIStatus(static_cast<UIStatus>(row.status)); });
     EXPECT_EQ(row.wanted, output) << row.name;
@@ -208,16 +208,16 @@ void apply(const Step& step) {
 TEST(Console, Progress) {
   for (const ProgressRow& row : kProgressRows) {
     setMode(row.mode);
-    ui_progress = 0;
-    ui_progressBlock = 0;
+    g_console.ui_progress = 0;
+    g_console.ui_progressBlock = 0;
     const auto output = test::captureStdout([&] {
       for (const Step& step : row.steps) {
         apply(step);
       }
     });
     EXPECT_EQ(row.wanted, output) << row.name;
-    EXPECT_EQ(row.progress, ui_progress) << row.name;
-    EXPECT_EQ(row.block, ui_progressBlock) << row.name;
+    EXPECT_EQ(row.progress, g_console.ui_progress) << row.name;
+    EXPECT_EQ(row.block, g_console.ui_progressBlock) << row.name;
   }
 }
 
@@ -226,7 +226,7 @@ TEST(Console, HiddenProgressEndsARowOnceShown) {
   PlatformImpl::setUIProgress(100);
   PlatformImpl::showUI();
   EXPECT_EQ(".\n", test::captureStdout([] { PlatformImpl::advanceUIProgress(1); }));
-  EXPECT_EQ(1, ui_progressBlock);
+  EXPECT_EQ(1, g_console.ui_progressBlock);
 }
 
 // --- Visibility ---

@@ -48,10 +48,10 @@ const TitleRow kTitleRows[] = {
 
 void checkTitle(const TitleRow& row) {
   test::setMode(row.mode);
-  g_title = "before";
+  g_console.g_title = "before";
   const auto output = test::captureStdout([&] { PlatformImpl::setUITitle(row.title); });
   EXPECT_EQ(row.wantedOutput, output) << row.name;
-  EXPECT_EQ(row.wantedTitle, text(g_title)) << row.name;
+  EXPECT_EQ(row.wantedTitle, text(g_console.g_title)) << row.name;
 }
 
 TEST(Title, TitleWithoutLocale) {
@@ -126,7 +126,7 @@ TEST(Title, TitleLocales) {
     const test::ScopedEnvironment ctype("LC_CTYPE", row.ctype);
     const test::ScopedEnvironment lang("LANG", row.lang);
     test::captureStdout([] { PlatformImpl::setUITitle("Caf\\u00e9"); });
-    EXPECT_EQ(row.wanted, text(g_title)) << row.name;
+    EXPECT_EQ(row.wanted, text(g_console.g_title)) << row.name;
   }
 }
 

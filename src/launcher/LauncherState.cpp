@@ -1,0 +1,3 @@
+#include "launcher/LauncherState.h"
+
+constinit LauncherState g_launcher;

@@ -1,0 +1,44 @@
+// LauncherState: what a run knows of itself; the first of the process's three values.
+//
+// `g_launcher = {}` is a new process: so the tests begin. Read and written by Launcher's own files
+// and the log only; everybody else asks Launcher.
+#ifndef CORVANE_LAUNCHER_LAUNCHERSTATE_H
+#define CORVANE_LAUNCHER_LAUNCHERSTATE_H
+
+#include <cstdint>
+#include <memory>
+
+#include "launcher/ScriptVariables.h"
+#include "util/SString.h"
+#include "util/StringDeque.h"
+
+class JVMMessage;
+class LauncherInputFiles;
+
+// Behind each field: who writes it.
+struct LauncherState {
+  SString m_logFileName;                                 // no log when empty; "-cv:log", LOGFILE
+  bool m_logFileInitialized = false;                     // logMessage, with the separator line
+  SString m_launcherFileName;                            // process
+  SString m_origLauncherFileName;                        // process, "-cv:orig"
+  SString m_stringVariables[kStringVariables];           // the script
+  std::int32_t m_numericVariables[kNumericVariables]{};  // the script
+  StringDeque m_passThroughArgs;                         // arguments that are not ours
+  StringDeque m_args;                                    // process
+  bool m_showJavaConsole = false;                        // "-cv:javaconsole" and its like
+  SString m_userJavaHome;                                // "-cv:javahome"
+  SString m_prependClasspath;                            // "-cp:p"
+  SString m_appendClasspath;                             // "-cp:a"
+  SString m_applicationArchive;                          // getApplicationArchive
+  std::int32_t m_launcherPurpose = -1;                   // not read yet; getLauncherPurpose
+  SString m_stdOutput;                                   // launch and ilaunch
+  SString m_errOutput;                                   // launch and ilaunch
+  // None until getInputFiles makes them. Shared only in name: this pointer, unlike a unique one, is
+  // whole where the type is not known yet.
+  std::shared_ptr<LauncherInputFiles> m_inputFiles;
+  const JVMMessage* m_jvmMessage = nullptr;  // findJVM; one of m_inputFiles
+};
+
+extern LauncherState g_launcher;
+
+#endif

@@ -1,0 +1,3 @@
+#include "platform/CleanupState.h"
+
+constinit CleanupState g_cleanup;
