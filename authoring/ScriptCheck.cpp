@@ -4,15 +4,16 @@
 #include <cctype>
 
 #include "archive/LauncherFileFormat.h"
-#include "launcher/Launcher.h"
+#include "instructions/LabelIndex.h"
+#include "instructions/ScriptSyntax.h"
+#include "instructions/VariableRef.h"
+#include "launcher/ScriptVariables.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
 namespace authoring {
 namespace {
-
-constexpr const char* kComment = "//";
 
 std::string quoted(std::string_view text) {
   return "\"" + std::string(text) + "\"";
@@ -26,35 +27,27 @@ std::string findVariableFault(const SString& name);
 class ScriptCheck {
  public:
   ScriptCheck(const Setup& setup, const SetupFile& script, std::vector<std::string>& findings);
-  std::set<std::string> run();
+  std::set<Command> run();
 
  private:
-  using Argument = void (ScriptCheck::*)(const SString&);
-  struct CommandRow {
-    const char* word;
-    void (ScriptCheck::*whole)(std::size_t);  // reads the rest of the line itself; else null
-    std::vector<Argument> arguments;
-  };
-  static const CommandRow kCommands[];
-
   void find(const std::string& text);
   void checkLabels();
-  void checkLine();
-  void checkArguments(const CommandRow& row, std::size_t position);
-  void checkArgument(const SString& text, Argument check);
+  void checkArguments(const CommandGrammar& command, std::size_t position);
+  void checkArgument(const SString& text, ArgumentKind kind);
+  void checkKind(const SString& text, ArgumentKind kind);
   void reportUnknown(const std::string& word);
 
-  void anyText(const SString&) {}
   void boolean(const SString& text);
   void number(const SString& text);
   void installOption(const SString& text);
   void label(const SString& text);
+  bool beginsALine(const SString& target) const;
   void launchedFile(const SString& text);
   void verifiedFile(const SString& text);
   void launcherPosition(const SString& text);
   void launch(std::size_t position);
   void set(std::size_t position);
-  void setValue(const SString& name, const SString& value);
+  void setValue(const VariableRef& variable, const SString& value);
 
   bool isNumber(const SString& text, std::int32_t& value);
   bool isJVMFile(std::int32_t id) const;
@@ -62,33 +55,24 @@ class ScriptCheck {
   const Setup& m_setup;
   const SetupFile& m_script;
   std::vector<std::string>& m_findings;
-  std::vector<SString> m_lines;
-  std::size_t m_current = 0;
+  const StringDeque& m_lines;
+  const LabelIndex m_labels;
+  long m_current = 0;
 };
 
-const ScriptCheck::CommandRow ScriptCheck::kCommands[] = {
-    {"FIND_JVM", nullptr, {&ScriptCheck::boolean, &ScriptCheck::boolean}},
-    {"GOTO", nullptr, {&ScriptCheck::label}},
-    {"ILAUNCH", nullptr, {&ScriptCheck::launchedFile, &ScriptCheck::number}},
-    {"INITIALIZE_UI", nullptr, {}},
-    {"INSTALL_JVM", nullptr, {&ScriptCheck::installOption}},
-    {"JMP0", nullptr, {&ScriptCheck::number, &ScriptCheck::label}},
-    {"LAUNCH", &ScriptCheck::launch, {}},
-    {"SET", &ScriptCheck::set, {}},
-    {"VERIFY", nullptr, {&ScriptCheck::boolean, &ScriptCheck::boolean, &ScriptCheck::verifiedFile}},
-    {"EXECUTE_LAUNCHER", nullptr, {&ScriptCheck::launcherPosition}},
-    {kComment, nullptr, {}},
-};
+const StringDeque& linesOf(const TagFile& script) {
+  static const StringDeque noLines;
+  const StringDeque* const lines = script.getValue(tagname::kInstructions);
+  return lines == nullptr ? noLines : *lines;
+}
 
 ScriptCheck::ScriptCheck(const Setup& setup, const SetupFile& script,
                          std::vector<std::string>& findings)
-    : m_setup(setup), m_script(script), m_findings(findings) {
-  const long count = script.tagFile->getTagValueCount(tagname::kInstructions);
-  for (long i = 0; i < count; ++i) {
-    m_lines.push_back(
-        script.tagFile->getTagValue(tagname::kInstructions, static_cast<unsigned long>(i)));
-  }
-}
+    : m_setup(setup),
+      m_script(script),
+      m_findings(findings),
+      m_lines(linesOf(*script.tagFile)),
+      m_labels(m_lines) {}
 
 void ScriptCheck::find(const std::string& text) {
   m_findings.push_back(m_script.label + ": line " + std::to_string(m_current + 1) + " (" +
@@ -97,56 +81,75 @@ void ScriptCheck::find(const std::string& text) {
 
 // --- Lines ---
 
-std::set<std::string> ScriptCheck::run() {
-  std::set<std::string> words;
+std::set<Command> ScriptCheck::run() {
+  std::set<Command> commands;
   checkLabels();
   for (m_current = 0; m_current < m_lines.size(); ++m_current) {
     std::size_t position = 0;
-    words.insert(getTokenFromString(m_lines[m_current], position).c_str());
-    checkLine();
-  }
-  return words;
-}
-
-void ScriptCheck::checkLine() {
-  std::size_t position = 0;
-  const SString word = getTokenFromString(m_lines[m_current], position);
-  if (word[0] == ':') {
-    return;
-  }
-  for (const CommandRow& row : kCommands) {
-    if (word != row.word) {
+    const SString word = getTokenFromString(m_lines[m_current], position);
+    if (word[0] == ':') {
       continue;
     }
-    if (row.whole != nullptr) {
-      (this->*row.whole)(position);
+    if (const CommandGrammar* const command = findCommand(word)) {
+      commands.insert(command->command);
+      checkArguments(*command, position);
     } else {
-      checkArguments(row, position);
+      reportUnknown(word.c_str());
     }
+  }
+  return commands;
+}
+
+void ScriptCheck::checkArguments(const CommandGrammar& command, std::size_t position) {
+  if (command.command == Command::kLaunch) {
+    launch(position);
     return;
   }
-  reportUnknown(word.c_str());
-}
-
-void ScriptCheck::checkArguments(const CommandRow& row, std::size_t position) {
-  const SString& line = m_lines[m_current];
-  for (std::size_t i = 0; i < row.arguments.size(); ++i) {
-    const SString argument = getTokenFromString(line, position);
-    if (argument.empty()) {
-      find(std::string(row.word) + " needs " + std::to_string(row.arguments.size()) +
-           (row.arguments.size() == 1 ? " argument" : " arguments"));
+  if (command.command == Command::kSet) {
+    set(position);
+    return;
+  }
+  const std::size_t count = command.arguments.size();
+  for (const ArgumentGrammar& argument : command.arguments) {
+    const SString text = getTokenFromString(m_lines[m_current], position);
+    if (text.empty()) {
+      find(std::string(command.name) + " needs " + std::to_string(count) +
+           (count == 1 ? " argument" : " arguments"));
       return;
     }
-    checkArgument(argument, row.arguments[i]);
+    checkArgument(text, argument.kind);
   }
 }
 
-void ScriptCheck::checkArgument(const SString& text, Argument check) {
+void ScriptCheck::checkArgument(const SString& text, ArgumentKind kind) {
   const std::string fault = findReferenceFault(text);
   if (fault.empty()) {
-    (this->*check)(text);
+    checkKind(text, kind);
   } else {
     find(fault);
+  }
+}
+
+void ScriptCheck::checkKind(const SString& text, ArgumentKind kind) {
+  switch (kind) {
+    case ArgumentKind::kBoolean:
+      return boolean(text);
+    case ArgumentKind::kNumber:
+    case ArgumentKind::kSeconds:
+      return number(text);
+    case ArgumentKind::kInstallOption:
+      return installOption(text);
+    case ArgumentKind::kLaunchedFile:
+      return launchedFile(text);
+    case ArgumentKind::kVerifiedFile:
+      return verifiedFile(text);
+    case ArgumentKind::kLauncherPosition:
+      return launcherPosition(text);
+    case ArgumentKind::kLabel:
+      return label(text);
+    case ArgumentKind::kFileName:  // any text
+    case ArgumentKind::kAssignment:
+      return;
   }
 }
 
@@ -154,14 +157,12 @@ void ScriptCheck::reportUnknown(const std::string& word) {
   std::string capitals = word;
   std::transform(capitals.begin(), capitals.end(), capitals.begin(),
                  [](unsigned char byte) { return static_cast<char>(std::toupper(byte)); });
-  for (const CommandRow& row : kCommands) {
-    if (capitals == row.word) {
-      find("unknown command " + quoted(word) + "; commands are written in capitals");
-      return;
-    }
+  const bool comment = word.rfind("//", 0) == 0;
+  std::string hint = comment ? "; a comment needs a blank behind //" : "";
+  if (findCommand(capitals) != nullptr) {
+    hint = "; commands are written in capitals";
   }
-  const bool comment = word.rfind(kComment, 0) == 0;
-  find("unknown command " + quoted(word) + (comment ? "; a comment needs a blank behind //" : ""));
+  find("unknown command " + quoted(word) + hint);
 }
 
 // --- Labels ---
@@ -177,12 +178,22 @@ void ScriptCheck::checkLabels() {
   }
 }
 
+bool ScriptCheck::beginsALine(const SString& target) const {
+  for (long i = 0; i < m_lines.size(); ++i) {
+    std::size_t position = 0;
+    if (getTokenFromString(m_lines[i], position) == target) {
+      return true;
+    }
+  }
+  return false;
+}
+
 void ScriptCheck::label(const SString& text) {
   if (text.find('@') != SString::npos) {
     return;
   }
   const SString target = ":" + text;
-  if (std::find(m_lines.begin() + 1, m_lines.end(), target) != m_lines.end()) {
+  if (m_labels.find(target) != LabelIndex::kNone) {
     return;
   }
   const std::string name = quoted(text);
@@ -192,15 +203,10 @@ void ScriptCheck::label(const SString& text) {
          "// in front of it");
     return;
   }
-  const auto isLonger = [&](const SString& line) {
-    std::size_t position = 0;
-    return getTokenFromString(line, position) == target;
-  };
-  const bool longer = std::any_of(m_lines.begin(), m_lines.end(), isLonger);
-  find(longer ? "the line of the label " + name +
-                    " holds more than the label, which is then never "
-                    "found; leave the label alone on its line"
-              : "there is no label " + name + "; write a line :" + text.c_str());
+  find(beginsALine(target) ? "the line of the label " + name +
+                                 " holds more than the label, which is then never "
+                                 "found; leave the label alone on its line"
+                           : "there is no label " + name + "; write a line :" + text.c_str());
 }
 
 // --- Arguments ---
@@ -272,24 +278,21 @@ void ScriptCheck::launcherPosition(const SString& text) {
 
 // --- LAUNCH and SET ---
 
-// Reads the first argument of the text, which may be in double quotes. Returns where it ends; npos:
-// at the end of the text or not at all, and then the interpreter loses its last byte.
-std::size_t readArgument(const SString& text, SString& argument) {
-  const bool inQuotes = text[0] == '"';
-  std::size_t position = inQuotes ? 1 : 0;
+// False when the text lacks its closing quote.
+bool unquote(SString& text) {
   try {
-    argument = parseStringArgument(text, position, inQuotes);
-    return position;
+    text = unquotedArgument(text);
+    return true;
   } catch (const LauncherException&) {
-    return SString::npos;
+    return false;
   }
 }
 
 void ScriptCheck::launch(std::size_t position) {
-  const SString rest = trimmed(m_lines[m_current].substr(position));
   SString file;
-  std::size_t behind = readArgument(rest, file);
-  if (behind == SString::npos) {
+  const bool isClosed = readArgument(m_lines[m_current], position, file);
+  const SString seconds = getTokenFromString(m_lines[m_current], position);
+  if (!isClosed || seconds.empty() || !unquote(file)) {
     find(
         "LAUNCH needs the jvm file's name and, behind it on the line, the seconds, as in LAUNCH "
         "@S2@ 1");
@@ -298,33 +301,30 @@ void ScriptCheck::launch(std::size_t position) {
   if (file.empty()) {
     find("the jvm file's name is empty");
   }
-  checkArgument(file, &ScriptCheck::anyText);
-  checkArgument(getTokenFromString(rest, behind), &ScriptCheck::number);
+  checkArgument(file, ArgumentKind::kFileName);
+  checkArgument(seconds, ArgumentKind::kSeconds);
 }
 
 void ScriptCheck::set(std::size_t position) {
-  const SString rest = m_lines[m_current].substr(position);
-  const std::size_t equals = rest.find('=');
-  if (equals == SString::npos) {
+  const auto assignment = splitAssignment(m_lines[m_current].substr(position).view());
+  if (!assignment) {
     find("SET needs a variable, = and a value");
     return;
   }
-  const SString name = trimmed(rest.substr(0, equals));
-  const std::string fault = findVariableFault(name);
+  const std::string fault = findVariableFault(assignment->name);
   if (!fault.empty()) {
     find(fault);
     return;
   }
-  setValue(name, trimmed(rest.substr(equals + 1)));
+  VariableRef variable;
+  variable.init(assignment->name, "");
+  setValue(variable, assignment->value);
 }
 
-void ScriptCheck::setValue(const SString& name, const SString& value) {
+void ScriptCheck::setValue(const VariableRef& variable, const SString& value) {
   const bool inQuotes = value[0] == '"';
-  SString stored;
-  try {
-    std::size_t position = inQuotes ? 1 : 0;
-    stored = parseStringArgument(value, position, inQuotes);
-  } catch (const LauncherException&) {
+  SString stored = value;
+  if (!unquote(stored)) {
     find("the text lacks its closing quote");
     return;
   }
@@ -337,7 +337,7 @@ void ScriptCheck::setValue(const SString& name, const SString& value) {
     find(fault);
   } else if (inQuotes && stored.empty()) {
     find("an empty text in quotes is an error; leave out the quotes");
-  } else if (std::toupper(name[0]) == 'N') {
+  } else if (variable.isNumericVariable()) {
     isNumber(stored, number);
   }
 }
@@ -345,36 +345,34 @@ void ScriptCheck::setValue(const SString& name, const SString& value) {
 // --- Variables ---
 
 std::string findVariableFault(const SString& name) {
-  std::int32_t number = 0;
-  const bool numbered = convertToLong(name.substr(1), number);
-  const int type = std::toupper(static_cast<unsigned char>(name[0]));
-  const bool valid = (type == 'N' && Launcher::isValidLongVariable(number)) ||
-                     (type == 'S' && Launcher::isValidStringVariable(number));
-  return numbered && valid ? ""
-                           : quoted(name) + " is no variable; there are N1 to N5 and S1 to S10";
+  try {
+    VariableRef().init(name, "");
+    return "";
+  } catch (const LauncherException&) {
+    return quoted(name) + " is no variable; there are N1 to N" + std::to_string(kNumericVariables) +
+           " and S1 to S" + std::to_string(kStringVariables);
+  }
 }
 
 std::string findReferenceFault(const SString& text) {
-  std::size_t begin = text.find('@');
-  while (begin != SString::npos) {
-    const std::size_t end = text.find('@', begin + 1);
-    if (end == SString::npos) {
+  for (Reference reference = findReference(text, 0); reference.kind != Reference::kNone;
+       reference = findReference(text, reference.end + 1)) {
+    if (reference.kind == Reference::kUnclosed) {
       return "the last @ lacks its second one; a single @ is written @@";
     }
     const std::string fault =
-        end == begin + 1 ? "" : findVariableFault(text.substr(begin + 1, end - begin - 1));
+        reference.kind == Reference::kVariable ? findVariableFault(reference.name(text)) : "";
     if (!fault.empty()) {
       return fault;
     }
-    begin = text.find('@', end + 1);
   }
   return "";
 }
 
 }  // namespace
 
-std::set<std::string> checkScript(const Setup& setup, const SetupFile& script,
-                                  std::vector<std::string>& findings) {
+std::set<Command> checkScript(const Setup& setup, const SetupFile& script,
+                              std::vector<std::string>& findings) {
   return ScriptCheck(setup, script, findings).run();
 }
 

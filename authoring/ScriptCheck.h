@@ -7,14 +7,15 @@
 #include <vector>
 
 #include "authoring/SetupContents.h"
+#include "instructions/ScriptGrammar.h"
 
 namespace authoring {
 
 // Adds what would stop the script, or make it do something else than it says, to `findings`. Lines
 // are counted as the launcher's messages count them: from 1, within INSTRUCTIONS. Returns the
-// command words that the script uses. `script` is one of the setup's files and has a tag file.
-std::set<std::string> checkScript(const Setup& setup, const SetupFile& script,
-                                  std::vector<std::string>& findings);
+// commands that the script uses. `script` is one of the setup's files and has a tag file.
+std::set<Command> checkScript(const Setup& setup, const SetupFile& script,
+                              std::vector<std::string>& findings);
 
 }  // namespace authoring
 

@@ -136,23 +136,23 @@ void checkSecondScripts(const Setup& setup, Findings& findings) {
 }
 
 struct NeedRow {
-  const char* command;  // of the script
-  std::int32_t type;    // of a file without which it fails
+  Command command;    // of the script
+  std::int32_t type;  // of a file without which it fails
   const char* text;
 };
 
 const NeedRow kNeeds[] = {
-    {"FIND_JVM", FILE_TYPE_JVM, "no jvm file: FIND_JVM finds nothing"},
-    {"FIND_JVM", FILE_TYPE_VERIFY_JAR, "no verify archive: FIND_JVM accepts no JVM"},
-    {"VERIFY", FILE_TYPE_VERIFY_JAR, "no verify archive: VERIFY accepts no JVM"},
-    {"LAUNCH", FILE_TYPE_LAUNCH_SCRIPT,
+    {Command::kFindJVM, FILE_TYPE_JVM, "no jvm file: FIND_JVM finds nothing"},
+    {Command::kFindJVM, FILE_TYPE_VERIFY_JAR, "no verify archive: FIND_JVM accepts no JVM"},
+    {Command::kVerify, FILE_TYPE_VERIFY_JAR, "no verify archive: VERIFY accepts no JVM"},
+    {Command::kLaunch, FILE_TYPE_LAUNCH_SCRIPT,
      "no launch script: LAUNCH does nothing, and the launcher ends with status -1"},
-    {"ILAUNCH", FILE_TYPE_LAUNCH_SCRIPT,
+    {Command::kILaunch, FILE_TYPE_LAUNCH_SCRIPT,
      "no launch script: ILAUNCH does nothing, and the launcher ends with status -1"},
-    {"INSTALL_JVM", FILE_TYPE_JVM_INSTALLER, "no JVM installer: INSTALL_JVM is an error"},
+    {Command::kInstallJVM, FILE_TYPE_JVM_INSTALLER, "no JVM installer: INSTALL_JVM is an error"},
 };
 
-void checkNeeds(const Setup& setup, const std::set<std::string>& commands, Findings& findings) {
+void checkNeeds(const Setup& setup, const std::set<Command>& commands, Findings& findings) {
   for (const NeedRow& row : kNeeds) {
     if (commands.count(row.command) != 0 && findFirst(setup, row.type) == nullptr) {
       findings.push_back(setup.label + ": " + row.text);

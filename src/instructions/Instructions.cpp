@@ -2,8 +2,11 @@
 #include "instructions/Instructions.h"
 
 #include <algorithm>
+#include <array>
 
 #include "instructions/InstructionsException.h"
+#include "instructions/ScriptGrammar.h"
+#include "instructions/ScriptSyntax.h"
 #include "instructions/VariableRef.h"
 #include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
@@ -13,41 +16,11 @@
 namespace {
 
 constexpr const char* kNoCommand = "No command specified.";
-constexpr const char* kFindUI =
-    "The first argument to FIND_JVM should be a 1 if the UI should be displayed or a 0 if the UI "
-    "should be suppressed.";
-constexpr const char* kFindFailure =
-    "The second argument to FIND_JVM should be a 1 if a find failure message should be displayed "
-    "in a UI or 0 if no message should be displayed.";
-constexpr const char* kGotoLabel = "The GOTO command requires a label as its only argument.";
-constexpr const char* kILaunchIndex =
-    "The first argument to ILAUNCH should be the file index number of the jvm file.";
-constexpr const char* kILaunchSeconds =
-    "The second argument to ILAUNCH should be the number of seconds to display the UI during the "
-    "launch.";
-constexpr const char* kInstallOption = "The first argument to INSTALL_JVM should be a 0, 1 or 2.";
-constexpr const char* kJmp0Value = "The second argument to JMP0 must be numeric.";
-constexpr const char* kJmp0Label = "JMP0 requires a jump label as its second argument.";
-constexpr const char* kLaunchName = "Invalid jvm file name specified in LAUNCH.";
-constexpr const char* kLaunchSeconds =
-    "The second argument to LAUNCH should be the number of seconds to display the UI during the "
-    "launch.";
-constexpr const char* kVerifyUI =
-    "The first argument to VERIFY should be a 1 if the UI should be displayed or a 0 if the UI "
-    "should be suppressed.";
-constexpr const char* kVerifyFailure =
-    "The second argument to VERIFY should be a 1 if a find failure message should be displayed "
-    "in a UI or 0 if no message should be displayed.";
-constexpr const char* kVerifyIndex =
-    "The third argument to VERIFY should be the file index number of the jvm file.";
-constexpr const char* kSetEquals = "SET statement is missing =.";
 constexpr const char* kSetVariable =
     "Invalid variable specified on left hand side of SET statement.";
 constexpr const char* kSetExpression = "Invalid expression specified for SET command";
 constexpr const char* kSetValue = "Invalid value specified for SET command";
 constexpr const char* kLabelPrefix = "Invalid label specified.";
-
-constexpr const char* kNoPrefix = "";  // the arguments of most commands open no error text
 
 }  // namespace
 
@@ -57,51 +30,23 @@ struct Instructions::Statement {
   std::int32_t& result;  // of the run
   std::size_t position = 0;
 
+  // The arguments: the numbers in their order, and the others.
+  std::array<std::int32_t, kMostArguments> numbers{};
+  std::size_t count = 0;
+  SString text{};  // the label, the file name, or the value to be set
+  SString name{};  // of the variable to be set
+
   void run();
+  void read(const ArgumentGrammar& argument);
+  void readAssignment(const ArgumentGrammar& argument);
+  std::int32_t evaluate(const SString& token, const ArgumentGrammar& argument) const;
+  void perform(Command command);
 
-  // The commands.
-  void comment() {}
-  void executeLauncher();
-  void findJVM();
-  void goTo() { script.jumpTo(argument(kGotoLabel)); }
-  void ilaunch();
-  void initializeUI() { Launcher::initializeUI(); }
-  void installJVM();
-  void jumpIfZero();
-  void launch();
-  void set();
-  void verify();
-
-  // The next argument; each throws `missing` when the line holds no more.
   SString nextToken() { return getTokenFromString(line, position); }
-  SString argument(const char* missing);
-  bool boolArgument(const char* missing);
-  std::int32_t longArgument(const char* missing);
-  std::int16_t shortArgument(const char* missing);
-
-  void assign(const SString& name, SString value) const;
+  bool flag(std::size_t index) const { return numbers[index] != 0; }
+  std::int16_t seconds() const { return static_cast<std::int16_t>(numbers[count - 1]); }
+  void set();
   [[noreturn]] void fail(const SString& message) const { script.throwException(message); }
-};
-
-struct Instructions::CommandRow {
-  const char* name;
-  void (Statement::*run)();
-};
-
-// QUIRK(comment-marker-alone): // is a command without arguments, so it must stand alone: "//text"
-// is an invalid command.
-constexpr Instructions::CommandRow Instructions::kCommands[] = {
-    {"FIND_JVM", &Statement::findJVM},
-    {"GOTO", &Statement::goTo},
-    {"ILAUNCH", &Statement::ilaunch},
-    {"INITIALIZE_UI", &Statement::initializeUI},
-    {"INSTALL_JVM", &Statement::installJVM},
-    {"JMP0", &Statement::jumpIfZero},
-    {"LAUNCH", &Statement::launch},
-    {"SET", &Statement::set},
-    {"VERIFY", &Statement::verify},
-    {"EXECUTE_LAUNCHER", &Statement::executeLauncher},
-    {"//", &Statement::comment},
 };
 
 const StringDeque& Instructions::lines() const {
@@ -159,108 +104,111 @@ void Instructions::stopIfCanceled() {
 }
 
 void Instructions::Statement::run() {
-  const SString command = nextToken();
-  if (command.empty()) {
+  const SString word = nextToken();
+  if (word.empty()) {
     fail(kNoCommand);
   }
-  if (command[0] == ':') {
+  if (word[0] == ':') {
     return;
   }
-  for (const CommandRow& row : kCommands) {
-    if (command == row.name) {
-      (this->*row.run)();
+  const CommandGrammar* command = findCommand(word);
+  if (command == nullptr) {
+    fail("Invalid command (" + word + "). ");
+  }
+  for (const ArgumentGrammar& argument : command->arguments) {
+    read(argument);
+  }
+  perform(command->command);
+}
+
+void Instructions::Statement::read(const ArgumentGrammar& argument) {
+  if (argument.kind == ArgumentKind::kAssignment) {
+    readAssignment(argument);
+    return;
+  }
+  if (argument.kind == ArgumentKind::kFileName) {
+    script.evalStringExpr(line, position, text, argument.prefix);
+    return;
+  }
+  const SString token = nextToken();
+  if (token.empty() && argument.missing != nullptr) {
+    fail(argument.missing);
+  }
+  if (argument.kind == ArgumentKind::kLabel) {
+    text = token;
+  } else {
+    numbers[count++] = evaluate(token, argument);
+  }
+}
+
+std::int32_t Instructions::Statement::evaluate(const SString& token,
+                                               const ArgumentGrammar& argument) const {
+  switch (argument.kind) {
+    case ArgumentKind::kBoolean:
+      return script.evalBoolExpr(token, argument.prefix) ? 1 : 0;
+    case ArgumentKind::kSeconds:
+      return script.evalShortExpr(token, argument.prefix);
+    default:
+      break;
+  }
+  const std::int32_t number = script.evalLongExpr(token, argument.prefix);
+  if (argument.kind == ArgumentKind::kInstallOption &&
+      (number < INSTALL_JVM_OPTION_HIDDEN || number > INSTALL_JVM_OPTION_PROMPT)) {
+    fail(argument.missing);
+  }
+  return number;
+}
+
+void Instructions::Statement::perform(Command command) {
+  switch (command) {
+    case Command::kFindJVM:
+      return Launcher::findJVM(flag(0), flag(1));
+    case Command::kGoto:
+      return script.jumpTo(text);
+    case Command::kILaunch:
+      result = Launcher::ilaunch(numbers[0], seconds());
       return;
-    }
+    case Command::kInitializeUI:
+      return Launcher::initializeUI();
+    case Command::kInstallJVM:
+      return Launcher::installJVM(static_cast<InstallJVMOption>(numbers[0]));
+    case Command::kJmp0:
+      if (numbers[0] == 0) {
+        script.jumpTo(text);
+      }
+      return;
+    case Command::kLaunch:
+      result = Launcher::launch(text, seconds());
+      return;
+    case Command::kVerify:
+      return Launcher::verifyJVM(flag(0), flag(1), numbers[2]);
+    case Command::kExecuteLauncher:
+      return Launcher::executeEmbeddedLauncher(numbers[0]);
+    case Command::kSet:
+      return set();
+    case Command::kComment:
+      return;
   }
-  fail("Invalid command (" + command + "). ");
 }
 
-SString Instructions::Statement::argument(const char* missing) {
-  SString token = nextToken();
-  if (token.empty()) {
-    fail(missing);
+void Instructions::Statement::readAssignment(const ArgumentGrammar& argument) {
+  auto assignment = splitAssignment(line.view().substr(std::min(position, line.size())));
+  if (!assignment) {
+    fail(argument.missing);
   }
-  return token;
-}
-
-bool Instructions::Statement::boolArgument(const char* missing) {
-  return script.evalBoolExpr(argument(missing), kNoPrefix);
-}
-
-std::int32_t Instructions::Statement::longArgument(const char* missing) {
-  return script.evalLongExpr(argument(missing), kNoPrefix);
-}
-
-std::int16_t Instructions::Statement::shortArgument(const char* missing) {
-  return script.evalShortExpr(argument(missing), kNoPrefix);
-}
-
-void Instructions::Statement::findJVM() {
-  const bool showUI = boolArgument(kFindUI);
-  const bool showFailure = boolArgument(kFindFailure);
-  Launcher::findJVM(showUI, showFailure);
-}
-
-void Instructions::Statement::verify() {
-  const bool showUI = boolArgument(kVerifyUI);
-  const bool showFailure = boolArgument(kVerifyFailure);
-  Launcher::verifyJVM(showUI, showFailure, longArgument(kVerifyIndex));
-}
-
-void Instructions::Statement::installJVM() {
-  const std::int32_t option = longArgument(kInstallOption);
-  if (option < INSTALL_JVM_OPTION_HIDDEN || option > INSTALL_JVM_OPTION_PROMPT) {
-    fail(kInstallOption);
-  }
-  Launcher::installJVM(static_cast<InstallJVMOption>(option));
-}
-
-void Instructions::Statement::ilaunch() {
-  const std::int32_t fileId = longArgument(kILaunchIndex);
-  result = Launcher::ilaunch(fileId, shortArgument(kILaunchSeconds));
-}
-
-void Instructions::Statement::launch() {
-  SString jvmFileName;
-  script.evalStringExpr(line, position, jvmFileName, kLaunchName);
-  result = Launcher::launch(jvmFileName, shortArgument(kLaunchSeconds));
-}
-
-// QUIRK(execute-launcher-text): the text for a missing argument is that of ILAUNCH; whoever looks
-// for it in a log finds the same words for both commands.
-void Instructions::Statement::executeLauncher() {
-  Launcher::executeEmbeddedLauncher(longArgument(kILaunchIndex));
-}
-
-// QUIRK(jmp0-second-argument): the text for a bad value speaks of the second argument, though the
-// value is the first one. The label is asked for even where the value says not to jump.
-void Instructions::Statement::jumpIfZero() {
-  const std::int32_t value = script.evalLongExpr(nextToken(), kJmp0Value);
-  const SString label = argument(kJmp0Label);
-  if (value == 0) {
-    script.jumpTo(label);
-  }
+  name = std::move(assignment->name);
+  text = std::move(assignment->value);
 }
 
 void Instructions::Statement::set() {
-  const std::string_view rest = withoutBlanks(line.view().substr(std::min(position, line.size())));
-  const std::size_t equals = rest.find('=');
-  if (equals == rest.npos) {
-    fail(kSetEquals);
-  }
   try {
-    assign(SString(withoutBlanks(rest.substr(0, equals))),
-           SString(withoutBlanks(rest.substr(equals + 1))));
+    VariableRef variable;
+    variable.init(name, kSetVariable);
+    script.evalStringExpr(text, kSetExpression);
+    variable.setValue(text, kSetValue);
   } catch (const Canceled&) {
     throw;
   } catch (const LauncherException& error) {
     fail(error.getMessage());
   }
-}
-
-void Instructions::Statement::assign(const SString& name, SString value) const {
-  VariableRef variable;
-  variable.init(name, kSetVariable);
-  script.evalStringExpr(value, kSetExpression);
-  variable.setValue(value, kSetValue);
 }

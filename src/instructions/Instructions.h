@@ -4,7 +4,8 @@
 // jumps, SET, and commands that call operations of Launcher (docs/instructions.md). The tag file
 // is not owned; it must outlive the interpreter and stay as it is during a run.
 //
-// Instructions.cpp runs the statements; InstructionsExpressions.cpp evaluates arguments. Errors of
+// ScriptGrammar says which arguments a command has. Instructions.cpp runs the statements;
+// InstructionsExpressions.cpp evaluates arguments. Errors of
 // the script are InstructionsException; a LauncherException of an operation passes through.
 // A script that loops for ever can be stopped: a jump backwards, and a substitution that goes on
 // and on, look at the cancel flag and throw LauncherException "Canceled by the user.". Nothing else
@@ -49,9 +50,7 @@ class Instructions {
                       std::string_view prefix) const;
 
  private:
-  struct Statement;   // a line being executed: its text, the position in it, the run's result
-  struct CommandRow;  // a command's name and what it does
-  static const CommandRow kCommands[];
+  struct Statement;  // a line being executed: its text, its arguments, the run's result
   // The user's end of the run: SET gives a line number to every other LauncherException.
   struct Canceled : LauncherException {
     using LauncherException::LauncherException;

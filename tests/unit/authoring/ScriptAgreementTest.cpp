@@ -13,10 +13,14 @@
 
 namespace {
 
-const std::vector<std::string> kWords = {
-    "FIND_JVM", "GOTO", "ILAUNCH", "INITIALIZE_UI",    "INSTALL_JVM", "JMP0",
-    "LAUNCH",   "SET",  "VERIFY",  "EXECUTE_LAUNCHER", "//",          ":x",
-    "find_jvm", "//x"};
+// Every command, a label, and words that are none.
+std::vector<std::string> firstWords() {
+  std::vector<std::string> words = {":x", "find_jvm", "//x"};
+  for (const CommandGrammar& command : kCommandGrammar) {
+    words.emplace_back(command.name);
+  }
+  return words;
+}
 
 // Each of these variables is 1, which fits everywhere; "1" is a label, too.
 const std::vector<std::string> kArguments = {
@@ -67,8 +71,9 @@ TEST(ScriptAgreement, CheckFindsWhatTheInterpreterRefusesAndNothingElse) {
   const auto oneOf = [&](const std::vector<std::string>& texts) {
     return texts[random() % texts.size()];
   };
+  const std::vector<std::string> words = firstWords();
   for (int i = 0; i < kLines; ++i) {
-    std::string line = oneOf(kWords);
+    std::string line = oneOf(words);
     for (auto arguments = random() % 5; arguments > 0; --arguments) {
       line += " " + oneOf(kArguments);
     }

@@ -1,0 +1,62 @@
+// ScriptGrammar: the commands of the instruction script, their arguments, and what is said when one
+// is missing or wrong.
+//
+// One table for all who read scripts: the interpreter takes the arguments of a statement by it, and
+// the checker of corvane-pack looks at them by it. docs/instructions.md tells the same to authors.
+#ifndef CORVANE_INSTRUCTIONS_SCRIPTGRAMMAR_H
+#define CORVANE_INSTRUCTIONS_SCRIPTGRAMMAR_H
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+enum class Command {
+  kFindJVM,
+  kGoto,
+  kILaunch,
+  kInitializeUI,
+  kInstallJVM,
+  kJmp0,
+  kLaunch,
+  kSet,
+  kVerify,
+  kExecuteLauncher,
+  kComment,
+};
+
+enum class ArgumentKind {
+  kNumber,            // of 32 bits
+  kSeconds,           // a number of 16 bits
+  kBoolean,           // 0 or 1
+  kInstallOption,     // 0, 1 or 2
+  kLaunchedFile,      // the number of a jvm file; one that there is not ends with status -1
+  kVerifiedFile,      // the number of a jvm file; one that there is not is an error
+  kLauncherPosition,  // the place of a launcher in the file index, from 0
+  kLabel,             // without its colon
+  kFileName,          // a text that may stand in double quotes
+  kAssignment,        // the rest of the line: VARIABLE = VALUE
+};
+
+struct ArgumentGrammar {
+  ArgumentKind kind;
+  // The error when the line holds no more, and when an install option is none; null: an argument
+  // that is not there is read like an empty one.
+  const char* missing;
+  const char* prefix = "";  // opens every error of its evaluation
+};
+
+inline constexpr std::size_t kMostArguments = 3;
+
+struct CommandGrammar {
+  const char* name;
+  Command command;
+  std::span<const ArgumentGrammar> arguments;  // what follows them on the line is ignored
+};
+
+// All commands; each once.
+extern const std::span<const CommandGrammar> kCommandGrammar;
+
+// The command of that name, byte by byte, or null.
+const CommandGrammar* findCommand(std::string_view name);
+
+#endif
