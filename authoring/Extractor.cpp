@@ -38,7 +38,8 @@ void checkEntries(const LauncherFile& launcher, const std::string& folder) {
                            ": its bytes lie outside the file; nothing was written");
     }
     std::error_code error;
-    if (!names.insert(name).second || fs::exists(fs::symlink_status(folder + "/" + name, error))) {
+    if (!names.insert(name).second ||
+        fs::exists(fs::symlink_status(fs::path(folder) / name, error))) {
       throw AuthoringError(place(i, entry) +
                            ": a file of that name is there already; nothing was "
                            "written, name an empty folder with --output");

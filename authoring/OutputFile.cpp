@@ -57,7 +57,7 @@ OutputFile::OutputFile(std::string path) : m_path(std::move(path)) {
     fail();
   }
   removeTemporaryOnSignals();
-  std::strcpy(temporaryPath, pattern.c_str());
+  std::memcpy(temporaryPath, pattern.c_str(), pattern.size() + 1);
   const int descriptor = mkstemp(temporaryPath);
   if (descriptor < 0) {
     temporaryPath[0] = '\0';

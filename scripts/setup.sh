@@ -5,6 +5,7 @@
 #                            where there is apt (Debian, Ubuntu) it installs exactly what is
 #                            missing, elsewhere it says what to install; it goes on when all is there
 #   use_utf8                 sees to a locale in which file names may have any letters
+#   configure PRESET         configures build/PRESET
 #   build PRESET [TARGET...] configures and builds into build/PRESET
 #   say TEXT, die TEXT       what the script does next, and why it cannot go on
 #
@@ -60,9 +61,12 @@ build     default-jdk-headless   has_jdk
 test      git                    has git
 test      ant                    has ant
 test      clang                  has clang++
+test      clang-format           has clang-format
+test      clang-tidy             has clang-tidy
 test      libclang-rt-dev        has_libfuzzer
 test      file                   has file
 test      procps                 has ps
+test      shellcheck             has shellcheck
 optional  g++-powerpc-linux-gnu  has powerpc-linux-gnu-g++
 optional  qemu-user              has qemu-ppc
 ROWS
@@ -164,19 +168,23 @@ use_utf8() {
     fi
 }
 
-build() {
-    local preset=$1 folder=$root/build/$1 log=$root/build/$1.log generator=()
-    shift
+configure() {
+    local preset=$1 folder=$root/build/$1 generator=()
     # The folder is named in full each time: from the current folder CMake would follow the link.
     if ! grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$folder/CMakeCache.txt"; then
         # A new folder, or one that was made where the project stood before.
         rm -rf -- "$folder"
         generator=(-G Ninja)
     fi
+    cmake -S "$root" --preset "$preset" ${generator[@]+"${generator[@]}"}
+}
+
+build() {
+    local preset=$1 folder=$root/build/$1 log=$root/build/$1.log
+    shift
     say "Building ($preset)"
     mkdir -p -- "$root/build"
-    if { cmake -S "$root" --preset "$preset" ${generator[@]+"${generator[@]}"} &&
-        cmake --build "$folder" ${1+--target "$@"}; } >"$log" 2>&1; then
+    if { configure "$preset" && cmake --build "$folder" ${1+--target "$@"}; } >"$log" 2>&1; then
         return 0
     fi
     cat -- "$log"
