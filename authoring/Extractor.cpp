@@ -26,8 +26,8 @@ std::string findEscape(const SString& name) {
 
 void checkEntries(const LauncherFile& launcher, const std::string& folder) {
   std::set<std::string> names;
-  for (long i = 0; i < launcher.entries.size(); ++i) {
-    const FileIndexEntry& entry = *launcher.entries.at(i);
+  for (long i = 0; i < launcher.index.size(); ++i) {
+    const FileIndexEntry& entry = *launcher.index.at(i);
     const std::string name = entry.getFileName().c_str();
     const std::string fault = findEscape(entry.getFileName());
     if (!fault.empty()) {
@@ -72,8 +72,7 @@ void extractFile(const LauncherFile& launcher, const FileIndexEntry& entry, cons
 }
 
 void makeExecutable(const FileIndexEntry& entry, const fs::path& path) {
-  const std::int32_t type = entry.getFileType();
-  if (type == FILE_TYPE_JVM_INSTALLER || type == FILE_TYPE_LAUNCHER) {
+  if (isProgramType(entry.getFileType())) {
     const auto execute = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
     fs::permissions(path, execute, fs::perm_options::add);
   }
@@ -88,8 +87,8 @@ void extractFiles(const LauncherFile& launcher, const std::string& folder) {
   if (error) {
     throw AuthoringError(folder + " cannot be made: " + error.message());
   }
-  for (long i = 0; i < launcher.entries.size(); ++i) {
-    const FileIndexEntry& entry = *launcher.entries.at(i);
+  for (long i = 0; i < launcher.index.size(); ++i) {
+    const FileIndexEntry& entry = *launcher.index.at(i);
     const fs::path path = fs::path(folder) / entry.getFileName().c_str();
     extractFile(launcher, entry, path);
     makeExecutable(entry, path);

@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <cstring>
 
-#include "archive/LauncherFileFormat.h"
 #include "authoring/AuthoringError.h"
 #include "launcher/Launcher.h"
 #include "util/LauncherException.h"
@@ -15,28 +14,20 @@ namespace {
 
 constexpr const char* kIndexCut = "the file index lies outside the file";
 
-void readEntries(LauncherFile& launcher, std::int32_t indexOffset) {
-  if (fseeko(launcher.file.get(), indexOffset, SEEK_SET) != 0) {
+std::int32_t readCount(std::FILE* file, std::int32_t indexOffset) {
+  try {
+    return FileIndex::readCount(file, indexOffset);
+  } catch (const LauncherException&) {
     throw LauncherException(kIndexCut);
-  }
-  const std::int32_t count = loadLongValue(launcher.file.get(), kIndexCut);
-  for (std::int32_t i = 0; i < count; ++i) {
-    auto entry = std::make_unique<FileIndexEntry>();
-    entry->load(launcher.file.get());
-    launcher.entries.push_back(std::move(entry));
   }
 }
 
 }  // namespace
 
+// A file that is shorter than a trailer carries no files either.
 std::optional<std::int32_t> findFileIndex(std::FILE* file) {
-  if (fseeko(file, -kTrailerSize, SEEK_END) != 0) {
-    return std::nullopt;
-  }
   try {
-    const std::int32_t offset = loadLongValue(file, "");
-    const auto identification = static_cast<std::uint32_t>(loadLongValue(file, ""));
-    return identification == kLauncherIdentification ? std::optional(offset) : std::nullopt;
+    return FileIndex::findOffset(file);
   } catch (const LauncherException&) {
     return std::nullopt;
   }
@@ -56,9 +47,10 @@ LauncherFile readLauncherFile(const std::string& path) {
   }
   launcher.purpose = Launcher::getLauncherPurpose(path.c_str());
   try {
-    readEntries(launcher, *indexOffset);
+    std::FILE* const file = launcher.file.get();
+    launcher.index.appendEntries(file, readCount(file, *indexOffset));
   } catch (const LauncherException& e) {
-    throw AuthoringError(path + ": entry " + std::to_string(launcher.entries.size()) +
+    throw AuthoringError(path + ": entry " + std::to_string(launcher.index.size()) +
                          " of the file index cannot be read: " + e.what());
   }
   return launcher;

@@ -1,5 +1,5 @@
-// LauncherFileReader: opens a launcher file for listing, checking and copying out. The entries are
-// read by the launcher's own code.
+// LauncherFileReader: opens a launcher file for listing, checking and copying out. The index is
+// read by the launcher's own code; here the errors say which file and which entry.
 #ifndef CORVANE_AUTHORING_LAUNCHERFILEREADER_H
 #define CORVANE_AUTHORING_LAUNCHERFILEREADER_H
 
@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "archive/FileIndexEntry.h"
+#include "archive/FileIndex.h"
 #include "tagfile/StreamUtils.h"
 
 namespace authoring {
@@ -18,7 +18,7 @@ struct LauncherFile {
   std::int64_t size = 0;
   bool hasTrailer = false;    // without one it carries no files
   std::int32_t purpose = -1;  // -1: no trailer, or nothing in front of it
-  FileIndexEntryPtrDeque entries;
+  FileIndex index;
 };
 
 // Where the index of the open launcher file lies; nothing when it does not end with our trailer.

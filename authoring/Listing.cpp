@@ -81,10 +81,10 @@ std::string listAsTable(const std::string& path, const LauncherFile& launcher) {
     return path + ": no embedded files, " + size + "\n";
   }
   std::vector<Row> rows = {kHeader};
-  for (long i = 0; i < launcher.entries.size(); ++i) {
-    rows.push_back(rowOf(i, *launcher.entries.at(i)));
+  for (long i = 0; i < launcher.index.size(); ++i) {
+    rows.push_back(rowOf(i, *launcher.index.at(i)));
   }
-  return path + ": " + countOf(launcher.entries.size(), "file") + ", " + size + ", purpose " +
+  return path + ": " + countOf(launcher.index.size(), "file") + ", " + size + ", purpose " +
          std::to_string(launcher.purpose) + "\n" + (rows.size() == 1 ? "" : asTable(rows));
 }
 
@@ -93,8 +93,8 @@ std::string listAsJson(const LauncherFile& launcher) {
   json["size"] = launcher.size;
   json["purpose"] = launcher.purpose < 0 ? Json() : Json(launcher.purpose);
   json["files"] = Json::array();
-  for (long i = 0; i < launcher.entries.size(); ++i) {
-    const FileIndexEntry& entry = *launcher.entries.at(i);
+  for (long i = 0; i < launcher.index.size(); ++i) {
+    const FileIndexEntry& entry = *launcher.index.at(i);
     Json file;
     file["position"] = i;
     file["type"] = fileTypeName(entry.getFileType());

@@ -27,14 +27,12 @@ bool isManifest(const std::string& path) {
   return byte == '{';
 }
 
-// Parses the tag file by `load`, or notes why it does not parse.
+// Takes the tag file that `load` returns, or notes why it does not parse.
 template <class Load>
 void loadTagFile(Setup& setup, SetupFile& file, Load load) {
   try {
-    file.tagFile = std::make_unique<TagFile>();
-    load(*file.tagFile);
+    file.tagFile = load();
   } catch (const std::exception& e) {
-    file.tagFile.reset();
     const std::string text = e.what();
     const bool namesFile = text.find(file.label) != std::string::npos;
     setup.findings.push_back(namesFile ? text : file.label + ": " + text);
@@ -45,12 +43,14 @@ void loadFromManifest(Setup& setup, const Manifest& manifest) {
   for (const ManifestFile& source : manifest.files) {
     SetupFile file = {source.type, source.id, source.name, source.path, nullptr};
     if (isTagFileType(source.type)) {
-      loadTagFile(setup, file, [&](TagFile& tagFile) {
+      loadTagFile(setup, file, [&] {
         const FilePtr stream = openFile(source.path.c_str(), "r");
         if (stream == nullptr) {
           throw AuthoringError("cannot be read");
         }
-        tagFile.load(stream.get(), source.path.c_str(), 0, -1);
+        auto tagFile = std::make_unique<TagFile>();
+        tagFile->load(stream.get(), source.path.c_str(), 0, -1);
+        return tagFile;
       });
     }
     setup.files.push_back(std::move(file));
@@ -58,16 +58,17 @@ void loadFromManifest(Setup& setup, const Manifest& manifest) {
 }
 
 void loadFromLauncher(Setup& setup, const LauncherFile& launcher) {
-  for (long i = 0; i < launcher.entries.size(); ++i) {
-    const FileIndexEntry& entry = *launcher.entries.at(i);
+  TagFileLoader loader(launcher.file.get());
+  for (long i = 0; i < launcher.index.size(); ++i) {
+    FileIndexEntry& entry = *launcher.index.at(i);
     const std::string name = entry.getFileName().c_str();
     SetupFile file = {entry.getFileType(), entry.getFileId(), name, printable(name), nullptr};
     if (!isInside(launcher, entry)) {
       setup.findings.push_back(file.label + ": its bytes lie outside the launcher file");
     } else if (entry.isTagFile()) {
-      loadTagFile(setup, file, [&](TagFile& tagFile) {
-        tagFile.load(launcher.file.get(), name.c_str(), entry.getOffsetToBytes(),
-                     entry.getFileLength());
+      loadTagFile(setup, file, [&] {
+        loader.load(entry);
+        return entry.takeTagFile();
       });
     }
     setup.files.push_back(std::move(file));

@@ -65,7 +65,7 @@ void loadAll(benchmark::State& state, std::int32_t type, const std::string& byte
   for (auto _ : state) {
     LauncherInputFiles inputs;
     inputs.load(true);
-    benchmark::DoNotOptimize(inputs.getEmbeddedFileCount());
+    benchmark::DoNotOptimize(inputs.getFileIndex().size());
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
@@ -117,7 +117,7 @@ void measureCopies(benchmark::State& state, bool plainly) {
   PlatformImpl::setSilent(true);
   LauncherInputFiles inputs;
   inputs.load(false);
-  const FileIndexEntry& entry = *inputs.getFileAt(0);
+  const FileIndexEntry& entry = *inputs.getFileIndex().at(0);
   for (auto _ : state) {
     if (plainly) {
       copyPlainly(launcher, entry.getOffsetToBytes(), entry.getFileLength());

@@ -10,6 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "archive/FileIndex.h"
 #include "jvm/JVMFiles.h"
 #include "launchscript/LaunchScript.h"
 #include "tagfile/TagFile.h"
@@ -47,7 +48,7 @@ void BM_macros(benchmark::State& state, const char* macro) {
   TagFile tags;
   fillJVMFile(tags);
   const JVMFile jvm(tags);
-  const LaunchScript script(SString(repeated(macro, state.range(0))), false, false);
+  const LaunchScript script(SString(repeated(macro, state.range(0))), false);
   for (auto _ : state) {
     benchmark::DoNotOptimize(script.resolve(jvm));
   }
@@ -76,7 +77,7 @@ void BM_classpath(benchmark::State& state) {
   fillJVMFile(tags);
   const JVMFile jvm(tags);
   const std::string entries = repeated("\"/opt/product/lib/some.jar\",", state.range(0));
-  const LaunchScript script(SString("%CP%(" + entries + ")"), false, false);
+  const LaunchScript script(SString("%CP%(" + entries + ")"), false);
   for (auto _ : state) {
     benchmark::DoNotOptimize(script.resolve(jvm));
   }
@@ -107,7 +108,8 @@ struct Search {
     files.setVerifyClass("\"verify.jar\"", "\"Verify\"");
   }
   std::vector<std::unique_ptr<TagFile>> tagFiles;
-  JVMFiles files;
+  FileIndex noFiles;
+  JVMFiles files{noFiles};
 };
 
 void BM_jvm_files(benchmark::State& state) {

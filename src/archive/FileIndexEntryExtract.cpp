@@ -1,15 +1,14 @@
 // FileIndexEntry: copying an embedded file out of the launcher file.
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <memory>
 
+#include "archive/FileIndex.h"
 #include "archive/FileIndexEntry.h"
 #include "archive/LauncherFileFormat.h"
-#include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -19,19 +18,11 @@ namespace {
 constexpr std::size_t kChunkSize = 61439;
 constexpr mode_t kNewFileMode = 0666;  // less the umask
 
-// A file without a buffer of its own: a chunk is one read and one write of the system, and what
-// was written is in the file at once, without a flush. Remembers the first error.
-class RawFile {
+// Reads stored bytes, not through the stream's buffer: a chunk is one read of the system.
+class StoredBytes {
  public:
-  RawFile(const SString& path, int flags)
-      : m_fd(open(path.c_str(), flags | O_CLOEXEC, kNewFileMode)) {
-    note(m_fd >= 0 && isNoDirectory());
-  }
-  ~RawFile() { close(); }
-  RawFile(const RawFile&) = delete;
-  RawFile& operator=(const RawFile&) = delete;
+  explicit StoredBytes(std::FILE* launcherFile) : m_fd(fileno(launcherFile)) {}
 
-  int error() const { return m_error; }
   bool isAtEnd() const { return m_atEnd; }
 
   // Where the file stands after it was moved to `position`; a negative one cannot be reached and
@@ -51,6 +42,25 @@ class RawFile {
     return done;
   }
 
+ private:
+  int m_fd;  // the stream's
+  bool m_atEnd = false;
+};
+
+// A file without a buffer of its own: what was written is in the file at once, without a flush.
+// Remembers the first error.
+class Copy {
+ public:
+  explicit Copy(const SString& path)
+      : m_fd(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode)) {
+    note(m_fd >= 0);
+  }
+  ~Copy() { close(); }
+  Copy(const Copy&) = delete;
+  Copy& operator=(const Copy&) = delete;
+
+  int error() const { return m_error; }
+
   void write(const char* bytes, std::size_t size) {
     while (size > 0 && m_error == 0) {
       const ssize_t count = ::write(m_fd, bytes, size);
@@ -68,16 +78,6 @@ class RawFile {
   }
 
  private:
-  // A directory opens for reading, and fails at the first read only.
-  bool isNoDirectory() const {
-    struct stat status;
-    if (fstat(m_fd, &status) != 0 || !S_ISDIR(status.st_mode)) {
-      return true;
-    }
-    errno = EISDIR;
-    return false;
-  }
-
   void note(bool success) {
     if (!success && m_error == 0) {
       m_error = errno;
@@ -86,12 +86,11 @@ class RawFile {
 
   int m_error = 0;
   int m_fd;
-  bool m_atEnd = false;
 };
 
 // Copies the bytes from `begin` up to `end`, as far as they lie inside the launcher file. One
 // progress step for each chunk; a cancellation is looked for before each.
-void copyChunks(RawFile& launcher, RawFile& output, std::int64_t begin, std::int64_t end) {
+void copyChunks(StoredBytes& launcher, Copy& output, std::int64_t begin, std::int64_t end) {
   const auto buffer = std::make_unique_for_overwrite<char[]>(kChunkSize);
   std::int64_t position = launcher.seek(begin);
   while (position < end && !launcher.isAtEnd() && output.error() == 0 &&
@@ -107,12 +106,13 @@ void copyChunks(RawFile& launcher, RawFile& output, std::int64_t begin, std::int
 // Returns the system's error number of a failed open or write, 0 for success. A launcher file that
 // has gone since its index was read is reported the same way.
 int copyStoredBytes(const SString& path, std::int64_t begin, std::int64_t end) {
-  RawFile launcher(Launcher::getLauncherFileName(), O_RDONLY);
-  if (launcher.error() != 0) {
-    return launcher.error();
+  const FilePtr launcherFile = FileIndex::openLauncherFile();
+  if (launcherFile == nullptr) {
+    return errno;
   }
-  RawFile output(path, O_WRONLY | O_CREAT | O_TRUNC);
+  Copy output(path);
   if (output.error() == 0) {
+    StoredBytes launcher(launcherFile.get());
     copyChunks(launcher, output, begin, end);
     output.close();
   }
@@ -122,10 +122,6 @@ int copyStoredBytes(const SString& path, std::int64_t begin, std::int64_t end) {
 [[noreturn]] void throwWriteError(const SString& detail) {
   throw LauncherException(PlatformImpl::getMessageText(MSG_WRITE_FILE_ERROR) + detail +
                           PlatformImpl::getMessageText(MSG_TEMP_SPACE_HINT));
-}
-
-bool becomesExecutable(std::int32_t fileType) {
-  return fileType == FILE_TYPE_JVM_INSTALLER || fileType == FILE_TYPE_LAUNCHER;
 }
 
 }  // namespace
@@ -154,7 +150,7 @@ SString FileIndexEntry::extract(const SString& directory) const {
     throwWriteError(convertToString(error));
   }
   PlatformImpl::throwIfCanceled();
-  if (becomesExecutable(m_fileType)) {
+  if (isProgramType(m_fileType)) {
     PlatformImpl::setFileExecutable(path);
   }
   return path;

@@ -39,6 +39,11 @@ constexpr bool isTagFileType(std::int32_t type) {
          type == FILE_TYPE_LAUNCH_SCRIPT || type == FILE_TYPE_JVM_MESSAGE;
 }
 
+// Types that are programs: they become executable when they are copied out.
+constexpr bool isProgramType(std::int32_t type) {
+  return type == FILE_TYPE_JVM_INSTALLER || type == FILE_TYPE_LAUNCHER;
+}
+
 inline constexpr long kTrailerSize = 8;
 inline constexpr long kPurposeOffsetFromEnd = kTrailerSize + 1;
 inline constexpr std::uint32_t kLauncherIdentification = 0xCA82CA82u;

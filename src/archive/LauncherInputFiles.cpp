@@ -1,14 +1,11 @@
 // LauncherInputFiles: loading, from an input file and from the launcher file.
 #include "archive/LauncherInputFiles.h"
 
-#include <sys/types.h>
-
 #include "archive/LauncherFileFormat.h"
 #include "jvm/JVMFile.h"
 #include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
 #include "platform/WithPrefix.h"
-#include "tagfile/StreamUtils.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -16,15 +13,6 @@
 namespace {
 
 constexpr const char* kCannotOpen = "Cannot open launcher file.";
-constexpr const char* kInvalidFormat = "Invalid launcher format.";
-constexpr const char* kNoIndexOffset = "Unable to read file index offset.";
-constexpr const char* kNoIdentification = "Unable to read launcher identification value.";
-constexpr const char* kInvalidIndexOffset = "Invalid file index offset.";
-constexpr const char* kNoFileCount = "Unable to read the file count.";
-constexpr const char* kTooMuchText = "Unable to read tag file.";
-
-// How much more text than the launcher file is long its tag files may have in all.
-constexpr std::int64_t kSharedTextAllowance = 16 << 20;
 
 SString describe(const FileIndexEntry& entry) {
   return "file type: " + convertToString(entry.getFileType()) +
@@ -32,16 +20,6 @@ SString describe(const FileIndexEntry& entry) {
          "\n  length: " + convertToString(entry.getFileLength()) +
          "\n  offset: " + convertToString(entry.getOffsetToBytes()) +
          "\n  file name: " + entry.getFileName();
-}
-
-std::int64_t sizeOf(std::FILE* file) {
-  return fseeko(file, 0, SEEK_END) == 0 ? std::int64_t{ftello(file)} : 0;
-}
-
-// The tag files of an honest launcher lie beside each other. A hostile index may name the same
-// bytes thousands of times, and would otherwise take memory by the square of the file's size.
-std::int64_t textSize(const FileIndexEntry& entry) {
-  return entry.getTagFile() == nullptr ? 0 : entry.getTagFile()->getLoadedBytes();
 }
 
 }  // namespace
@@ -88,7 +66,7 @@ TagFile& LauncherInputFiles::loadTagFile(const SString& path) {
 }
 
 void LauncherInputFiles::setLaunchScript(const TagFile& tagFile) {
-  m_launchScript = std::make_unique<LaunchScript>(tagFile, true);
+  m_launchScript = std::make_unique<LaunchScript>(tagFile, true, m_fileIndex);
   PlatformImpl::setUITitle(m_launchScript->getDesc());
 }
 
@@ -98,42 +76,17 @@ void LauncherInputFiles::load(bool loadTagFilesToo) {
   if (m_internalFilesLoaded) {
     return;
   }
-  const FilePtr launcherFile = openFile(Launcher::getLauncherFileName(), "rb");
+  const FilePtr launcherFile = FileIndex::openLauncherFile();
   if (launcherFile == nullptr) {
     throw LauncherException(kCannotOpen);
   }
-  readLauncherFile(launcherFile.get(), loadTagFilesToo);
+  if (m_fileIndex.load(launcherFile.get())) {
+    logFileIndex();
+    if (loadTagFilesToo) {
+      loadTagFiles(launcherFile.get());
+    }
+  }
   m_internalFilesLoaded = true;
-}
-
-void LauncherInputFiles::readLauncherFile(std::FILE* launcherFile, bool loadTagFilesToo) {
-  if (fseeko(launcherFile, -kTrailerSize, SEEK_END) != 0) {
-    throw LauncherException(kInvalidFormat);
-  }
-  const std::int32_t offset = loadLongValue(launcherFile, kNoIndexOffset);
-  const std::int32_t identification = loadLongValue(launcherFile, kNoIdentification);
-  if (static_cast<std::uint32_t>(identification) != kLauncherIdentification) {
-    return;
-  }
-  loadFileIndex(launcherFile, offset);
-  logFileIndex();
-  if (loadTagFilesToo) {
-    loadTagFiles(launcherFile);
-  }
-}
-
-// The count is believed only as far as entries follow: each takes 16 bytes of the file or more,
-// and its end throws.
-void LauncherInputFiles::loadFileIndex(std::FILE* launcherFile, std::int32_t offset) {
-  if (fseeko(launcherFile, offset, SEEK_SET) != 0) {
-    throw LauncherException(kInvalidIndexOffset);
-  }
-  const std::int32_t count = loadLongValue(launcherFile, kNoFileCount);
-  for (std::int32_t i = 0; i < count; ++i) {
-    auto entry = std::make_unique<FileIndexEntry>();
-    entry->load(launcherFile);
-    m_fileIndex.push_back(std::move(entry));
-  }
 }
 
 void LauncherInputFiles::logFileIndex() const {
@@ -146,13 +99,9 @@ void LauncherInputFiles::logFileIndex() const {
 // text for the instruction script.
 void LauncherInputFiles::loadTagFiles(std::FILE* launcherFile) {
   withPrefix(MSG_INSTRUCTIONS_LOAD_FAILED, [&] {
-    std::int64_t allowance = kSharedTextAllowance + sizeOf(launcherFile);
+    TagFileLoader loader(launcherFile);
     for (long i = 0; i < m_fileIndex.size(); ++i) {
-      m_fileIndex.at(i)->loadTagFile(launcherFile);
-      allowance -= textSize(*m_fileIndex.at(i));
-      if (allowance < 0) {
-        throw LauncherException(kTooMuchText);
-      }
+      loader.load(*m_fileIndex.at(i));
       useTagFile(*m_fileIndex.at(i));
     }
   });
@@ -183,22 +132,4 @@ void LauncherInputFiles::useTagFile(const FileIndexEntry& entry) {
     default:
       break;  // copied out when somebody asks for it
   }
-}
-
-FileIndexEntry* LauncherInputFiles::getFile(std::int32_t fileId) const {
-  for (long i = 0; i < m_fileIndex.size(); ++i) {
-    if (m_fileIndex.at(i)->getFileId() == fileId) {
-      return m_fileIndex.at(i);
-    }
-  }
-  return nullptr;
-}
-
-FileIndexEntry* LauncherInputFiles::findFileOfType(std::int32_t fileType) const {
-  for (long i = 0; i < m_fileIndex.size(); ++i) {
-    if (m_fileIndex.at(i)->getFileType() == fileType) {
-      return m_fileIndex.at(i);
-    }
-  }
-  return nullptr;
 }

@@ -9,11 +9,10 @@
 #ifndef CORVANE_ARCHIVE_LAUNCHERINPUTFILES_H
 #define CORVANE_ARCHIVE_LAUNCHERINPUTFILES_H
 
-#include <cstdint>
 #include <cstdio>
 #include <memory>
 
-#include "archive/FileIndexEntry.h"
+#include "archive/FileIndex.h"
 #include "archive/JVMMessage.h"
 #include "instructions/Instructions.h"
 #include "jvm/JVMFiles.h"
@@ -46,29 +45,23 @@ class LauncherInputFiles {
   JVMFiles& getJVMFiles() { return m_jvmFiles; }
   JVMMessage* getJVMMessage() const { return m_jvmMessage.get(); }  // null: none embedded
 
-  long getEmbeddedFileCount() const { return m_fileIndex.size(); }
-  // By position in the index, and by file id (the first with that id); null when there is none.
-  FileIndexEntry* getFileAt(std::int32_t index) const { return m_fileIndex.at(index); }
-  FileIndexEntry* getFile(std::int32_t fileId) const;
-  // The first entry of that type in index order, or null.
-  FileIndexEntry* findFileOfType(std::int32_t fileType) const;
+  // The files that the launcher file carries; empty until it is loaded.
+  const FileIndex& getFileIndex() const { return m_fileIndex; }
 
  private:
   TagFile& loadTagFile(const SString& path);
-  void readLauncherFile(std::FILE* launcherFile, bool loadTagFilesToo);
-  void loadFileIndex(std::FILE* launcherFile, std::int32_t offset);
   void logFileIndex() const;
   void loadTagFiles(std::FILE* launcherFile);
   void useTagFile(const FileIndexEntry& entry);
   void setLaunchScript(const TagFile& tagFile);
   void loadJVMFile(const SString& path);
 
-  FileIndexEntryPtrDeque m_fileIndex;
+  FileIndex m_fileIndex;
   TagFilePtrDeque m_tagFiles;  // those that an input file named
   std::unique_ptr<Instructions> m_instructions;
   std::unique_ptr<LaunchScript> m_launchScript;
   std::unique_ptr<JVMMessage> m_jvmMessage;
-  JVMFiles m_jvmFiles;
+  JVMFiles m_jvmFiles{m_fileIndex};
   bool m_jvmFilesGiven = false;  // embedded jvm files are then left out
   bool m_internalFilesLoaded = false;
 };

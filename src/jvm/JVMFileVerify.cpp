@@ -96,7 +96,7 @@ bool JVMFile::performVerify(const SString& home, const SString& classpath,
                             const SString& verifyClass) {
   m_tagFile.setTagValue(tagname::kJVMHome, home);
   StringPairPtrDeque properties;
-  LaunchScript script(buildVerifyCommand(home, classpath, verifyClass, properties), true, false);
+  LaunchScript script(buildVerifyCommand(home, classpath, verifyClass, properties), true);
   script.execute(*this, nullptr, false);
   const bool isAccepted = verifyJVMOutput(script.getStdOut(), properties);
   PlatformImpl::advanceUIProgress(kStepsForRun);

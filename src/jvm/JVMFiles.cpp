@@ -5,6 +5,8 @@
 #include <unordered_set>
 #include <utility>
 
+#include "archive/FileIndex.h"
+#include "archive/LauncherFileFormat.h"
 #include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
 #include "platform/SubStatusWrapper.h"
@@ -160,4 +162,29 @@ void JVMFiles::addUnverifiedMatch(JVMFile* jvmFile, const SString& home) {
     match = m_unverifiedMatches.findMatch(*jvmFile);
   }
   match->addJVMHome(home);
+}
+
+void JVMFiles::writeVerifyJar() {
+  if (!m_verifyClasspath.empty() || !m_verifyClass.empty()) {
+    return;
+  }
+  SString path;
+  m_embeddedFiles.forEachOfType(FILE_TYPE_VERIFY_JAR, [&](const FileIndexEntry& jar) {
+    path = jar.extract(PlatformImpl::createTempSubDirectory());
+  });
+  if (!path.empty()) {
+    m_verifyClasspath = "\"" + path + "\"";
+    m_verifyClass = "\"Verify\"";
+  }
+}
+
+void JVMFiles::writeVerifyJar(SString& classpath, SString& verifyClass) {
+  writeVerifyJar();
+  classpath = m_verifyClasspath;
+  verifyClass = m_verifyClass;
+}
+
+void JVMFiles::setVerifyClass(const SString& classpath, const SString& verifyClass) {
+  m_verifyClasspath = classpath;
+  m_verifyClass = verifyClass;
 }

@@ -16,9 +16,12 @@
 #include "platform/FileFindListener.h"
 #include "util/SString.h"
 
+class FileIndex;
+
 class JVMFiles : public FileFindListener {
  public:
-  constexpr JVMFiles() = default;
+  // `embeddedFiles` hold the verify archive; they must outlive this.
+  explicit constexpr JVMFiles(const FileIndex& embeddedFiles) : m_embeddedFiles(embeddedFiles) {}
   JVMFiles(const JVMFiles&) = delete;
   JVMFiles& operator=(const JVMFiles&) = delete;
 
@@ -48,6 +51,7 @@ class JVMFiles : public FileFindListener {
   bool searchHints();  // true when the last jvm file looked at asks for the scan
   void verifyUnverifiedMatches(JVMMatchPtrDeque& matches);
 
+  const FileIndex& m_embeddedFiles;
   JVMFilePtrDeque m_jvmFiles;
   UnverifiedJVMMatchPtrDeque m_unverifiedMatches;
   std::unique_ptr<JVMMatch> m_currentMatch;

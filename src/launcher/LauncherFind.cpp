@@ -138,7 +138,7 @@ void Launcher::searchAll(bool showProgress, bool showFailMsg) {
 void Launcher::verifyJVM(bool showProgress, bool showFailMsg, std::int32_t fileId) {
   showSearching(showProgress);
   const SString id = convertToString(fileId);
-  const FileIndexEntry* entry = getInputFiles().getFile(fileId);
+  const FileIndexEntry* entry = getInputFiles().getFileIndex().findId(fileId);
   if (entry == nullptr) {
     throw LauncherException("Cannot verify jvm file at index " + id +
                             " because it does not exist.");

@@ -78,7 +78,8 @@ void Launcher::installJVM(InstallJVMOption option) {
   } else {
     PlatformImpl::hideUI(0);
   }
-  const FileIndexEntry* installer = getInputFiles().findFileOfType(FILE_TYPE_JVM_INSTALLER);
+  const FileIndexEntry* installer =
+      getInputFiles().getFileIndex().findType(FILE_TYPE_JVM_INSTALLER);
   if (installer == nullptr) {
     throw LauncherException(PlatformImpl::getMessageText(MSG_NO_JVM_INSTALLER));
   }

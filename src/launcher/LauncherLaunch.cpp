@@ -83,7 +83,7 @@ std::int32_t Launcher::launch(const SString& jvmFileName, std::int16_t uiSeconds
 }
 
 std::int32_t Launcher::ilaunch(std::int32_t fileId, std::int16_t uiSeconds) {
-  TagFile* jvmFile = tagFileOfJVM(getInputFiles().getFile(fileId));
+  TagFile* jvmFile = tagFileOfJVM(getInputFiles().getFileIndex().findId(fileId));
   if (getInputFiles().getLaunchScript() == nullptr || jvmFile == nullptr) {
     logMessage(kInternalLaunchFailed, LOG_ERROR);
     return -1;
@@ -118,7 +118,7 @@ SString Launcher::buildHandOverCommand(const SString& embeddedLauncher) {
 }
 
 void Launcher::executeEmbeddedLauncher(std::int32_t position) {
-  const FileIndexEntry* entry = getInputFiles().getFileAt(position);
+  const FileIndexEntry* entry = getInputFiles().getFileIndex().at(position);
   if (entry == nullptr || entry->getFileType() != FILE_TYPE_LAUNCHER) {
     logMessage(kHandOverFailed, LOG_ERROR);
     return;
@@ -140,12 +140,10 @@ const SString& Launcher::getApplicationArchive() {
     return g_launcher.m_applicationArchive;
   }
   const SString directory = PlatformImpl::createTempSubDirectory();
-  for (std::int32_t i = 0; i < getInputFiles().getEmbeddedFileCount(); ++i) {
-    const FileIndexEntry* entry = getInputFiles().getFileAt(i);
-    if (entry->getFileType() == FILE_TYPE_APPLICATION_ARCHIVE) {
-      g_launcher.m_applicationArchive = entry->extract(directory);
-    }
-  }
+  getInputFiles().getFileIndex().forEachOfType(
+      FILE_TYPE_APPLICATION_ARCHIVE, [&](const FileIndexEntry& archive) {
+        g_launcher.m_applicationArchive = archive.extract(directory);
+      });
   return g_launcher.m_applicationArchive;
 }
 

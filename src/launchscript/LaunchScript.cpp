@@ -69,17 +69,18 @@ void setEnvironmentForWizard(const TagFile& jvmFile) {
 
 }  // namespace
 
-LaunchScript::LaunchScript(const TagFile& script, bool captureOutput)
+LaunchScript::LaunchScript(const TagFile& script, bool captureOutput,
+                           const FileIndex& embeddedFiles)
     : m_command(script.getTagValue(tagname::kCommand, 0)),
       m_captureOutput(captureOutput),
       m_displayConsole(script.getBoolTagValue(tagname::kDisplayConsole, false)),
       m_autoSetWorkingDir(script.getBoolTagValue(tagname::kAutoSetWorkingDir, true)),
-      m_embeddedJars(true),
+      m_embeddedFiles(&embeddedFiles),
       m_description(script.getTagValue(tagname::kDesc, 0)),
       m_archive(script.getTagValue(tagname::kArchive, 0)) {}
 
-LaunchScript::LaunchScript(const SString& command, bool captureOutput, bool embeddedJars)
-    : m_command(command), m_captureOutput(captureOutput), m_embeddedJars(embeddedJars) {}
+LaunchScript::LaunchScript(const SString& command, bool captureOutput)
+    : m_command(command), m_captureOutput(captureOutput) {}
 
 SString LaunchScript::resolve(const JVMFile& jvm) const {
   struct Scope {

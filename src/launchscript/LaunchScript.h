@@ -14,15 +14,16 @@
 #include "util/SString.h"
 #include "util/StringDeque.h"
 
+class FileIndex;
 class JVMFile;
 
 class LaunchScript : public MacroHandler {
  public:
   // Reads COMMAND, DISPLAY_CONSOLE, AUTO_SET_WORKING_DIR, DESC and ARCHIVE; the tag file is not
-  // kept.
-  LaunchScript(const TagFile& script, bool captureOutput);
-  // `embeddedJars`: the class path includes the jar files carried in the launcher.
-  LaunchScript(const SString& command, bool captureOutput, bool embeddedJars);
+  // kept. The class path includes the jar files among `embeddedFiles`, which must outlive this.
+  LaunchScript(const TagFile& script, bool captureOutput, const FileIndex& embeddedFiles);
+  // The command alone: no jar file of the launcher is on its class path.
+  LaunchScript(const SString& command, bool captureOutput);
 
   // The concrete command for a JVM: "%" functions, then the jvm file's "@" macros, then "#"
   // environment variables.
@@ -89,7 +90,7 @@ class LaunchScript : public MacroHandler {
   SString m_standardError;
   mutable const JVMFile* m_currentJVMFile = nullptr;  // during `resolve` only; not owned
   mutable bool m_isResolvingArchive = false;          // guards against an ARCHIVE that calls CP
-  bool m_embeddedJars;
+  const FileIndex* m_embeddedFiles = nullptr;  // null: their jar files are left out; not owned
   SString m_description;
   SString m_archive;
 };

@@ -1,8 +1,7 @@
 // LaunchScript, its builders: class path, and the side files beside the launcher with which a user
 // adds class-path entries, system properties and Java arguments.
-#include "archive/FileIndexEntry.h"
+#include "archive/FileIndex.h"
 #include "archive/LauncherFileFormat.h"
-#include "archive/LauncherInputFiles.h"
 #include "jvm/JVMFile.h"
 #include "launcher/Launcher.h"
 #include "launchscript/LaunchScript.h"
@@ -128,17 +127,13 @@ SString LaunchScript::makeSystemProp(const JVMFile& jvm, const SString& name,
 
 SString LaunchScript::buildJARClasspath(bool quote) const {
   SString classpath;
-  if (!m_embeddedJars) {
+  if (m_embeddedFiles == nullptr) {
     return classpath;
   }
   const SString directory = PlatformImpl::createTempSubDirectory();
-  const LauncherInputFiles& files = Launcher::getInputFiles();
-  for (std::int32_t i = 0; i < files.getEmbeddedFileCount(); ++i) {
-    const FileIndexEntry* entry = files.getFileAt(i);
-    if (entry->getFileType() == FILE_TYPE_JAR) {
-      const SString path = entry->extract(directory);
-      addToClasspath(*m_currentJVMFile, classpath, quote ? "\"" + path + "\"" : path);
-    }
-  }
+  m_embeddedFiles->forEachOfType(FILE_TYPE_JAR, [&](const FileIndexEntry& jar) {
+    const SString path = jar.extract(directory);
+    addToClasspath(*m_currentJVMFile, classpath, quote ? "\"" + path + "\"" : path);
+  });
   return classpath;
 }

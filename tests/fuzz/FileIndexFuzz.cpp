@@ -1,14 +1,13 @@
-// Launcher files of any bytes. Loading ends; it finds no more entries than the bytes can hold; and
-// an entry that was read is, once written, read back equal.
+// Launcher files of any bytes. Loading ends; it finds no more entries than the bytes can hold; an
+// entry that was read is, once written, read back equal; its tag file is parsed or refused.
 #include <unistd.h>
 
 #include <cstdint>
 #include <string>
 
-#include "archive/LauncherInputFiles.h"
+#include "archive/FileIndex.h"
 #include "authoring/LauncherFileWriter.h"
 #include "fuzz/Fuzzing.h"
-#include "platform/PlatformImpl.h"
 #include "support/TestAccess.h"
 #include "util/LauncherException.h"
 
@@ -35,6 +34,17 @@ void checkRoundTrip(const FileIndexEntry& entry) {
   fuzz::require(encode(again) == bytes && std::fgetc(file.get()) == EOF);
 }
 
+// What is not refused is there: a tag file for each type that is one, and for no other.
+void checkTagFile(TagFileLoader& loader, FileIndexEntry& entry) {
+  bool isRefused = false;
+  try {
+    loader.load(entry);
+  } catch (const LauncherException&) {
+    isRefused = true;
+  }
+  fuzz::require(isRefused || entry.isTagFile() == (entry.getTagFile() != nullptr));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -43,16 +53,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::require(pwrite(file, data, size, 0) == static_cast<ssize_t>(size));
   fuzz::require(ftruncate(file, static_cast<off_t>(size)) == 0);  // not to 0 first: that is slow
   LauncherTestAccess::setLauncherFileName("/dev/fd/" + std::to_string(file));
-  PlatformImpl::setSilent(true);
-  LauncherInputFiles inputs;
+  const FilePtr input = FileIndex::openLauncherFile();
+  FileIndex index;
   try {
-    inputs.load(true);
+    index.load(input.get());
   } catch (const LauncherException&) {
-    fuzz::require(!inputs.areInternalFilesLoaded());
+    // What was read until then is looked at, too.
   }
-  fuzz::require(inputs.getEmbeddedFileCount() <= static_cast<long>(size / kSmallestEntry + 1));
-  for (std::int32_t i = 0; i < inputs.getEmbeddedFileCount(); ++i) {
-    checkRoundTrip(*inputs.getFileAt(i));
+  fuzz::require(index.size() <= static_cast<long>(size / kSmallestEntry + 1));
+  TagFileLoader loader(input.get());
+  for (long i = 0; i < index.size(); ++i) {
+    checkRoundTrip(*index.at(i));
+    checkTagFile(loader, *index.at(i));
   }
   return 0;
 }

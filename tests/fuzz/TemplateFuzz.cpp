@@ -19,8 +19,7 @@ enum class Given { Rest, WholeText };
 // Hands each macro on, with the rest of the text or as if nothing had been put aside yet.
 class Script : public LaunchScript {
  public:
-  Script(const SString& command, Given given)
-      : LaunchScript(command, false, false), m_given(given) {}
+  Script(const SString& command, Given given) : LaunchScript(command, false), m_given(given) {}
 
   SString processMacro(const MacroText& text, char delimiter, std::size_t start,
                        std::size_t& end) const override {

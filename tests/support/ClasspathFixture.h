@@ -8,7 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "archive/LauncherInputFiles.h"
 #include "jvm/JVMFile.h"
+#include "launcher/Launcher.h"
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
 #include "support/JVMSupport.h"
@@ -57,7 +59,8 @@ class ClasspathTest : public testing::Test {
       addTags(jvmFile, {tag});
     }
     const JVMFile jvm(jvmFile);
-    return outcome([&] { return LaunchScript(scriptFile, true).resolve(jvm); });
+    const FileIndex& embedded = Launcher::getInputFiles().getFileIndex();
+    return outcome([&] { return LaunchScript(scriptFile, true, embedded).resolve(jvm); });
   }
 
   std::unique_ptr<TempDir> m_dir;

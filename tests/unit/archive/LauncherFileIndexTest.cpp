@@ -85,7 +85,7 @@ TEST_F(LauncherFileIndexTest, ReadsOrRefusesTheIndex) {
     useLauncher(row.bytes);
     LauncherInputFiles inputs;
     EXPECT_EQ(row.error == nullptr ? "" : row.error, errorOf([&] { inputs.load(false); }));
-    EXPECT_EQ(row.count, inputs.getEmbeddedFileCount());
+    EXPECT_EQ(row.count, inputs.getFileIndex().size());
     EXPECT_EQ(row.error == nullptr, inputs.areInternalFilesLoaded());
   }
 }
@@ -107,7 +107,7 @@ TEST_F(LauncherFileIndexTest, ReadsTheFileOnce) {
   LauncherTestAccess::setLauncherFileName(m_dir / "none");
   inputs.load(false);
   inputs.load(true);
-  EXPECT_EQ(1, inputs.getEmbeddedFileCount());
+  EXPECT_EQ(1, inputs.getFileIndex().size());
 }
 
 TEST_F(LauncherFileIndexTest, FindsEntries) {
@@ -121,17 +121,17 @@ TEST_F(LauncherFileIndexTest, FindsEntries) {
   const std::vector<std::pair<std::int32_t, const char*>> byPosition = {
       {0, "a"}, {3, "d"}, {4, "none"}, {-1, "none"}, {kLargest, "none"}, {kSmallest, "none"}};
   for (const auto& [position, name] : byPosition) {
-    EXPECT_EQ(name, nameOf(inputs.getFileAt(position))) << position;
+    EXPECT_EQ(name, nameOf(inputs.getFileIndex().at(position))) << position;
   }
   const std::vector<std::pair<std::int32_t, const char*>> byId = {
       {5, "a"}, {-1, "b"}, {0, "d"}, {1, "none"}, {kSmallest, "none"}};
   for (const auto& [id, name] : byId) {
-    EXPECT_EQ(name, nameOf(inputs.getFile(id))) << id;
+    EXPECT_EQ(name, nameOf(inputs.getFileIndex().findId(id))) << id;
   }
   const std::vector<std::pair<std::int32_t, const char*>> byType = {
       {3, "a"}, {7, "b"}, {6, "d"}, {0, "none"}, {-1, "none"}};
   for (const auto& [type, name] : byType) {
-    EXPECT_EQ(name, nameOf(inputs.findFileOfType(type))) << type;
+    EXPECT_EQ(name, nameOf(inputs.getFileIndex().findType(type))) << type;
   }
 }
 
@@ -153,7 +153,7 @@ TEST_F(LauncherFileIndexTest, LogsNothingOfABrokenIndex) {
   Launcher::setLogFileName((m_dir / "log").c_str());
   LauncherInputFiles inputs;
   EXPECT_EQ("Invalid file type in file index.", errorOf([&] { inputs.load(true); }));
-  EXPECT_TRUE(inputs.getFile(1) != nullptr);
+  EXPECT_TRUE(inputs.getFileIndex().findId(1) != nullptr);
   EXPECT_EQ(std::vector<std::string>{"launcher"}, test::listTree(m_dir.path()));
 }
 
@@ -187,10 +187,12 @@ void readHostile(const test::TempDir& dir, const std::string& bytes) {
   LauncherInputFiles inputs;
   const std::string error = errorOf([&] { inputs.load(true); });
   EXPECT_TRUE(isKnownText(error)) << error;
-  EXPECT_LE(inputs.getEmbeddedFileCount(), static_cast<long>(bytes.size() / 15 + 1));
-  for (std::int32_t i = 0; i < inputs.getEmbeddedFileCount(); ++i) {
+  EXPECT_LE(inputs.getFileIndex().size(), static_cast<long>(bytes.size() / 15 + 1));
+  for (std::int32_t i = 0; i < inputs.getFileIndex().size(); ++i) {
     SString path;
-    if (errorOf([&] { path = inputs.getFileAt(i)->extract((dir / "out").c_str()); }).empty()) {
+    if (errorOf([&] {
+          path = inputs.getFileIndex().at(i)->extract((dir / "out").c_str());
+        }).empty()) {
       EXPECT_LE(test::readFile(path.c_str()).size(), bytes.size());
       std::filesystem::remove(path.c_str());
     }
@@ -275,9 +277,9 @@ TEST_F(LauncherFileIndexTest, ReadsBackWhatTheWriterWrites) {
     useLauncher(whole);
     LauncherInputFiles inputs;
     ASSERT_EQ("", errorOf([&] { inputs.load(true); }));
-    ASSERT_EQ(static_cast<long>(files.size()), inputs.getEmbeddedFileCount());
+    ASSERT_EQ(static_cast<long>(files.size()), inputs.getFileIndex().size());
     for (std::size_t i = 0; i < files.size(); ++i) {
-      const FileIndexEntry& entry = *inputs.getFileAt(static_cast<std::int32_t>(i));
+      const FileIndexEntry& entry = *inputs.getFileIndex().at(static_cast<std::int32_t>(i));
       EXPECT_EQ(files[i].type, entry.getFileType());
       EXPECT_EQ(files[i].id, entry.getFileId());
       EXPECT_EQ(files[i].name, entry.getFileName().view());

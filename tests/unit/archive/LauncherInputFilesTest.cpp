@@ -223,8 +223,8 @@ TEST_F(LauncherInputFilesTest, LoadsTheIndexAloneOnDemand) {
   useLauncher(launcherFileBytes({kScript, kLaunchScript, kJVM, kMessage, kBad}));
   LauncherInputFiles inputs;
   inputs.load(false);
-  EXPECT_EQ(5, inputs.getEmbeddedFileCount());
-  EXPECT_EQ(nullptr, inputs.getFileAt(0)->getTagFile());
+  EXPECT_EQ(5, inputs.getFileIndex().size());
+  EXPECT_EQ(nullptr, inputs.getFileIndex().at(0)->getTagFile());
   EXPECT_EQ(nullptr, inputs.getInstructions());
   EXPECT_EQ(nullptr, inputs.getLaunchScript());
   EXPECT_EQ(nullptr, inputs.getJVMMessage());
@@ -241,8 +241,8 @@ TEST_F(LauncherInputFilesTest, KeepsTagFilesApartThatEndWithoutANewline) {
   EXPECT_EQ("a", scriptOf(inputs));
   EXPECT_STREQ("L", inputs.getLaunchScript()->getDesc().c_str());
   EXPECT_EQ("j ", jvmNames(inputs));
-  EXPECT_EQ(10, inputs.getFileAt(0)->getOffsetToBytes());
-  EXPECT_EQ(38, inputs.getFileAt(0)->getFileLength());
+  EXPECT_EQ(10, inputs.getFileIndex().at(0)->getOffsetToBytes());
+  EXPECT_EQ(38, inputs.getFileIndex().at(0)->getFileLength());
 }
 
 struct VerifyClassRow {

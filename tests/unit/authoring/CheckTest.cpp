@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -307,6 +308,26 @@ TEST(Check, FindsWhatIsWrongInAnIndex) {
                                       "before: its bytes lie outside the launcher file",
                                       "less\\x5C: its bytes lie outside the launcher file"}),
             checkSetup(loadSetup(path, {})));
+}
+
+// An index that names the same text over and over takes no more memory here than in a launcher,
+// which refuses it.
+TEST(Check, DoesNotLoadTheSameTextOverAndOver) {
+  const test::TempDir dir;
+  const std::string text = "A:\n" + std::string(99993, 'x') + "\n/:\n";
+  const authoring::IndexRecord record = {1, 1, 100000, test::kStoredOffset, "j", {}};
+  const std::string path = test::writeFile(
+      dir / "setup",
+      test::launcherFileBytes(text, authoring::encodeIndex(std::vector(200, record))));
+  const authoring::Setup setup = loadSetup(path, {});
+  ASSERT_EQ(200u, setup.files.size());
+  const auto isLoaded = [](const authoring::SetupFile& file) { return file.tagFile != nullptr; };
+  const auto loaded = std::count_if(setup.files.begin(), setup.files.end(), isLoaded);
+  EXPECT_GT(loaded, 100);
+  EXPECT_LT(loaded, 200);
+  EXPECT_EQ(std::vector<std::string>(static_cast<std::size_t>(200 - loaded),
+                                     "j: Unable to read tag file."),
+            setup.findings);
 }
 
 TEST(Check, ReadsManifests) {

@@ -4,6 +4,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include "archive/FileIndex.h"
 #include "fakes/FakeDiskScan.h"
 #include "fakes/FakeJVM.h"
 #include "launcher/Launcher.h"
@@ -253,7 +254,7 @@ class JVMFilesTest : public testing::Test {
 
   // The set of these jvm files; their tag files are kept by the test.
   std::unique_ptr<JVMFiles> makeFiles(const std::vector<test::Tags>& rows) {
-    auto files = std::make_unique<JVMFiles>();
+    auto files = std::make_unique<JVMFiles>(m_noFiles);
     for (const test::Tags& tags : rows) {
       m_tagFiles.push_back(std::make_unique<TagFile>());
       for (const auto& [name, values] : tags) {
@@ -282,6 +283,7 @@ class JVMFilesTest : public testing::Test {
   test::TempDir m_temp;
   test::LogCapture m_log;
   test::ScopedEnvironment m_path;
+  FileIndex m_noFiles;
   std::vector<std::unique_ptr<TagFile>> m_tagFiles;
 };
 
@@ -477,7 +479,7 @@ TEST_F(JVMFilesTest, FoundFileInTheRootHasNoHome) {
 
 TEST_F(JVMFilesTest, CountsAndChecksIndexes) {
   setenv("LANG", "C", 1);
-  JVMFiles none;
+  const JVMFiles none(m_noFiles);
   EXPECT_EQ(0, none.getJVMFileCount());
   const auto files = makeFiles({java("first", kWants17), java("second", kWants17)});
   EXPECT_EQ(2, files->getJVMFileCount());

@@ -77,7 +77,7 @@ TEST(Examples, TemplatesBecomeWhatThePageSays) {
     ASSERT_EQ(2u, row.size());
     const std::string command = codes(row[0]).at(0);
     EXPECT_EQ(codes(row[1]).at(0),
-              test::outcome([&] { return LaunchScript(sstr(command), true, false).resolve(jvm); }))
+              test::outcome([&] { return LaunchScript(sstr(command), true).resolve(jvm); }))
         << command;
   }
 }

@@ -367,7 +367,7 @@ TEST_F(EmbeddedJarsTest, StayInTheLauncherForAVerification) {
   TagFile jvmFile;
   const JVMFile jvm(jvmFile);
   const long foldersBefore = PlatformTestAccess::createdDirectories().size();
-  EXPECT_EQ("x", str(LaunchScript("%CP%(\"x\")", true, false).resolve(jvm)));
+  EXPECT_EQ("x", str(LaunchScript("%CP%(\"x\")", true).resolve(jvm)));
   EXPECT_EQ(foldersBefore, PlatformTestAccess::createdDirectories().size());
 }
 
@@ -407,7 +407,7 @@ TEST_F(ClasspathTest, AppendsAnArgument) {
   TagFile jvmFile;
   test::addTags(jvmFile, {{"CLASSPATH_SEPARATOR", {":"}}});
   const JVMFile jvm(jvmFile);
-  const LaunchScript script("", false, false);
+  const LaunchScript script("", false);
   test::writeFile(*m_dir / "list", "one\ntwo\n");
   for (const ArgRow& row : rows) {
     SCOPED_TRACE(row.name);
@@ -421,7 +421,7 @@ TEST_F(ClasspathTest, AppendsAnArgument) {
 TEST_F(ClasspathTest, WithoutASeparatorEntriesAreJoined) {
   TagFile jvmFile;
   const JVMFile jvm(jvmFile);
-  EXPECT_EQ("ab", str(LaunchScript("%CP%(\"a\",\"b\")", true, false).resolve(jvm)));
+  EXPECT_EQ("ab", str(LaunchScript("%CP%(\"a\",\"b\")", true).resolve(jvm)));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "archive/FileIndex.h"
 #include "jvm/JVMFile.h"
 #include "launchscript/LaunchScript.h"
 #include "support/JVMSupport.h"
@@ -179,7 +180,7 @@ class LaunchScriptMacros : public testing::Test {
     TagFile jvmFile;
     test::addTags(jvmFile, tags.empty() ? kJava : tags);
     const JVMFile jvm(jvmFile);
-    return test::outcome([&] { return LaunchScript(sstr(command), true, false).resolve(jvm); });
+    return test::outcome([&] { return LaunchScript(sstr(command), true).resolve(jvm); });
   }
 
   std::string here(std::string text) const {
@@ -275,7 +276,7 @@ const ArgumentsRow kArguments[] = {
 };
 
 TEST(LaunchScriptArguments, AreRead) {
-  const LaunchScript script("", false, false);
+  const LaunchScript script("", false);
   for (const ArgumentsRow& row : kArguments) {
     SCOPED_TRACE(row.name);
     StringDeque args;
@@ -320,7 +321,7 @@ TEST_F(LaunchScriptMacros, ArchiveBesideTheLauncherIsCopiedOnce) {
   const long foldersBefore = PlatformTestAccess::createdDirectories().size();
   TagFile jvmFile;
   const JVMFile jvm(jvmFile);
-  const LaunchScript script("%APPLICATION_ARCHIVE%(\"app.jar\")", true, false);
+  const LaunchScript script("%APPLICATION_ARCHIVE%(\"app.jar\")", true);
   const std::string path = str(script.resolve(jvm));
   EXPECT_EQ("archive", test::readFile(path));
   EXPECT_EQ(path, str(script.resolve(jvm)));
@@ -341,7 +342,8 @@ TEST_F(LaunchScriptMacros, ArchiveMustNotCallTheClassPath) {
   test::addTags(scriptFile, {{"COMMAND", {"java %CP%(\"a\")"}}, {"ARCHIVE", {"%CP%(\"b\")"}}});
   TagFile jvmFile;
   const JVMFile jvm(jvmFile);
-  const LaunchScript script(scriptFile, true);
+  const FileIndex noFiles;
+  const LaunchScript script(scriptFile, true, noFiles);
   for (int i = 0; i < 2; ++i) {  // the guard does not outlive the run
     EXPECT_EQ("LauncherException: Launch script error: ARCHIVE must not call the CP function.",
               test::outcome([&] { return script.resolve(jvm); }));

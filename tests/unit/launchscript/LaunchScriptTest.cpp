@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "archive/FileIndex.h"
 #include "jvm/JVMFile.h"
 #include "support/JVMSupport.h"
 #include "support/TestAccess.h"
@@ -12,6 +13,8 @@ namespace {
 using test::sstr;
 using test::str;
 using Strings = std::vector<std::string>;
+
+const FileIndex kNoFiles;
 
 // "DIR" stands for a folder with the launcher DIR/setup and the program DIR/tool, which writes down
 // its arguments, its folder, and the variables JAVA_HOME, ONE and TWO; it prints "out" on standard
@@ -247,7 +250,7 @@ TEST_F(LaunchScriptTest, RunsTheCommand) {
     for (const std::string& arg : row.extraArgs) {
       extraArgs.push_back(sstr(arg));
     }
-    LaunchScript script(scriptFile, true);
+    LaunchScript script(scriptFile, true, kNoFiles);
     const JVMFile jvm(jvmFile);
     const std::string shown = test::captureStdout(
         [&] { EXPECT_EQ(3, script.execute(jvm, &extraArgs, row.forceConsole)); });
@@ -263,7 +266,7 @@ TEST_F(LaunchScriptTest, RunsTheCommand) {
 TEST_F(LaunchScriptTest, KeepsTheOutputOfTheLastRunOnly) {
   TagFile jvmFile;
   const JVMFile jvm(jvmFile);
-  LaunchScript script("echo once", true, false);
+  LaunchScript script("echo once", true);
   EXPECT_EQ(0, script.execute(jvm, nullptr, false));
   EXPECT_EQ(0, script.execute(jvm, nullptr, false));
   EXPECT_EQ("once\n", str(script.getStdOut()));
@@ -274,7 +277,7 @@ TEST_F(LaunchScriptTest, KeepsTheOutputOfTheLastRunOnly) {
 TEST_F(LaunchScriptTest, WithoutCaptureNothingIsLoggedAfterTheRun) {
   TagFile jvmFile;
   const JVMFile jvm(jvmFile);
-  LaunchScript script(":", false, false);
+  LaunchScript script(":", false);
   EXPECT_EQ(0, script.execute(jvm, nullptr, false));
   EXPECT_EQ(here("Executing launch script command: : in working directory DIR\n"), m_log.take());
 }
@@ -301,7 +304,7 @@ TEST_F(LaunchScriptTest, RunsInTheLaunchersFolder) {
     SCOPED_TRACE(row.name);
     LauncherTestAccess::setLauncherFileName(here(row.launcher));
     LauncherTestAccess::setOriginalLauncherFileName("/elsewhere/setup");
-    LaunchScript script(":", false, false);
+    LaunchScript script(":", false);
     EXPECT_EQ(0, script.execute(jvm, nullptr, false));
     EXPECT_EQ(here("Executing launch script command: :" + row.wanted + "\n"), m_log.take());
   }
@@ -312,7 +315,7 @@ TEST_F(LaunchScriptTest, LauncherWithoutAFolderNamesItself) {
   TagFile jvmFile;
   test::addTags(jvmFile, {{"JVM_HOME", {"/jdk"}}});
   const JVMFile jvm(jvmFile);
-  LaunchScript script(":", false, false);
+  LaunchScript script(":", false);
   EXPECT_EQ(
       "LauncherException: Error setting working directory: no-such-launcher No such file or "
       "directory",
@@ -328,19 +331,19 @@ TEST_F(LaunchScriptTest, JavaHomeComesBackEmpty) {
   unsetenv("JAVA_HOME");
   TagFile jvmFile;
   const JVMFile jvm(jvmFile);
-  LaunchScript(":", false, false).execute(jvm, nullptr, false);
+  LaunchScript(":", false).execute(jvm, nullptr, false);
   EXPECT_STREQ("", getenv("JAVA_HOME"));
 }
 
 TEST_F(LaunchScriptTest, ReadsItsTags) {
   TagFile scriptFile;
   test::addTags(scriptFile, {{"DESC", {"My Wizard", "more"}}});
-  EXPECT_EQ("My Wizard", str(LaunchScript(scriptFile, true).getDesc()));
-  EXPECT_EQ("", str(LaunchScript("command", true, true).getDesc()));
+  EXPECT_EQ("My Wizard", str(LaunchScript(scriptFile, true, kNoFiles).getDesc()));
+  EXPECT_EQ("", str(LaunchScript("command", true).getDesc()));
 }
 
 TEST_F(LaunchScriptTest, ThrowExceptionLogsTheCommandFirst) {
-  const LaunchScript script("", false, false);
+  const LaunchScript script("", false);
   EXPECT_EQ("LauncherException: Launch script error: It failed.",
             test::outcome([&]() -> SString { script.throwException("java -x", "It failed."); }));
   EXPECT_EQ("Launch command:\njava -x\n", m_log.take());

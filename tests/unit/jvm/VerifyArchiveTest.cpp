@@ -1,8 +1,8 @@
+// The verify archive that the launcher carries: extracted when a JVM is to be verified.
 #include <gtest/gtest.h>
 
-#include "archive/LauncherInputFiles.h"
+#include "archive/FileIndex.h"
 #include "jvm/JVMFiles.h"
-#include "launcher/Launcher.h"
 #include "support/JVMSupport.h"
 #include "support/LauncherFiles.h"
 #include "support/TestAccess.h"
@@ -12,15 +12,15 @@ namespace {
 using test::sstr;
 using test::str;
 
-class VerifyJarTest : public testing::Test {
+class VerifyArchiveTest : public testing::Test {
  protected:
-  VerifyJarTest() { PlatformImpl::setSystemTempDir(sstr(m_temp.path())); }
+  VerifyArchiveTest() { PlatformImpl::setSystemTempDir(sstr(m_temp.path())); }
 
   void embed(const std::vector<test::StoredFile>& files) {
     const std::string path = test::writeFile(m_dir / "setup", test::launcherFileBytes(files));
     LauncherTestAccess::setLauncherFileName(path);
-    LauncherTestAccess::resetInputFiles();
-    Launcher::getInputFiles().load(false);
+    const FilePtr launcherFile = FileIndex::openLauncherFile();
+    ASSERT_TRUE(m_index.load(launcherFile.get()));
     m_foldersBefore = folders().size();
   }
   static const StringDeque& folders() { return PlatformTestAccess::createdDirectories(); }
@@ -29,14 +29,15 @@ class VerifyJarTest : public testing::Test {
 
   test::TempDir m_dir;
   test::TempDir m_temp;
+  FileIndex m_index;
   long m_foldersBefore = 0;
 };
 
-TEST_F(VerifyJarTest, ExtractsEveryArchiveAndKeepsTheLast) {
+TEST_F(VerifyArchiveTest, ExtractsEveryArchiveAndKeepsTheLast) {
   embed({{FILE_TYPE_VERIFY_JAR, 1, "one.jar", "first"},
          {FILE_TYPE_JAR, 2, "other.jar", "other"},
          {FILE_TYPE_VERIFY_JAR, 3, "two.jar", "second"}});
-  JVMFiles files;
+  JVMFiles files(m_index);
   SString classpath;
   SString verifyClass;
   files.writeVerifyJar(classpath, verifyClass);
@@ -49,9 +50,9 @@ TEST_F(VerifyJarTest, ExtractsEveryArchiveAndKeepsTheLast) {
   EXPECT_EQ(2, newFolders());  // once in a run
 }
 
-TEST_F(VerifyJarTest, StaysEmptyWithoutAnArchive) {
+TEST_F(VerifyArchiveTest, StaysEmptyWithoutAnArchive) {
   embed({{FILE_TYPE_JAR, 2, "other.jar", "other"}});
-  JVMFiles files;
+  JVMFiles files(m_index);
   SString classpath("before");
   SString verifyClass("before");
   files.writeVerifyJar(classpath, verifyClass);
@@ -60,14 +61,14 @@ TEST_F(VerifyJarTest, StaysEmptyWithoutAnArchive) {
   EXPECT_EQ(0, newFolders());
 }
 
-TEST_F(VerifyJarTest, ValuesThatWereGivenAreKept) {
+TEST_F(VerifyArchiveTest, ValuesThatWereGivenAreKept) {
   embed({{FILE_TYPE_VERIFY_JAR, 1, "one.jar", "first"}});
   struct Row {
     const char* classpath;
     const char* verifyClass;
   };
   for (const Row& row : {Row{"a.jar", "A"}, Row{"a.jar", ""}, Row{"", "A"}}) {
-    JVMFiles files;
+    JVMFiles files(m_index);
     files.setVerifyClass(row.classpath, row.verifyClass);
     SString classpath;
     SString verifyClass;
