@@ -1,4 +1,4 @@
-# The message catalogue: its generator, the tables that it writes, and corvane_add_catalogue.
+# The message catalogue: its generator, the sources that it writes, and corvane_add_catalogue.
 #
 # A cross build takes the generator of a native build beside it, which CORVANE_CATALOGUE_TOOL names;
 # a native build may be given one, too (then it needs no libgettextpo).
@@ -29,10 +29,12 @@ else()
   add_executable(make_catalogue
     tools/catalogue/PoFile.cpp
     tools/catalogue/Encoder.cpp
+    tools/catalogue/Charsets.cpp
     tools/catalogue/TextRules.cpp
     tools/catalogue/Catalogue.cpp
     tools/catalogue/Writers.cpp
     tools/make_catalogue.cpp)
+  target_include_directories(make_catalogue PRIVATE src)
   target_include_directories(make_catalogue SYSTEM PRIVATE ${GETTEXTPO_INCLUDE_DIR})
   target_link_libraries(make_catalogue PRIVATE corvane_settings ${GETTEXTPO_LIBRARY} Iconv::Iconv)
   set(catalogue_tool make_catalogue)
@@ -41,7 +43,7 @@ endif()
 set(catalogue_dir ${CMAKE_BINARY_DIR}/messages)
 file(MAKE_DIRECTORY ${catalogue_dir})
 file(GLOB catalogue_texts CONFIGURE_DEPENDS messages/*.pot messages/*.po)
-foreach(variant traditional utf8)
+foreach(variant traditional utf8 charsets)
   add_custom_command(
     OUTPUT ${catalogue_dir}/catalogue_${variant}.cpp
     COMMAND ${catalogue_tool} --${variant} messages ${catalogue_dir}/catalogue_${variant}.cpp
@@ -52,7 +54,7 @@ foreach(variant traditional utf8)
   add_custom_target(catalogue_${variant} DEPENDS ${catalogue_dir}/catalogue_${variant}.cpp)
 endforeach()
 
-# corvane_add_catalogue(target traditional|utf8) adds the tables to the target's own sources.
+# corvane_add_catalogue(target traditional|utf8|charsets) adds that source to the target's own.
 function(corvane_add_catalogue target variant)
   set(tables ${CMAKE_BINARY_DIR}/messages/catalogue_${variant}.cpp)
   set_source_files_properties(${tables} PROPERTIES GENERATED ON)

@@ -1,12 +1,13 @@
 // make_catalogue: turns the translations into what the build and the documentation need.
 //
-// Usage: make_catalogue --traditional|--utf8|--page MESSAGES OUTPUT
+// Usage: make_catalogue --traditional|--utf8|--charsets|--page MESSAGES OUTPUT
 //
-//   --traditional  C++ tables, each language in the encoding that Unix systems used for it
-//   --utf8         the same tables in UTF-8
+//   --traditional  the texts for C++, each language in the encoding that Unix systems used for it
+//   --utf8         the same in UTF-8, with what is needed to write them in the user's charset
+//   --charsets     the tables of these charsets
 //   --page         a Markdown page with every message in every language
 //
-// MESSAGES is the folder of corvane-launcher.pot and the PO files. All three check everything,
+// MESSAGES is the folder of corvane-launcher.pot and the PO files. All check everything,
 // print a line for each problem on standard error, and write OUTPUT only when there is none.
 // Status: 0; 1 for problems; 2 for a wrong use.
 #include <cstdio>
@@ -23,20 +24,25 @@ namespace {
 using catalogue::Catalogue;
 using catalogue::Variant;
 
-std::string traditionalTables(const Catalogue& all) {
-  return catalogue::tablesOf(all, Variant::Traditional);
+std::string traditionalTexts(const Catalogue& all) {
+  return catalogue::textsOf(all, Variant::Traditional);
 }
 
-std::string utf8Tables(const Catalogue& all) {
-  return catalogue::tablesOf(all, Variant::Utf8);
+std::string utf8Texts(const Catalogue& all) {
+  return catalogue::textsOf(all, Variant::Utf8);
+}
+
+std::string charsets(const Catalogue&) {
+  return catalogue::charsetsOf();
 }
 
 const struct {
   const char* option;
   std::string (*write)(const Catalogue&);
 } kOutputs[] = {
-    {"--traditional", traditionalTables},
-    {"--utf8", utf8Tables},
+    {"--traditional", traditionalTexts},
+    {"--utf8", utf8Texts},
+    {"--charsets", charsets},
     {"--page", catalogue::pageOf},
 };
 
@@ -66,7 +72,8 @@ int main(int argc, char** argv) try {
       if (std::strcmp(argv[1], output.option) == 0) return make(output.write, argv[2], argv[3]);
     }
   }
-  std::fputs("Usage: make_catalogue --traditional|--utf8|--page MESSAGES OUTPUT\n", stderr);
+  std::fputs("Usage: make_catalogue --traditional|--utf8|--charsets|--page MESSAGES OUTPUT\n",
+             stderr);
   return 2;
 } catch (const std::exception& problem) {
   std::fprintf(stderr, "make_catalogue: %s\n", problem.what());

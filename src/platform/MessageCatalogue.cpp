@@ -5,41 +5,128 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/CharsetTables.h"
+#include "platform/UserLocale.h"
+
 namespace {
 
 constexpr std::size_t kMessageSize = 1024;
 constexpr std::size_t kLocaleCodeSize = 5;
 constexpr int kEnglish = 0;
+constexpr int kNone = -1;
 
 const char* codeOf(int locale) {
-  return msg_locale_table[locale][0];
+  return storedText(locale, 0);
 }
 
-// The first locale whose code is all that counts of LANG ("pt_BR.UTF-8", "it"); -1 when there is
-// none.
-int findExactly(const char* lang) {
-  for (int i = 0; msg_locale_table[i] != nullptr; ++i) {
-    if (std::strncmp(codeOf(i), lang, kLocaleCodeSize) == 0) {
+// The first locale for which `matches` its code; kNone when there is none.
+template <class Matches>
+int findLocale(Matches matches) {
+  for (int i = 0; i < kLocaleCount; ++i) {
+    if (matches(codeOf(i))) {
       return i;
     }
   }
-  return -1;
+  return kNone;
 }
 
-// The first locale with whose code LANG begins ("de_DE" finds "de"); -1 when there is none.
-int findByLanguage(const char* lang) {
-  for (int i = 0; msg_locale_table[i] != nullptr; ++i) {
-    if (std::strncmp(codeOf(i), lang, std::strlen(codeOf(i))) == 0) {
-      return i;
-    }
-  }
-  return -1;
+bool beginsWith(const char* text, const char* prefix) {
+  return std::strncmp(text, prefix, std::strlen(prefix)) == 0;
+}
+
+// True when the locale's name is the code, with or without a country, charset or variant behind it.
+bool isNamedBy(const char* name, const char* code) {
+  return beginsWith(name, code) && std::strchr("_.@", name[std::strlen(code)]) != nullptr;
+}
+
+// The two written forms of Norwegian, by which current systems call it. The table is in the first.
+bool isNorwegian(const char* name) {
+  return isNamedBy(name, "nb") || isNamedBy(name, "nn");
+}
+
+int findNorwegian() {
+  return findLocale([](const char* code) { return std::strcmp(code, "no") == 0; });
 }
 
 // QUIRK(hong-kong-reads-english): "zh_HK" is not given to "zh". That table is in simplified
 // characters, which readers in Hong Kong do not use; they prefer English.
-bool wantsEnglish(const char* lang) {
-  return lang == nullptr || std::strcmp(lang, "C") == 0 || std::strncmp(lang, "zh_HK", 5) == 0;
+bool wantsEnglish(const char* name) {
+  return std::strcmp(name, "C") == 0 || beginsWith(name, "zh_HK");
+}
+
+// The rule of corvane-launcher: all that counts of LANG is a code ("pt_BR.UTF-8", "it"), or LANG
+// begins with one ("de_DE" finds "de").
+int localeOfLang() {
+  const char* lang = std::getenv("LANG");
+  if (lang == nullptr || wantsEnglish(lang)) {
+    return kEnglish;
+  }
+  int found = findLocale([lang](const char* code) {  //
+    return std::strncmp(code, lang, kLocaleCodeSize) == 0;
+  });
+  if (found == kNone) {
+    found = findLocale([lang](const char* code) { return beginsWith(lang, code); });
+  }
+  if (found == kNone && isNorwegian(lang)) {
+    found = findNorwegian();
+  }
+  return found == kNone ? kEnglish : found;
+}
+
+// The rule of corvane-launcher-any: the variables and the names as the C library reads them, so
+// that "fil_PH" is no Finnish. The code with a country goes before the one without.
+int localeOfUser() {
+  const char* name = userLocale("LC_MESSAGES");
+  if (wantsEnglish(name)) {
+    return kEnglish;
+  }
+  int found = findLocale([name](const char* code) {
+    return std::strchr(code, '_') != nullptr && isNamedBy(name, code);
+  });
+  if (found == kNone) {
+    found = findLocale([name](const char* code) { return isNamedBy(name, code); });
+  }
+  if (found == kNone && isNorwegian(name)) {
+    found = findNorwegian();
+  }
+  return found == kNone ? kEnglish : found;
+}
+
+bool canShow(Charset charset, int locale) {
+  return charset.isUtf8() ||
+         (charset.table() >= 0 && (kLocaleCharsets[locale] >> charset.table() & 1) != 0);
+}
+
+// The next character of a stored text in UTF-8, which is known to be whole.
+char32_t nextCharacter(const char*& text) {
+  const auto first = static_cast<unsigned char>(*text++);
+  if (first < 0x80) {
+    return first;
+  }
+  const int more = first < 0xE0 ? 1 : first < 0xF0 ? 2 : 3;
+  char32_t character = first & (0x3FU >> more);
+  for (int i = 0; i < more; ++i) {
+    character = character << 6 | (static_cast<unsigned char>(*text++) & 0x3FU);
+  }
+  return character;
+}
+
+SString convertText(const char* text, Charset charset) {
+  SString converted;
+  while (*text != '\0') {
+    const char32_t character = nextCharacter(text);
+    if (!charset.append(character, converted)) {
+      charset.append(olderLetter(character), converted);
+    }
+  }
+  return converted;
+}
+
+// The format of a message as it is printed. English is ASCII, which every charset holds.
+SString formatOf(int id) {
+  const int locale = get_locale();
+  const char* stored = storedText(locale, id);
+  return kTextsAreUtf8 && locale != kEnglish ? convertText(stored, consoleCharset()) : stored;
 }
 
 // The formats come from the catalogue, whose build checks that they hold one "%s" at most.
@@ -54,17 +141,25 @@ void formatMessage(char* buffer, const char* format, const char* text) {
 
 }  // namespace
 
+const char* storedText(int locale, int index) {
+  const char* text = kStoredTexts + kLocaleStarts[locale];
+  for (; index > 0; --index) {
+    text += std::strlen(text) + 1;
+  }
+  return text;
+}
+
 int get_locale() {
-  const char* lang = std::getenv("LANG");
-  if (wantsEnglish(lang)) {
-    return kEnglish;
+  if (!kTextsAreUtf8) {
+    return localeOfLang();
   }
-  const int exact = findExactly(lang);
-  if (exact >= 0) {
-    return exact;
-  }
-  const int language = findByLanguage(lang);
-  return language >= 0 ? language : kEnglish;
+  const int locale = localeOfUser();
+  return locale == kEnglish || canShow(consoleCharset(), locale) ? locale : kEnglish;
+}
+
+// What corvane-launcher does in a locale that is not installed is what the C library does there.
+Charset consoleCharset() {
+  return userCharset(kTextsAreUtf8 ? NamedCharset::IsBelieved : NamedCharset::MustBeInstalled);
 }
 
 std::unique_ptr<char[]> get_msg(int id, const void* arg) {
@@ -75,6 +170,6 @@ std::unique_ptr<char[]> get_msg(int id, const void* arg) {
   }
   // What the C library shows for a null string; handing it one is not defined everywhere.
   const char* text = arg == nullptr ? "(null)" : static_cast<const char*>(arg);
-  formatMessage(buffer.get(), msg_locale_table[get_locale()][id], text);
+  formatMessage(buffer.get(), formatOf(id).c_str(), text);
   return buffer;
 }

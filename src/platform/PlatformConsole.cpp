@@ -1,12 +1,10 @@
 // PlatformImpl: what the user sees. Status lines, progress, messages, title, prompt.
 #include <cstdint>
 #include <cstdio>
-#include <optional>
 
 #include "platform/Console.h"
 #include "platform/MessageCatalogue.h"
 #include "platform/PlatformImpl.h"
-#include "platform/UserEncoding.h"
 #include "tagfile/TextUtils.h"
 
 namespace {
@@ -68,16 +66,6 @@ void showStatus(const StatusRow& row) {
     write(get_msg(row.lead, nullptr).get());
   }
   writeLine(get_msg(row.text, g_console.g_title.c_str()).get());
-}
-
-// In the user's encoding. What it cannot hold ends the title.
-SString convertTitle(const SString& title) {
-  const auto wide = convertToUnicode(title);
-  std::optional<UserEncoding> encoding;
-  if (UserEncoding::isNeededFor(wide.get())) {
-    encoding.emplace();
-  }
-  return PlatformImpl::wideToMultiByte(wide.get());
 }
 
 }  // namespace
@@ -166,7 +154,7 @@ void PlatformImpl::showUIMessage(const SString& text) {
 }
 
 void PlatformImpl::setUITitle(const SString& title) {
-  const SString converted = convertTitle(title);
+  const SString converted = wideToMultiByte(convertToUnicode(title).get());
   if (!converted.empty() || title.empty()) {
     g_console.g_title = converted;
   }

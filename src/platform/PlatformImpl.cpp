@@ -4,18 +4,17 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <cwchar>
 #include <memory>
 #include <new>
 #include <utility>
 
+#include "platform/MessageCatalogue.h"
 #include "tagfile/TextUtils.h"
 
 namespace {
 
 constexpr char kHintSeparator = ':';
-constexpr std::size_t kLongestCharacter = 10;
-constexpr std::size_t kConversionFailed = static_cast<std::size_t>(-1);
+constexpr wchar_t kLastAscii = 0x7F;
 
 // A text that the environment points at, directly behind this header. It lives as long as the
 // process, since nobody knows when the environment drops it; the chain says so to leak checkers.
@@ -32,28 +31,6 @@ char* keepForEver(const SString& text) {
   g_lastEnvironmentText = new (memory) EnvironmentText{g_lastEnvironmentText};
   std::memcpy(g_lastEnvironmentText->text(), text.c_str(), size);
   return g_lastEnvironmentText->text();
-}
-
-// The length of a character in the locale's encoding; 0 when it has none there.
-std::size_t lengthOfCharacter(wchar_t character) {
-  char bytes[kLongestCharacter] = {};
-  if (std::wctomb(bytes, character) < 0) {
-    return 0;
-  }
-  const int length = std::mblen(bytes, kLongestCharacter);
-  return length < 0 ? 0 : static_cast<std::size_t>(length);
-}
-
-std::size_t lengthOfMultiByte(const wchar_t* text) {
-  std::size_t length = std::wcstombs(nullptr, text, 0);
-  if (length != kConversionFailed) {
-    return length;
-  }
-  length = 0;
-  for (; *text != L'\0'; ++text) {
-    length += lengthOfCharacter(*text);
-  }
-  return length;
 }
 
 }  // namespace
@@ -101,9 +78,16 @@ void PlatformImpl::setFileExecutable(const SString& path) {
 }
 
 SString PlatformImpl::wideToMultiByte(const wchar_t* text) {
-  const std::size_t length = lengthOfMultiByte(text);
-  const auto buffer = std::make_unique<char[]>(length + 1);
-  // What was converted before a character that cannot be stays in the buffer.
-  (void)std::wcstombs(buffer.get(), text, length);
-  return buffer.get();
+  SString bytes;
+  for (; *text > L'\0' && *text <= kLastAscii; ++text) {
+    bytes += static_cast<char>(*text);
+  }
+  if (*text == L'\0') {
+    return bytes;  // the user's charset does not matter; to learn it costs files and time
+  }
+  const Charset charset = consoleCharset();
+  while (*text != L'\0' && charset.append(static_cast<char32_t>(*text), bytes)) {
+    ++text;
+  }
+  return bytes;
 }

@@ -129,7 +129,7 @@ class PlatformImpl {
   static void setEnvironmentVariable(const SString& name, const SString& value);
   // Adds the execute bits for owner, group and others; failures are ignored.
   static void setFileExecutable(const SString& path);
-  // In the character encoding of the locale; what it cannot hold ends the text. `text` is
+  // In the charset of the user's locale; what it cannot hold ends the text. `text` is
   // zero-terminated.
   static SString wideToMultiByte(const wchar_t* text);
 

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "platform/CharsetTables.h"
+
 namespace catalogue {
 namespace {
 
@@ -16,6 +18,11 @@ std::size_t lengthFromFirstByte(unsigned char byte) {
 
 bool isControl(char32_t number) {
   return number < 0x20 || (number >= 0x7F && number < 0xA0);
+}
+
+// In UTF-8; a letter from U+0080 to U+07FF.
+std::string twoBytesOf(char32_t letter) {
+  return {static_cast<char>(0xC0 | letter >> 6), static_cast<char>(0x80 | (letter & 0x3F))};
 }
 
 }  // namespace
@@ -46,9 +53,11 @@ std::string nameOfCharacter(std::string_view character) {
   return isControl(number) ? name : std::string(name) + " '" + std::string(character) + "'";
 }
 
-Encoder::Encoder(const char* encoding) : m_converter(iconv_open(encoding, "UTF-8")) {
-  if (m_converter == reinterpret_cast<iconv_t>(-1))
-    throw std::runtime_error(std::string("iconv does not know the encoding ") + encoding);
+Encoder::Encoder(const char* to, const char* from) : m_converter(iconv_open(to, from)) {
+  if (m_converter == reinterpret_cast<iconv_t>(-1)) {
+    throw std::runtime_error(std::string("iconv does not know the encoding ") +
+                             (to == std::string("UTF-8") ? from : to));
+  }
 }
 
 Encoder::~Encoder() {
@@ -56,6 +65,12 @@ Encoder::~Encoder() {
 }
 
 std::optional<std::string> Encoder::encode(std::string_view character) {
+  std::optional<std::string> bytes = convert(character);
+  const char32_t older = olderLetter(codePointOf(character));
+  return bytes || older == 0 ? bytes : convert(twoBytesOf(older));
+}
+
+std::optional<std::string> Encoder::convert(std::string_view character) {
   std::string source(character);
   char target[16];
   char* from = source.data();

@@ -1,4 +1,4 @@
-// Characters in UTF-8, one by one, and their form in a traditional encoding.
+// Characters in UTF-8, one by one, and their form in another encoding.
 #ifndef CORVANE_TOOLS_CATALOGUE_ENCODER_H
 #define CORVANE_TOOLS_CATALOGUE_ENCODER_H
 
@@ -22,19 +22,22 @@ char32_t codePointOf(std::string_view character);
 // ("U+2026 '...'" with the one character between the quotes).
 std::string nameOfCharacter(std::string_view character);
 
-// One for a run over one language's texts. Knows stateless encodings only: a text's form is that
-// of its characters in a row. Throws std::runtime_error when iconv does not know the encoding.
+// Converts character by character. Knows stateless encodings only: a text's form is that of its
+// characters in a row. Throws std::runtime_error when iconv does not know an encoding.
 class Encoder {
  public:
-  explicit Encoder(const char* encoding);
+  explicit Encoder(const char* to, const char* from = "UTF-8");
   ~Encoder();
   Encoder(const Encoder&) = delete;
   Encoder& operator=(const Encoder&) = delete;
 
-  // Empty optional when the encoding lacks the character; nothing is ever replaced by a likeness.
+  // Empty optional when the encoding lacks the character. Nothing is replaced by a likeness, but
+  // for the letters that olderLetter() tells (src/platform/CharsetTables.h).
   std::optional<std::string> encode(std::string_view character);
 
  private:
+  std::optional<std::string> convert(std::string_view character);
+
   iconv_t m_converter;
 };
 

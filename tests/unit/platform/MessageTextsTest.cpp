@@ -50,7 +50,11 @@ const LocaleRow kLocaleRows[] = {
     {"ko_KR", "ko_KR", 13},
     {"nl_BE", "nl_BE", 14},
     {"no_NO", "no_NO", 15},
-    {"nb_NO is not no", "nb_NO", 0},
+    {"nb", "nb", 15},
+    {"nb_NO is Norwegian", "nb_NO", 15},
+    {"nn_NO.UTF-8 is Norwegian", "nn_NO.UTF-8", 15},
+    {"nb@variant", "nb@variant", 15},
+    {"nbl is another language", "nbl", 0},
     {"pl", "pl", 16},
     {"pt", "pt", 17},
     {"pt_PT", "pt_PT", 17},
@@ -105,16 +109,13 @@ TEST(MessageTexts, LanguageIsAskedEachTime) {
   EXPECT_STREQ("pt_BR", get_msg(0, nullptr).get());
 }
 
-TEST(MessageTexts, TableOfLocales) {
+TEST(MessageTexts, LocalesInOrder) {
   const char* const codes[] = {"en",    "bg", "cs", "da", "de", "el", "es", "fi", "fr",
                                "hr",    "hu", "it", "ja", "ko", "nl", "no", "pl", "pt",
                                "pt_BR", "ro", "ru", "sk", "sl", "sv", "tr", "zh", "zh_TW"};
   for (int i = 0; i < 27; ++i) {
-    ASSERT_NE(nullptr, msg_locale_table[i]) << i;
-    EXPECT_STREQ(codes[i], msg_locale_table[i][0]);
-    EXPECT_EQ(nullptr, msg_locale_table[i][kCatalogueSize]) << codes[i];
+    EXPECT_STREQ(codes[i], storedText(i, 0));
   }
-  EXPECT_EQ(nullptr, msg_locale_table[27]);
 }
 
 // --- Formatting ---

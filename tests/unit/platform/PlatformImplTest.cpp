@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <clocale>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -178,15 +177,14 @@ const WideRow kWideRows[] = {
 };
 
 TEST(PlatformImpl, WideToMultiByte) {
+  const test::ScopedEnvironment all("LC_ALL", "C");
   for (const WideRow& row : kWideRows) {
     EXPECT_EQ(row.inC, text(PlatformImpl::wideToMultiByte(row.wide))) << row.name;
   }
 }
 
 TEST(PlatformImpl, WideToMultiByteInUtf8) {
-  if (std::setlocale(LC_CTYPE, "C.UTF-8") == nullptr) {
-    GTEST_SKIP() << "no locale C.UTF-8";
-  }
+  const test::ScopedEnvironment all("LC_ALL", "C.UTF-8");
   for (const WideRow& row : kWideRows) {
     EXPECT_EQ(row.inUtf8, text(PlatformImpl::wideToMultiByte(row.wide))) << row.name;
   }
