@@ -105,7 +105,7 @@ struct Search {
       fillJVMFile(*tagFiles.back());
       files.addJVMFile(std::make_unique<JVMFile>(*tagFiles.back()));
     }
-    files.setVerifyClass("\"verify.jar\"", "\"Verify\"");
+    files.setVerifyClass({"\"verify.jar\"", "\"Verify\""});
   }
   std::vector<std::unique_ptr<TagFile>> tagFiles;
   FileIndex noFiles;

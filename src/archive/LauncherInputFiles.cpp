@@ -36,10 +36,10 @@ void LauncherInputFiles::load(const TagFile& inputFile) {
   if (!launchScript.empty()) {
     withPrefix(MSG_LAUNCH_SCRIPT_LOAD_FAILED, [&] { setLaunchScript(loadTagFile(launchScript)); });
   }
-  const SString verifyClasspath = inputFile.getTagValue(tagname::kVerifyClasspath, 0);
-  const SString verifyClass = inputFile.getTagValue(tagname::kVerifyClassName, 0);
-  if (!verifyClasspath.empty() && !verifyClass.empty()) {
-    m_jvmFiles.setVerifyClass(verifyClasspath, verifyClass);
+  const VerifyClass verifyClass = {inputFile.getTagValue(tagname::kVerifyClasspath, 0),
+                                   inputFile.getTagValue(tagname::kVerifyClassName, 0)};
+  if (!verifyClass.classpath.empty() && !verifyClass.name.empty()) {
+    m_jvmFiles.setVerifyClass(verifyClass);
   }
   const SString title = inputFile.getTagValue(tagname::kUITitle, 0);
   if (!title.empty()) {

@@ -18,6 +18,7 @@
 
 class JVMMatch;
 class TagFile;
+struct VerifyClass;
 
 class JVMFile : public MacroHandler {
  public:
@@ -34,40 +35,33 @@ class JVMFile : public MacroHandler {
   SString processMacro(const MacroText& text, char delimiter, std::size_t start,
                        std::size_t& end) const override;
 
-  // Verification. `classpath` and `verifyClass` are those of JVMFiles::writeVerifyJar. A match is
+  // Verification. `verifyClass` is that of JVMFiles::writeVerifyJar. A match is
   // returned as a new object that refers to the tag file; null means refused. LauncherException
   // of the run passes through.
 
   // The home that the jvm file itself names; needs JVM_PROPERTIES (else a warning is logged).
-  std::unique_ptr<JVMMatch> verify(const SString& classpath, const SString& verifyClass);
-  std::unique_ptr<JVMMatch> verify(const SString& home, const SString& classpath,
-                                   const SString& verifyClass);
+  std::unique_ptr<JVMMatch> verify(const VerifyClass& verifyClass);
+  std::unique_ptr<JVMMatch> verify(const SString& home, const VerifyClass& verifyClass);
   // Runs the verify class in the JVM at `home` and judges what it printed.
-  bool performVerify(const SString& home, const SString& classpath, const SString& verifyClass);
+  bool performVerify(const SString& home, const VerifyClass& verifyClass);
   // True when the lines behind the magic line match the requirements.
   bool verifyJVMOutput(const SString& output, const StringPairPtrDeque& properties) const;
 
   // Location by hints: each verifies its candidates in order and returns the first match, or null.
 
-  std::unique_ptr<JVMMatch> verifyWithPlatformHints(const SString& classpath,
-                                                    const SString& verifyClass);
-  std::unique_ptr<JVMMatch> verifyWithPathHints(const SString& classpath,
-                                                const SString& verifyClass);
-  std::unique_ptr<JVMMatch> verifyWithPlatformJVMPaths(const SString& classpath,
-                                                       const SString& verifyClass);
+  std::unique_ptr<JVMMatch> verifyWithPlatformHints(const VerifyClass& verifyClass);
+  std::unique_ptr<JVMMatch> verifyWithPathHints(const VerifyClass& verifyClass);
+  std::unique_ptr<JVMMatch> verifyWithPlatformJVMPaths(const VerifyClass& verifyClass);
 
  private:
   SString tagValue(const char* tag, long index = 0) const;
   bool hasProperties() const;  // logs the warning when it has none
   bool beginHintSearch(const char* strategy) const;
-  std::unique_ptr<JVMMatch> verifyPlatformHint(const SString& hint, const SString& classpath,
-                                               const SString& verifyClass);
-  std::unique_ptr<JVMMatch> verifyAbsoluteHint(const SString& hint, const SString& classpath,
-                                               const SString& verifyClass);
-  std::unique_ptr<JVMMatch> verifyRelativeHint(const SString& hint, const SString& classpath,
-                                               const SString& verifyClass);
-  SString buildVerifyCommand(const SString& home, const SString& classpath,
-                             const SString& verifyClass, StringPairPtrDeque& properties) const;
+  std::unique_ptr<JVMMatch> verifyPlatformHint(const SString& hint, const VerifyClass& verifyClass);
+  std::unique_ptr<JVMMatch> verifyAbsoluteHint(const SString& hint, const VerifyClass& verifyClass);
+  std::unique_ptr<JVMMatch> verifyRelativeHint(const SString& hint, const VerifyClass& verifyClass);
+  SString buildVerifyCommand(const SString& home, const VerifyClass& verifyClass,
+                             StringPairPtrDeque& properties) const;
   void addProperties(SString& command, StringPairPtrDeque& properties) const;
 
   TagFile& m_tagFile;

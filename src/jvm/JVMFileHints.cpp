@@ -44,21 +44,20 @@ bool JVMFile::beginHintSearch(const char* strategy) const {
   return true;
 }
 
-std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformHints(const SString& classpath,
-                                                           const SString& verifyClass) {
+std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformHints(const VerifyClass& verifyClass) {
   std::unique_ptr<JVMMatch> match;
   if (!beginHintSearch(" using platform hints")) {
     return match;
   }
   const long count = m_tagFile.getTagValueCount(tagname::kPlatformHint);
   for (long i = 0; i < count && goesOn(match); ++i) {
-    match = verifyPlatformHint(tagValue(tagname::kPlatformHint, i), classpath, verifyClass);
+    match = verifyPlatformHint(tagValue(tagname::kPlatformHint, i), verifyClass);
   }
   return match;
 }
 
-std::unique_ptr<JVMMatch> JVMFile::verifyPlatformHint(const SString& hint, const SString& classpath,
-                                                      const SString& verifyClass) {
+std::unique_ptr<JVMMatch> JVMFile::verifyPlatformHint(const SString& hint,
+                                                      const VerifyClass& verifyClass) {
   std::unique_ptr<JVMMatch> match;
   StringDeque homes;
   PlatformImpl::getPlatformHint(homes, hint);
@@ -67,14 +66,13 @@ std::unique_ptr<JVMMatch> JVMFile::verifyPlatformHint(const SString& hint, const
       Launcher::logMessage(
           "Checking JVM at " + homes[i] + " which was resolved from platform hint " + hint,
           LOG_INFO);
-      match = verify(homes[i], classpath, verifyClass);
+      match = verify(homes[i], verifyClass);
     }
   }
   return match;
 }
 
-std::unique_ptr<JVMMatch> JVMFile::verifyWithPathHints(const SString& classpath,
-                                                       const SString& verifyClass) {
+std::unique_ptr<JVMMatch> JVMFile::verifyWithPathHints(const VerifyClass& verifyClass) {
   std::unique_ptr<JVMMatch> match;
   if (!beginHintSearch(" using path hints")) {
     return match;
@@ -82,14 +80,14 @@ std::unique_ptr<JVMMatch> JVMFile::verifyWithPathHints(const SString& classpath,
   const long count = m_tagFile.getTagValueCount(tagname::kPathHint);
   for (long i = 0; i < count && goesOn(match); ++i) {
     const SString hint = tagValue(tagname::kPathHint, i);
-    match = hint.startsWith(kPathSeparator) ? verifyAbsoluteHint(hint, classpath, verifyClass)
-                                            : verifyRelativeHint(hint, classpath, verifyClass);
+    match = hint.startsWith(kPathSeparator) ? verifyAbsoluteHint(hint, verifyClass)
+                                            : verifyRelativeHint(hint, verifyClass);
   }
   return match;
 }
 
-std::unique_ptr<JVMMatch> JVMFile::verifyAbsoluteHint(const SString& hint, const SString& classpath,
-                                                      const SString& verifyClass) {
+std::unique_ptr<JVMMatch> JVMFile::verifyAbsoluteHint(const SString& hint,
+                                                      const VerifyClass& verifyClass) {
   std::unique_ptr<JVMMatch> match;
   StringDeque partitions;
   PlatformImpl::getJVMSearchPartitions(partitions);
@@ -99,27 +97,26 @@ std::unique_ptr<JVMMatch> JVMFile::verifyAbsoluteHint(const SString& hint, const
     home += hint.substr(1);
     if (!home.empty()) {
       Launcher::logMessage("Checking path hint " + home, LOG_INFO);
-      match = verify(home, classpath, verifyClass);
+      match = verify(home, verifyClass);
     }
   }
   return match;
 }
 
 // A JVM found beside the launcher was shipped with it: it is a temporary one.
-std::unique_ptr<JVMMatch> JVMFile::verifyRelativeHint(const SString& hint, const SString& classpath,
-                                                      const SString& verifyClass) {
+std::unique_ptr<JVMMatch> JVMFile::verifyRelativeHint(const SString& hint,
+                                                      const VerifyClass& verifyClass) {
   SString home = Launcher::getOriginalLauncherDir();
   appendPathSeparator(home);
   home += hint;
-  std::unique_ptr<JVMMatch> match = verify(home, classpath, verifyClass);
+  std::unique_ptr<JVMMatch> match = verify(home, verifyClass);
   if (match != nullptr) {
     match->setJVMTemporary(true);
   }
   return match;
 }
 
-std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformJVMPaths(const SString& classpath,
-                                                              const SString& verifyClass) {
+std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformJVMPaths(const VerifyClass& verifyClass) {
   std::unique_ptr<JVMMatch> match;
   if (!beginHintSearch(" using platform specific JVM Path hints")) {
     return match;
@@ -134,7 +131,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformJVMPaths(const SString& cla
     Launcher::logMessage(
         "Checking JVM at " + home + " which was resolved from the platform JVM path " + dirs[i],
         LOG_INFO);
-    match = verify(home, classpath, verifyClass);
+    match = verify(home, verifyClass);
   }
   return match;
 }

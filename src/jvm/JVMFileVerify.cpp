@@ -2,6 +2,7 @@
 // property values that the jvm file demands.
 #include "jvm/JVMFile.h"
 #include "jvm/JVMMatch.h"
+#include "jvm/VerifyClass.h"
 #include "launcher/Launcher.h"
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
@@ -61,15 +62,14 @@ bool JVMFile::hasProperties() const {
   return hasThem;
 }
 
-std::unique_ptr<JVMMatch> JVMFile::verify(const SString& classpath, const SString& verifyClass) {
+std::unique_ptr<JVMMatch> JVMFile::verify(const VerifyClass& verifyClass) {
   if (!hasProperties()) {
     return nullptr;
   }
-  return verify(tagValue(tagname::kJVMHome), classpath, verifyClass);
+  return verify(tagValue(tagname::kJVMHome), verifyClass);
 }
 
-std::unique_ptr<JVMMatch> JVMFile::verify(const SString& home, const SString& classpath,
-                                          const SString& verifyClass) {
+std::unique_ptr<JVMMatch> JVMFile::verify(const SString& home, const VerifyClass& verifyClass) {
   const SString exe = getJVMExe();
   if (exe.empty() || home.empty()) {
     return nullptr;
@@ -85,26 +85,24 @@ std::unique_ptr<JVMMatch> JVMFile::verify(const SString& home, const SString& cl
     PlatformImpl::advanceUIProgress(kStepsForMissingExe);
     return nullptr;
   }
-  if (!performVerify(home, classpath, verifyClass)) {
+  if (!performVerify(home, verifyClass)) {
     return nullptr;
   }
   Launcher::logMessage("Found matching JVM at " + home, LOG_INFO);
   return std::make_unique<JVMMatch>(home, m_tagFile);
 }
 
-bool JVMFile::performVerify(const SString& home, const SString& classpath,
-                            const SString& verifyClass) {
+bool JVMFile::performVerify(const SString& home, const VerifyClass& verifyClass) {
   m_tagFile.setTagValue(tagname::kJVMHome, home);
   StringPairPtrDeque properties;
-  LaunchScript script(buildVerifyCommand(home, classpath, verifyClass, properties), true);
+  LaunchScript script(buildVerifyCommand(home, verifyClass, properties), true);
   script.execute(*this, nullptr, false);
   const bool isAccepted = verifyJVMOutput(script.getStdOut(), properties);
   PlatformImpl::advanceUIProgress(kStepsForRun);
   return isAccepted;
 }
 
-SString JVMFile::buildVerifyCommand(const SString& home, const SString& classpath,
-                                    const SString& verifyClass,
+SString JVMFile::buildVerifyCommand(const SString& home, const VerifyClass& verifyClass,
                                     StringPairPtrDeque& properties) const {
   // QUIRK(home-is-template-text): a home with "%", "@" or two "#" in it is read as a macro.
   SString command = "\"" + home;
@@ -112,9 +110,9 @@ SString JVMFile::buildVerifyCommand(const SString& home, const SString& classpat
     command += kPathSeparator;
   }
   command += macro(tagname::kJVMExe) + "\" %CP%(";
-  command += quoteClasspath(classpath);
+  command += quoteClasspath(verifyClass.classpath);
   command += ")  " + macro(tagname::kReqJavaArgs) + " ";
-  command += verifyClass;
+  command += verifyClass.name;
   addProperties(command, properties);
   return command;
 }

@@ -68,7 +68,7 @@ void JVMFiles::searchUserHome() {
   }
   Launcher::logMessage("Checking user specified Java home directory => " + home, LOG_INFO);
   for (long i = 0; i < m_jvmFiles.size() && isStillSearching(); ++i) {
-    m_currentMatch = m_jvmFiles[i]->verify(home, m_verifyClasspath, m_verifyClass);
+    m_currentMatch = m_jvmFiles[i]->verify(home, m_verifyClass);
   }
 }
 
@@ -80,12 +80,12 @@ bool JVMFiles::searchHints() {
     isScanWanted = jvmFile.isSearchAll();
     const SubStatusWrapper subStatus;
     PlatformImpl::setUISubStatus(UI_SUBSTATUS_SEARCHING_FOR, jvmFile.getDesc());
-    m_currentMatch = jvmFile.verifyWithPlatformHints(m_verifyClasspath, m_verifyClass);
+    m_currentMatch = jvmFile.verifyWithPlatformHints(m_verifyClass);
     if (isStillSearching()) {
-      m_currentMatch = jvmFile.verifyWithPathHints(m_verifyClasspath, m_verifyClass);
+      m_currentMatch = jvmFile.verifyWithPathHints(m_verifyClass);
     }
     if (isStillSearching()) {
-      m_currentMatch = jvmFile.verifyWithPlatformJVMPaths(m_verifyClasspath, m_verifyClass);
+      m_currentMatch = jvmFile.verifyWithPlatformJVMPaths(m_verifyClass);
     }
   }
   return isScanWanted;
@@ -121,7 +121,7 @@ void JVMFiles::verifyUnverifiedMatches(JVMMatchPtrDeque& matches) {
       if (PlatformImpl::isCanceled()) {
         return;
       }
-      std::unique_ptr<JVMMatch> match = jvmFile.verify(homes[j], m_verifyClasspath, m_verifyClass);
+      std::unique_ptr<JVMMatch> match = jvmFile.verify(homes[j], m_verifyClass);
       if (match != nullptr) {
         matches.push_back(std::move(match));
         if (m_stopAtFirst) {
@@ -147,7 +147,7 @@ bool JVMFiles::foundFile(const SString& path) {
     // QUIRK(first-jvm-file-verified-at-once): where one match is enough, the first jvm file is
     // verified during the scan, again for each name that a file found matches, never afterwards.
     if (i == 0 && m_stopAtFirst) {
-      m_currentMatch = jvmFile.verify(home, m_verifyClasspath, m_verifyClass);
+      m_currentMatch = jvmFile.verify(home, m_verifyClass);
     } else {
       addUnverifiedMatch(&jvmFile, home);
     }
@@ -164,27 +164,16 @@ void JVMFiles::addUnverifiedMatch(JVMFile* jvmFile, const SString& home) {
   match->addJVMHome(home);
 }
 
-void JVMFiles::writeVerifyJar() {
-  if (!m_verifyClasspath.empty() || !m_verifyClass.empty()) {
-    return;
+const VerifyClass& JVMFiles::writeVerifyJar() {
+  if (!m_verifyClass.empty()) {
+    return m_verifyClass;
   }
   SString path;
   m_embeddedFiles.forEachOfType(FILE_TYPE_VERIFY_JAR, [&](const FileIndexEntry& jar) {
     path = jar.extract(PlatformImpl::createTempSubDirectory());
   });
   if (!path.empty()) {
-    m_verifyClasspath = "\"" + path + "\"";
-    m_verifyClass = "\"Verify\"";
+    m_verifyClass = {"\"" + path + "\"", "\"Verify\""};
   }
-}
-
-void JVMFiles::writeVerifyJar(SString& classpath, SString& verifyClass) {
-  writeVerifyJar();
-  classpath = m_verifyClasspath;
-  verifyClass = m_verifyClass;
-}
-
-void JVMFiles::setVerifyClass(const SString& classpath, const SString& verifyClass) {
-  m_verifyClasspath = classpath;
-  m_verifyClass = verifyClass;
+  return m_verifyClass;
 }

@@ -13,6 +13,7 @@
 #include "jvm/JVMFilePtrDeque.h"
 #include "jvm/JVMMatch.h"
 #include "jvm/UnverifiedJVMMatch.h"
+#include "jvm/VerifyClass.h"
 #include "platform/FileFindListener.h"
 #include "util/SString.h"
 
@@ -39,11 +40,10 @@ class JVMFiles : public FileFindListener {
   bool foundFile(const SString& path) override;
   void addUnverifiedMatch(JVMFile* jvmFile, const SString& home);
 
-  // Make sure that the class path and the class for verification are known: set by the input file,
-  // or the embedded verify archive is extracted, once in a run. The second form copies them out.
-  void writeVerifyJar();
-  void writeVerifyJar(SString& classpath, SString& verifyClass);
-  void setVerifyClass(const SString& classpath, const SString& verifyClass);
+  // Makes sure that the verify class is known: set by the input file, or the embedded verify
+  // archive is extracted, once in a run. Empty when there is neither.
+  const VerifyClass& writeVerifyJar();
+  void setVerifyClass(const VerifyClass& verifyClass) { m_verifyClass = verifyClass; }
 
  private:
   bool isStillSearching() const;
@@ -56,8 +56,7 @@ class JVMFiles : public FileFindListener {
   UnverifiedJVMMatchPtrDeque m_unverifiedMatches;
   std::unique_ptr<JVMMatch> m_currentMatch;
   bool m_stopAtFirst = false;
-  SString m_verifyClasspath;
-  SString m_verifyClass;
+  VerifyClass m_verifyClass;
 };
 
 #endif

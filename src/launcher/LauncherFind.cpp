@@ -160,12 +160,10 @@ void Launcher::verifyJVM(bool showProgress, bool showFailMsg, TagFile& jvmFile,
   if (showProgress) {
     PlatformImpl::setUISubStatus(UI_SUBSTATUS_VERIFYING, jvmFile.getTagValue(tagname::kDesc, 0));
   }
-  SString classpath;
-  SString verifyClass;
-  getInputFiles().getJVMFiles().writeVerifyJar(classpath, verifyClass);
+  const VerifyClass& verifyClass = getInputFiles().getJVMFiles().writeVerifyJar();
   JVMFile candidate(jvmFile);
-  const auto match = javaHome.empty() ? candidate.verify(classpath, verifyClass)
-                                      : candidate.verify(javaHome, classpath, verifyClass);
+  const auto match =
+      javaHome.empty() ? candidate.verify(verifyClass) : candidate.verify(javaHome, verifyClass);
   if (match != nullptr) {
     const SString home = jvmFile.getTagValue(tagname::kJVMHome, 0);
     setLongVariable(resultvariable::kFlag, 1);

@@ -32,15 +32,14 @@ SString makeAbsolute(const char* path) {
 
 // QUIRK(quiet-232): exactly this status, and only for the purposes 0 and 2, is shown no error text
 // for; every other failure is loud. Programs that embed a launcher rely on the difference.
-bool isLoudFailure(std::int32_t status, std::int32_t purpose) {
-  return status != 0 && !(status == kQuietFailure && (purpose == 0 || purpose == 2));
+bool isLoudFailure(std::int32_t status) {
+  return status != 0 && !(status == kQuietFailure && Launcher::isQuietPurpose());
 }
 
 int runLauncher(StringDeque& args, const SString& path) {
   const Launcher cleanUpAtEnd;
   const std::int32_t status = Launcher::process(args, path);
-  const std::int32_t purpose = Launcher::getLauncherPurpose(path.c_str());
-  if (isLoudFailure(status, purpose) && !Launcher::getErrOutput().empty()) {
+  if (isLoudFailure(status) && !Launcher::getErrOutput().empty()) {
     PlatformImpl::showUIMessage(Launcher::getErrOutput());
   }
   return status;

@@ -265,11 +265,9 @@ TEST_F(LauncherInputFilesTest, TakesTheVerifyClassWhenItIsWhole) {
     SCOPED_TRACE(row.name);
     LauncherInputFiles inputs;
     loadBoth(inputs, row.inputFile, m_dir);
-    SString classpath;
-    SString verifyClass;
-    inputs.getJVMFiles().writeVerifyJar(classpath, verifyClass);
-    EXPECT_STREQ(row.classpath, classpath.c_str());
-    EXPECT_STREQ(row.verifyClass, verifyClass.c_str());
+    const VerifyClass& verifyClass = inputs.getJVMFiles().writeVerifyJar();
+    EXPECT_STREQ(row.classpath, verifyClass.classpath.c_str());
+    EXPECT_STREQ(row.verifyClass, verifyClass.name.c_str());
   }
 }
 

@@ -3,6 +3,7 @@
 #include "fakes/FakeJVM.h"
 #include "jvm/JVMFile.h"
 #include "jvm/JVMMatch.h"
+#include "jvm/VerifyClass.h"
 #include "launcher/Launcher.h"
 #include "support/JVMSupport.h"
 #include "support/TestAccess.h"
@@ -69,7 +70,7 @@ TEST(VerifyEnvironment, ReachesTheJVM) {
                          {"CLASSPATH", {"-cp "}}});
     test::addTags(tags, row.tags);
     const SString classpath = sstr(test::replaced(row.classpath, "DIR", homes.path()));
-    EXPECT_NE(nullptr, JVMFile(tags).verify(sstr(home), classpath, "\"Verify\""));
+    EXPECT_NE(nullptr, JVMFile(tags).verify(sstr(home), {classpath, "\"Verify\""}));
     EXPECT_EQ("Verifying JVM at DIR/jdk/bin/java\n   for JVM: J\n" + row.wantedLog +
                   "Found matching JVM at DIR/jdk\n",
               test::replaced(logCapture.take(), homes.path(), "DIR"));

@@ -3,6 +3,7 @@
 #include "fakes/FakeJVM.h"
 #include "jvm/JVMFile.h"
 #include "jvm/JVMMatch.h"
+#include "jvm/VerifyClass.h"
 #include "launcher/Launcher.h"
 #include "support/JVMSupport.h"
 #include "support/TestAccess.h"
@@ -14,7 +15,7 @@ using test::sstr;
 using test::str;
 using Strings = std::vector<std::string>;
 
-using Strategy = std::unique_ptr<JVMMatch> (JVMFile::*)(const SString&, const SString&);
+using Strategy = std::unique_ptr<JVMMatch> (JVMFile::*)(const VerifyClass&);
 constexpr Strategy kPlatformHints = &JVMFile::verifyWithPlatformHints;
 constexpr Strategy kPathHints = &JVMFile::verifyWithPathHints;
 constexpr Strategy kPlatformPaths = &JVMFile::verifyWithPlatformJVMPaths;
@@ -346,7 +347,7 @@ TEST_F(HintsTest, TriesItsCandidatesInOrder) {
     const test::ScopedEnvironment variable("VARIABLE", here(row.variable).c_str());
     const test::ScopedEnvironment path("PATH", usesPath ? here(row.variable).c_str() : "/bin");
     JVMFile jvm(tags);
-    const auto match = (jvm.*row.strategy)("", "Verify");
+    const auto match = (jvm.*row.strategy)({"", "Verify"});
     EXPECT_EQ(row.wantedCandidates, candidates(takeLog()));
     ASSERT_EQ(!row.wantedHome.empty(), match != nullptr);
     if (match != nullptr) {
@@ -360,7 +361,7 @@ TEST_F(HintsTest, UnsetPathHasNoEntries) {
   TagFile tags;
   test::addTags(tags, {{"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"a=b"}}});
   const test::ScopedEnvironment path("PATH", nullptr);
-  EXPECT_EQ(nullptr, JVMFile(tags).verifyWithPlatformJVMPaths("", ""));
+  EXPECT_EQ(nullptr, JVMFile(tags).verifyWithPlatformJVMPaths({"", ""}));
   EXPECT_EQ("Searching for  using platform specific JVM Path hints\n", takeLog());
 }
 
@@ -385,7 +386,7 @@ TEST_F(HintsTest, SaysWhereItSearches) {
     TagFile tags;
     test::addTags(tags, {{"DESC", {"Java 17"}}, {"JVM_PROPERTIES", {"a=b"}}});
     JVMFile jvm(tags);
-    EXPECT_EQ(nullptr, (jvm.*row.strategy)("", ""));
+    EXPECT_EQ(nullptr, (jvm.*row.strategy)({"", ""}));
     EXPECT_EQ(row.wantedOpening, takeLog());
   }
 }
@@ -401,7 +402,7 @@ TEST_F(HintsTest, CanceledTriesNoCandidate) {
                {"", row.strategy, {row.strategy == kPathHints ? "good" : "VARIABLE"}, "", {}, ""});
       JVMFile jvm(tags);
       PlatformTestAccess::setCanceled(isCanceled);
-      const auto match = (jvm.*row.strategy)("", "Verify");
+      const auto match = (jvm.*row.strategy)({"", "Verify"});
       PlatformTestAccess::setCanceled(false);
       EXPECT_EQ(isCanceled, match == nullptr);
       const std::string log = takeLog();
@@ -420,7 +421,7 @@ TEST_F(HintsTest, NeedsRequirements) {
     SCOPED_TRACE(row.name);
     TagFile tags(sstr(m_dir / "any.jvm"));
     JVMFile jvm(tags);
-    EXPECT_EQ(nullptr, (jvm.*row.strategy)("", ""));
+    EXPECT_EQ(nullptr, (jvm.*row.strategy)({"", ""}));
     EXPECT_EQ(
         "WARNING: Unable to verify DIR/any.jvm because the JVM_PROPERTIES tag was not "
         "specified.\n",
@@ -433,7 +434,7 @@ TEST_F(HintsTest, LauncherWithoutFolderLooksInTheCurrentOne) {
   LauncherTestAccess::setOriginalLauncherFileName("setup");
   TagFile tags;
   fillTags(tags, {"", kPathHints, {"good"}, "", {}, ""});
-  const auto match = JVMFile(tags).verifyWithPathHints("", "Verify");
+  const auto match = JVMFile(tags).verifyWithPathHints({"", "Verify"});
   ASSERT_NE(nullptr, match);
   EXPECT_EQ("good", str(match->getJVMHome()));
 }

@@ -3,6 +3,7 @@
 #include "fakes/FakeJVM.h"
 #include "jvm/JVMFile.h"
 #include "jvm/JVMMatch.h"
+#include "jvm/VerifyClass.h"
 #include "launcher/Launcher.h"
 #include "support/JVMSupport.h"
 #include "support/TestAccess.h"
@@ -84,7 +85,7 @@ TEST_F(VerifyTest, AcceptsAndRefusesTheCast) {
     const std::string home = test::makeFakeJVM(m_dir / std::to_string(++number), row.kind);
     TagFile tags;
     test::addTags(tags, kRequirements);
-    const auto match = JVMFile(tags).verify(sstr(home), "\"x.jar\"", "\"Verify\"");
+    const auto match = JVMFile(tags).verify(sstr(home), {"\"x.jar\"", "\"Verify\""});
     EXPECT_EQ(row.wanted, match != nullptr);
     const std::string log = takeLog();
     EXPECT_EQ(row.wantedError, errorLine(log));
@@ -98,7 +99,7 @@ TEST_F(VerifyTest, RefusesAnExecutableThatIsNotThere) {
     const std::string home = test::makeFakeJVM(m_dir / "jdk", kind);
     TagFile tags;
     test::addTags(tags, kRequirements);
-    EXPECT_EQ(nullptr, JVMFile(tags).verify(sstr(home), "\"x.jar\"", "\"Verify\""));
+    EXPECT_EQ(nullptr, JVMFile(tags).verify(sstr(home), {"\"x.jar\"", "\"Verify\""}));
     EXPECT_EQ(
         "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
         "DIR/jdk/bin/java does not exist\n",
@@ -233,8 +234,8 @@ TEST_F(VerifyTest, RunsTheVerifyClass) {
     }
     TagFile tags;
     test::addTags(tags, row.tags);
-    const auto match = JVMFile(tags).verify(sstr(here(row.home)), sstr(here(row.classpath)),
-                                            sstr(row.verifyClass));
+    const auto match = JVMFile(tags).verify(sstr(here(row.home)),
+                                            {sstr(here(row.classpath)), sstr(row.verifyClass)});
     EXPECT_EQ(here(test::replaced(row.wantedLog, "OUT", kOut)), m_log.take());
     ASSERT_EQ(row.wanted, match != nullptr);
     if (match != nullptr) {
@@ -291,7 +292,7 @@ TEST_F(VerifyTest, PassesErrorsOfTheTemplateOn) {
     JVMFile jvm(tags);
     EXPECT_EQ(row.wantedError + std::to_string(home.size() + row.wantedPosition) + row.wantedEnd,
               test::outcome([&] {
-                (void)jvm.verify(sstr(home), row.classpath, row.verifyClass);
+                (void)jvm.verify(sstr(home), {row.classpath, row.verifyClass});
                 return SString("accepted");
               }));
     EXPECT_EQ("Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n" + row.wantedLog,
@@ -323,8 +324,8 @@ TEST_F(VerifyTest, ReadsTheHomeAsTemplate) {
     TagFile tags;
     test::addTags(tags, kRequirements);
     EXPECT_EQ(row.wanted, test::outcome([&] {
-                return JVMFile(tags).verify(sstr(home), "", "") == nullptr ? SString("refused")
-                                                                           : SString("accepted");
+                return JVMFile(tags).verify(sstr(home), {"", ""}) == nullptr ? SString("refused")
+                                                                             : SString("accepted");
               }));
   }
 }
@@ -364,7 +365,7 @@ TEST_F(VerifyTest, VerifiesItsOwnHome) {
         tags.appendTagValue(sstr(name), sstr(test::replaced(value, "DIR", dir())));
       }
     }
-    EXPECT_EQ(row.wanted, JVMFile(tags).verify("", "Verify") != nullptr);
+    EXPECT_EQ(row.wanted, JVMFile(tags).verify({"", "Verify"}) != nullptr);
     const std::string log = takeLog();
     EXPECT_EQ(row.wantedLog, row.wanted ? log.substr(0, row.wantedLog.size()) : log);
   }
@@ -373,7 +374,7 @@ TEST_F(VerifyTest, VerifiesItsOwnHome) {
 TEST_F(VerifyTest, NamesTheFileThatCannotBeVerified) {
   const std::string path = test::writeFile(m_dir / "java17.jvm", "DESC: Java 17\n");
   TagFile tags(sstr(path));
-  EXPECT_EQ(nullptr, JVMFile(tags).verify("", ""));
+  EXPECT_EQ(nullptr, JVMFile(tags).verify({"", ""}));
   EXPECT_EQ(
       "WARNING: Unable to verify DIR/java17.jvm because the JVM_PROPERTIES tag was not "
       "specified.\n",
@@ -391,10 +392,11 @@ TEST_F(VerifyTest, AdvancesTheProgress) {
   PlatformImpl::setSilent(false);
   PlatformImpl::setUIProgress(0);
   PlatformImpl::showUI();
-  EXPECT_EQ("..", test::captureStdout([&] { (void)jvm.verify("/not/there", "", "Verify"); }));
-  EXPECT_EQ(".......",
-            test::captureStdout([&] { (void)jvm.verify(sstr(m_dir / "jdk"), "", "Verify"); }));
-  EXPECT_EQ("", test::captureStdout([&] { (void)jvm.verify("", "", "Verify"); }));
+  EXPECT_EQ("..", test::captureStdout([&] { (void)jvm.verify("/not/there", {"", "Verify"}); }));
+  EXPECT_EQ(".......", test::captureStdout([&] {
+              (void)jvm.verify(sstr(m_dir / "jdk"), {"", "Verify"});
+            }));
+  EXPECT_EQ("", test::captureStdout([&] { (void)jvm.verify("", {"", "Verify"}); }));
 }
 
 }  // namespace

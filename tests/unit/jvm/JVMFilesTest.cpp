@@ -264,7 +264,7 @@ class JVMFilesTest : public testing::Test {
       }
       files->addJVMFile(std::make_unique<JVMFile>(*m_tagFiles.back()));
     }
-    files->setVerifyClass("\"v.jar\"", "Verify");
+    files->setVerifyClass({"\"v.jar\"", "Verify"});
     return files;
   }
 

@@ -38,14 +38,12 @@ TEST_F(VerifyArchiveTest, ExtractsEveryArchiveAndKeepsTheLast) {
          {FILE_TYPE_JAR, 2, "other.jar", "other"},
          {FILE_TYPE_VERIFY_JAR, 3, "two.jar", "second"}});
   JVMFiles files(m_index);
-  SString classpath;
-  SString verifyClass;
-  files.writeVerifyJar(classpath, verifyClass);
+  const VerifyClass& verifyClass = files.writeVerifyJar();
   ASSERT_EQ(2, newFolders());
   EXPECT_EQ("first", test::readFile(newFolder(0) + "/one.jar"));
   EXPECT_EQ("second", test::readFile(newFolder(1) + "/two.jar"));
-  EXPECT_EQ("\"" + newFolder(1) + "/two.jar\"", str(classpath));
-  EXPECT_EQ("\"Verify\"", str(verifyClass));
+  EXPECT_EQ("\"" + newFolder(1) + "/two.jar\"", str(verifyClass.classpath));
+  EXPECT_EQ("\"Verify\"", str(verifyClass.name));
   files.writeVerifyJar();
   EXPECT_EQ(2, newFolders());  // once in a run
 }
@@ -53,11 +51,9 @@ TEST_F(VerifyArchiveTest, ExtractsEveryArchiveAndKeepsTheLast) {
 TEST_F(VerifyArchiveTest, StaysEmptyWithoutAnArchive) {
   embed({{FILE_TYPE_JAR, 2, "other.jar", "other"}});
   JVMFiles files(m_index);
-  SString classpath("before");
-  SString verifyClass("before");
-  files.writeVerifyJar(classpath, verifyClass);
-  EXPECT_EQ("", str(classpath));
-  EXPECT_EQ("", str(verifyClass));
+  const VerifyClass& verifyClass = files.writeVerifyJar();
+  EXPECT_EQ("", str(verifyClass.classpath));
+  EXPECT_EQ("", str(verifyClass.name));
   EXPECT_EQ(0, newFolders());
 }
 
@@ -69,12 +65,10 @@ TEST_F(VerifyArchiveTest, ValuesThatWereGivenAreKept) {
   };
   for (const Row& row : {Row{"a.jar", "A"}, Row{"a.jar", ""}, Row{"", "A"}}) {
     JVMFiles files(m_index);
-    files.setVerifyClass(row.classpath, row.verifyClass);
-    SString classpath;
-    SString verifyClass;
-    files.writeVerifyJar(classpath, verifyClass);
-    EXPECT_EQ(row.classpath, str(classpath));
-    EXPECT_EQ(row.verifyClass, str(verifyClass));
+    files.setVerifyClass({row.classpath, row.verifyClass});
+    const VerifyClass& verifyClass = files.writeVerifyJar();
+    EXPECT_EQ(row.classpath, str(verifyClass.classpath));
+    EXPECT_EQ(row.verifyClass, str(verifyClass.name));
   }
   EXPECT_EQ(0, newFolders());
 }
