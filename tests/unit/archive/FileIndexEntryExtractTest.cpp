@@ -1,16 +1,46 @@
 // Copying one embedded file out of the launcher file.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <optional>
 #include <string>
+#include <thread>
 
 #include "archive/FileIndexEntry.h"
 #include "platform/PlatformImpl.h"
 #include "support/ArchiveFixture.h"
 #include "tagfile/StreamUtils.h"
+
+namespace {
+constexpr std::int64_t kFreeBlocksOfTheDisk = -1;
+std::int64_t g_freeBlocks = kFreeBlocksOfTheDisk;  // of 1024 bytes, as the tests want them
+}  // namespace
+
+// Stands in front of the C library's.
+extern "C" int statvfs(const char* path, struct statvfs* system) noexcept {
+#ifdef O_PATH
+  constexpr int kFlags = O_PATH | O_CLOEXEC;
+#else
+  constexpr int kFlags = O_RDONLY | O_CLOEXEC;
+#endif
+  const int file = open(path, kFlags);
+  if (file < 0) {
+    return -1;
+  }
+  const int result = fstatvfs(file, system);
+  close(file);
+  if (g_freeBlocks != kFreeBlocksOfTheDisk) {
+    system->f_frsize = 1024;
+    system->f_bavail = static_cast<fsblkcnt_t>(g_freeBlocks);
+  }
+  return result;
+}
 
 namespace {
 
@@ -210,6 +240,73 @@ TEST(FileIndexEntry, AsksForRoomFirst) {
       EXPECT_EQ("stored", test::readFile(path));
     }
   }
+}
+
+struct RoomRow {
+  const char* name;
+  std::int32_t length;
+  std::optional<authoring::DecompressedSize> decompressed;
+  std::int64_t needed;  // blocks
+};
+
+// On a file system with blocks of 1024 bytes. From two files on each takes a block more.
+const RoomRow kRoomRows[] = {
+    {"a block", 1024, {}, 1},
+    {"a byte more", 1025, {}, 2},
+    {"packed, its own bytes alone", 1024, {{0, 0}}, 1},
+    {"packed, with the unpacked bytes", 1024, {{0, 1024}}, 2},
+    {"packed, one unpacked byte too many", 1024, {{0, 1025}}, 3},
+    {"packed, with the unpacked files", 1024, {{2, 0}}, 4},
+    {"packed, with both", 1024, {{2, 1024}}, 5},
+    {"packed, the largest size", 6, {{0, kLargest}}, 2097153},
+};
+
+TEST(FileIndexEntry, AsksForTheRoomOfWhatIsUnpackedToo) {
+  Extraction extraction("stored");
+  for (const RoomRow& row : kRoomRows) {
+    SCOPED_TRACE(row.name);
+    const auto extract = [&](std::int64_t freeBlocks) {
+      g_freeBlocks = freeBlocks;
+      const std::string result =
+          extraction.extract({3, 1, row.length, 0, "file", row.decompressed}, extraction.out());
+      g_freeBlocks = kFreeBlocksOfTheDisk;
+      return result;
+    };
+    EXPECT_EQ("Error writing file = "s + kHint, extract(row.needed - 1));
+    EXPECT_EQ(-1, access(extraction.file("file").c_str(), F_OK));
+    EXPECT_EQ(extraction.file("file"), extract(row.needed));
+    EXPECT_EQ("stored", test::readFile(extraction.file("file")));
+    std::remove(extraction.file("file").c_str());
+  }
+}
+
+// The launcher file is a pipe here. The user cancels before the first chunk has come whole, so that
+// it is written, and nothing of what follows it.
+TEST(FileIndexEntry, StopsBetweenTwoChunks) {
+  Extraction extraction("");
+  const std::string bytes = pattern(2 * kChunk);
+  const std::string pipe = extraction.dir() / "pipe";
+  ASSERT_EQ(0, mkfifo(pipe.c_str(), 0600));
+  LauncherTestAccess::setLauncherFileName(pipe);
+  std::thread feeder([&] {
+    const FilePtr file = openFile(pipe.c_str(), "wb");
+    std::fwrite(bytes.data(), 1, kChunk - 1, file.get());
+    std::fflush(file.get());
+    for (int unread = 1; unread > 0 && ioctl(fileno(file.get()), FIONREAD, &unread) == 0;) {
+      usleep(100);  // until the copy waits for the last byte of the chunk
+    }
+    PlatformTestAccess::setCanceled(true);
+    std::fwrite(bytes.data() + kChunk - 1, 1, 100, file.get());
+  });
+  PlatformImpl::showUI();
+  test::beginCapture();
+  const std::string result =
+      extraction.extract({4, 1, 2 * kChunk, 0, "installer", {}}, extraction.out());
+  EXPECT_EQ(1, countDots(test::endCapture()));
+  feeder.join();
+  PlatformTestAccess::setCanceled(false);
+  EXPECT_EQ("Canceled by the user.", result);
+  EXPECT_TRUE(bytes.substr(0, kChunk) == test::readFile(extraction.file("installer")));
 }
 
 TEST(FileIndexEntry, StopsWhenTheUserCancels) {

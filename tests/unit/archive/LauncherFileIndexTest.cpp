@@ -110,6 +110,30 @@ TEST_F(LauncherFileIndexTest, ReadsTheFileOnce) {
   EXPECT_EQ(1, inputs.getFileIndex().size());
 }
 
+// A second load begins anew. What the first one read stays in front: scripts may refer to it.
+TEST_F(LauncherFileIndexTest, TriesAgainAfterAFailure) {
+  LauncherInputFiles inputs;
+  LauncherTestAccess::setLauncherFileName(m_dir / "none");
+  EXPECT_EQ("Cannot open launcher file.", errorOf([&] { inputs.load(true); }));
+  useLauncher(launcherFileBytes("", bigEndian32(2) + kEntry + "\x9"));
+  EXPECT_EQ("Invalid file type in file index.", errorOf([&] { inputs.load(true); }));
+  EXPECT_EQ(1, inputs.getFileIndex().size());
+  useLauncher(launcherFileBytes({{3, 2, "b.jar", "b"}, {0, 3, "bad.tag", "no colon\n"}}));
+  EXPECT_EQ(
+      "Error loading instructions file.Syntax error in bad.tag at line 1 ==> Missing colon at the "
+      "end of the tag name.",
+      errorOf([&] { inputs.load(true); }));
+  EXPECT_FALSE(inputs.areInternalFilesLoaded());
+  useLauncher(launcherFileBytes({{3, 4, "c.jar", "c"}}));
+  EXPECT_EQ("", errorOf([&] { inputs.load(false); }));
+  EXPECT_TRUE(inputs.areInternalFilesLoaded());
+  std::string names;
+  for (long i = 0; i < inputs.getFileIndex().size(); ++i) {
+    names += inputs.getFileIndex().at(i)->getFileName() + " ";
+  }
+  EXPECT_EQ("a.jar b.jar bad.tag c.jar ", names);
+}
+
 TEST_F(LauncherFileIndexTest, FindsEntries) {
   useLauncher(
       launcherFileBytes({{3, 5, "a", "a"}, {7, -1, "b", "b"}, {3, 5, "c", "c"}, {6, 0, "d", "d"}}));
