@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "authoring/FileTypes.h"
+#include "authoring/StubRecognition.h"
 
 namespace authoring {
 namespace {
@@ -69,6 +70,17 @@ std::string asTable(const std::vector<Row>& rows) {
   return table;
 }
 
+Json stubAsJson(const std::optional<Stub>& stub) {
+  Json json;
+  if (stub) {
+    json["kind"] = stub->kind;
+    json["version"] = stub->version;
+    json["encoding"] = stub->encoding;
+    json["machine"] = stub->machine;
+  }
+  return json;
+}
+
 }  // namespace
 
 std::string countOf(std::int64_t count, const char* what) {
@@ -77,21 +89,24 @@ std::string countOf(std::int64_t count, const char* what) {
 
 std::string listAsTable(const std::string& path, const LauncherFile& launcher) {
   const std::string size = countOf(launcher.size, "byte");
+  const auto stub = recognizeStub(launcher);
+  const std::string end = (stub ? ", stub " + describeStub(*stub) : "") + "\n";
   if (!launcher.hasTrailer) {
-    return path + ": no embedded files, " + size + "\n";
+    return path + ": no embedded files, " + size + end;
   }
   std::vector<Row> rows = {kHeader};
   for (long i = 0; i < launcher.index.size(); ++i) {
     rows.push_back(rowOf(i, *launcher.index.at(i)));
   }
   return path + ": " + countOf(launcher.index.size(), "file") + ", " + size + ", purpose " +
-         std::to_string(launcher.purpose) + "\n" + (rows.size() == 1 ? "" : asTable(rows));
+         std::to_string(launcher.purpose) + end + (rows.size() == 1 ? "" : asTable(rows));
 }
 
 std::string listAsJson(const LauncherFile& launcher) {
   Json json;
   json["size"] = launcher.size;
   json["purpose"] = launcher.purpose < 0 ? Json() : Json(launcher.purpose);
+  json["stub"] = stubAsJson(recognizeStub(launcher));
   json["files"] = Json::array();
   for (long i = 0; i < launcher.index.size(); ++i) {
     const FileIndexEntry& entry = *launcher.index.at(i);

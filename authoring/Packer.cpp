@@ -114,7 +114,8 @@ PackResult packLauncher(const PackOptions& options) {
 std::string findDefaultStub() {
   std::error_code error;
   const fs::path program = fs::read_symlink("/proc/self/exe", error);  // empty elsewhere
-  for (const char* const place : {"../libexec/corvane/corvane-launcher-any", "corvane-launcher-any"}) {
+  for (const char* const place :
+       {"../libexec/corvane/corvane-launcher-any", "corvane-launcher-any"}) {
     const fs::path stub = (program.parent_path() / place).lexically_normal();
     if (!program.empty() && fs::is_regular_file(stub, error)) {
       return stub.string();

@@ -13,6 +13,7 @@
 #include "authoring/Packer.h"
 #include "authoring/SetupCheck.h"
 #include "authoring/SetupContents.h"
+#include "authoring/StubRecognition.h"
 
 namespace {
 
@@ -45,9 +46,17 @@ int list(const Arguments& arguments) {
   return 0;
 }
 
+// Nothing for a manifest.
+void printStub(const std::string& path) {
+  if (const auto stub = authoring::recognizeStub(authoring::readLauncherFile(path))) {
+    print(path + ": stub " + authoring::describeStub(*stub) + "\n");
+  }
+}
+
 int check(const Arguments& arguments) {
   const auto findings =
       authoring::checkSetup(authoring::loadSetup(arguments.file, arguments.pack.baseFolders));
+  printStub(arguments.file);
   for (const std::string& finding : findings) {
     print(finding + "\n");
   }

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include "archive/StubMark.h"
 #include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TextUtils.h"
@@ -14,6 +15,10 @@ namespace {
 constexpr std::size_t kCurrentDirCapacity = 1024;
 // With this status a wizard whose launcher has a quiet purpose has told the user itself.
 constexpr std::int32_t kQuietFailure = 232;
+
+// For corvane-pack. It is read once, so that no compiler and no linker leaves it out.
+constexpr volatile char kStubMark[] =
+    CORVANE_STUB_MARK(CORVANE_STUB_KIND, CORVANE_VERSION, CORVANE_STUB_ENCODING, CORVANE_MACHINE);
 
 // The launcher's own path as the user started it, behind the current directory unless it is
 // absolute.
@@ -48,6 +53,7 @@ int runLauncher(StringDeque& args, const SString& path) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  static_cast<void>(kStubMark[0]);
   PlatformImpl::prepareProcess();
   StringDeque args;
   for (int i = 1; i < argc; ++i) {

@@ -237,16 +237,16 @@ struct ListRow {
 
 const ListRow kListRows[] = {
     {"no trailer", "#!/bin/sh\n", "setup: no embedded files, 10 bytes\n",
-     "{\n  \"size\": 10,\n  \"purpose\": null,\n  \"files\": []\n}\n"},
+     "{\n  \"size\": 10,\n  \"purpose\": null,\n  \"stub\": null,\n  \"files\": []\n}\n"},
     {"empty", "", "setup: no embedded files, 0 bytes\n",
-     "{\n  \"size\": 0,\n  \"purpose\": null,\n  \"files\": []\n}\n"},
+     "{\n  \"size\": 0,\n  \"purpose\": null,\n  \"stub\": null,\n  \"files\": []\n}\n"},
     {"no entries", test::launcherFileBytes({}, 255), "setup: 0 files, 23 bytes, purpose 255\n",
-     "{\n  \"size\": 23,\n  \"purpose\": 255,\n  \"files\": []\n}\n"},
+     "{\n  \"size\": 23,\n  \"purpose\": 255,\n  \"stub\": null,\n  \"files\": []\n}\n"},
     {"one entry", test::launcherFileBytes({{6, 3, "\xFF\"", "PK\n", {{1, 2}}}}),
      "setup: 1 file, 52 bytes, purpose 0\n"
      "pos  type     id  length  offset  name  unpacked\n"
      "  0  archive   3       3      10  \xFF\"    1 file, 2 bytes\n",
-     "{\n  \"size\": 52,\n  \"purpose\": 0,\n  \"files\": [\n    {\n"
+     "{\n  \"size\": 52,\n  \"purpose\": 0,\n  \"stub\": null,\n  \"files\": [\n    {\n"
      "      \"position\": 0,\n      \"type\": \"archive\",\n      \"id\": 3,\n"
      "      \"length\": 3,\n      \"offset\": 10,\n      \"name\": \"\xEF\xBF\xBD\\\"\",\n"
      "      \"decompressed\": {\n        \"files\": 1,\n        \"bytes\": 2\n      }\n"

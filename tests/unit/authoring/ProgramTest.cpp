@@ -64,7 +64,8 @@ const ProgramRow kProgramRows[] = {
      "doubtful: no instruction script: the launcher says nothing and ends with status -1\n", ""},
     {"extract setup --output copy", 0, "", ""},
     {"list stub", 0, "stub: no embedded files, 5 bytes\n", ""},
-    {"list --json stub", 0, "{\n  \"size\": 5,\n  \"purpose\": null,\n  \"files\": []\n}\n", ""},
+    {"list --json stub", 0,
+     "{\n  \"size\": 5,\n  \"purpose\": null,\n  \"stub\": null,\n  \"files\": []\n}\n", ""},
     {"extract setup --output copy", 1, "",
      "corvane-pack: entry 0 (i.tag): a file of that name is there already; nothing was written, "
      "name "
@@ -90,6 +91,35 @@ TEST_F(ProgramTest, DoesOrRefuses) {
     EXPECT_EQ(row.status, result.status);
     EXPECT_EQ(row.out, result.out);
     EXPECT_EQ(row.err, result.err);
+  }
+}
+
+struct StubRow {
+  const char* arguments;
+  const char* wanted;  // in the output
+};
+
+#define OUR_VERSION " " CORVANE_VERSION " (" CORVANE_MACHINE ")\n"
+
+// The stub that is taken when none is named, and the one that is.
+const StubRow kStubRows[] = {
+    {"list any", ", purpose 0, stub corvane-launcher-any" OUR_VERSION},
+    {"list traditional", ", purpose 0, stub corvane-launcher" OUR_VERSION},
+    {"list '" CORVANE_STUB "'", " bytes, stub corvane-launcher" OUR_VERSION},
+    {"list --json any",
+     "  \"stub\": {\n    \"kind\": \"corvane-launcher-any\",\n    \"version\": \"" CORVANE_VERSION
+     "\",\n    \"encoding\": \"user\",\n    \"machine\": \"" CORVANE_MACHINE "\"\n  },\n"},
+    {"list --json traditional", "    \"encoding\": \"traditional\",\n"},
+    {"check any", "any: stub corvane-launcher-any" OUR_VERSION},
+};
+
+TEST_F(ProgramTest, TellsTheStub) {
+  run("pack m.json --output any");
+  run("pack m.json --stub '" CORVANE_STUB "' --output traditional");
+  for (const StubRow& row : kStubRows) {
+    const Result result = run(row.arguments);
+    EXPECT_EQ(0, result.status) << row.arguments;
+    EXPECT_NE(std::string::npos, result.out.find(row.wanted)) << row.arguments << result.out;
   }
 }
 
