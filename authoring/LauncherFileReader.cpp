@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "authoring/AuthoringError.h"
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
 #include "util/LauncherException.h"
 
 namespace authoring {
@@ -45,7 +45,7 @@ LauncherFile readLauncherFile(const std::string& path) {
   if (!launcher.hasTrailer) {
     return launcher;
   }
-  launcher.purpose = Launcher::getLauncherPurpose(path.c_str());
+  launcher.purpose = LauncherFacts::getLauncherPurpose(path.c_str());
   try {
     std::FILE* const file = launcher.file.get();
     launcher.index.appendEntries(file, readCount(file, *indexOffset));

@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "archive/LauncherInputFiles.h"
-#include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
 #include "support/LauncherFiles.h"
 #include "support/TestAccess.h"

@@ -8,18 +8,18 @@
 
 #include "fakes/FakeLauncherOperations.h"
 #include "instructions/Instructions.h"
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
 #include "tagfile/TagFile.h"
 
 namespace {
 
 // A script cannot count: it asks INITIALIZE_UI, which sets N1 to 1 at the last round.
 void endAfter(int rounds) {
-  Launcher::setLongVariable(1, 0);
+  LauncherFacts::setLongVariable(1, 0);
   FakeLauncherOperations::setRecording(false);
   FakeLauncherOperations::setHook([rounds]() mutable {
     if (--rounds == 0) {
-      Launcher::setLongVariable(1, 1);
+      LauncherFacts::setLongVariable(1, 1);
     }
   });
 }

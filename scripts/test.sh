@@ -86,8 +86,9 @@ finish() {
 
 use_utf8
 set_up test
-# The rules of the house need no build.
+# The rules of the house need no build, but for that of the calls: ctest runs it.
 for rule in "$root"/tools/check_*.py "$root"/tests/*_test.py; do
+    [ "${rule##*/}" != check_calls.py ] || continue
     check "Rule: $(basename "$rule" .py)" python3 -B "$rule" "$root"
 done
 for lint in format shell tidy; do

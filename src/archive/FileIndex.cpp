@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "archive/LauncherFileFormat.h"
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
 #include "util/LauncherException.h"
 
 namespace {
@@ -28,7 +28,7 @@ std::int64_t sizeOf(std::FILE* file) {
 }  // namespace
 
 FilePtr FileIndex::openLauncherFile() {
-  return openFile(Launcher::getLauncherFileName(), "rb");
+  return openFile(LauncherFacts::getLauncherFileName(), "rb");
 }
 
 bool FileIndex::load(std::FILE* launcherFile) {

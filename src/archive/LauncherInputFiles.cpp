@@ -3,7 +3,8 @@
 
 #include "archive/LauncherFileFormat.h"
 #include "jvm/JVMFile.h"
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
+#include "launcher/Log.h"
 #include "platform/PlatformImpl.h"
 #include "platform/WithPrefix.h"
 #include "tagfile/TagNames.h"
@@ -91,7 +92,7 @@ void LauncherInputFiles::load(bool loadTagFilesToo) {
 
 void LauncherInputFiles::logFileIndex() const {
   for (long i = 0; i < m_fileIndex.size(); ++i) {
-    Launcher::logMessage(describe(*m_fileIndex.at(i)), LOG_INFO);
+    logMessage(describe(*m_fileIndex.at(i)), LOG_INFO);
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include <cctype>
 
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
@@ -36,8 +36,8 @@ void VariableRef::init(const SString& reference, std::string_view prefix) {
   // is read as leniently as any other number of a script.
   const SString rest = reference.substr(1);
   const bool isValid = convertToLong(rest, m_number) &&
-                       (isNumericVariable() ? Launcher::isValidLongVariable(m_number)
-                                            : Launcher::isValidStringVariable(m_number));
+                       (isNumericVariable() ? LauncherFacts::isValidLongVariable(m_number)
+                                            : LauncherFacts::isValidStringVariable(m_number));
   if (!isValid) {
     throw LauncherException(SString(prefix) + kInvalidNumber + rest + ")");
   }
@@ -45,24 +45,24 @@ void VariableRef::init(const SString& reference, std::string_view prefix) {
 
 void VariableRef::setValue(const SString& value, std::string_view prefix) const {
   if (isStringVariable()) {
-    Launcher::setStringVariable(m_number, value);
+    LauncherFacts::setStringVariable(m_number, value);
     return;
   }
   std::int32_t number = 0;
   if (!convertToLong(value, number)) {
     throw LauncherException(SString(prefix) + kInvalidValue + value);
   }
-  Launcher::setLongVariable(m_number, number);
+  LauncherFacts::setLongVariable(m_number, number);
 }
 
 SString VariableRef::getStringValue() const {
-  return isNumericVariable() ? convertToString(Launcher::getLongVariable(m_number))
-                             : Launcher::getStringVariable(m_number);
+  return isNumericVariable() ? convertToString(LauncherFacts::getLongVariable(m_number))
+                             : LauncherFacts::getStringVariable(m_number);
 }
 
 std::int32_t VariableRef::getNumericValue(std::string_view prefix) const {
   if (!isNumericVariable()) {
     throw LauncherException(SString(prefix) + kNotNumeric);
   }
-  return Launcher::getLongVariable(m_number);
+  return LauncherFacts::getLongVariable(m_number);
 }

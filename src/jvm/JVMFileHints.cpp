@@ -2,7 +2,8 @@
 // them one by one until one is accepted.
 #include "jvm/JVMFile.h"
 #include "jvm/JVMMatch.h"
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
+#include "launcher/Log.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TagFile.h"
 #include "tagfile/TagNames.h"
@@ -40,7 +41,7 @@ bool JVMFile::beginHintSearch(const char* strategy) const {
   if (!hasProperties()) {
     return false;
   }
-  Launcher::logMessage("Searching for " + getDesc() + strategy, LOG_INFO);
+  logMessage("Searching for " + getDesc() + strategy, LOG_INFO);
   return true;
 }
 
@@ -63,9 +64,8 @@ std::unique_ptr<JVMMatch> JVMFile::verifyPlatformHint(const SString& hint,
   PlatformImpl::getPlatformHint(homes, hint);
   for (long i = 0; i < homes.size() && goesOn(match); ++i) {
     if (!homes[i].empty()) {
-      Launcher::logMessage(
-          "Checking JVM at " + homes[i] + " which was resolved from platform hint " + hint,
-          LOG_INFO);
+      logMessage("Checking JVM at " + homes[i] + " which was resolved from platform hint " + hint,
+                 LOG_INFO);
       match = verify(homes[i], verifyClass);
     }
   }
@@ -96,7 +96,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyAbsoluteHint(const SString& hint,
     appendPathSeparator(home);
     home += hint.substr(1);
     if (!home.empty()) {
-      Launcher::logMessage("Checking path hint " + home, LOG_INFO);
+      logMessage("Checking path hint " + home, LOG_INFO);
       match = verify(home, verifyClass);
     }
   }
@@ -106,7 +106,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyAbsoluteHint(const SString& hint,
 // A JVM found beside the launcher was shipped with it: it is a temporary one.
 std::unique_ptr<JVMMatch> JVMFile::verifyRelativeHint(const SString& hint,
                                                       const VerifyClass& verifyClass) {
-  SString home = Launcher::getOriginalLauncherDir();
+  SString home = LauncherFacts::getOriginalLauncherDir();
   appendPathSeparator(home);
   home += hint;
   std::unique_ptr<JVMMatch> match = verify(home, verifyClass);
@@ -128,7 +128,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformJVMPaths(const VerifyClass&
       continue;
     }
     const SString home = homeFromPathEntry(dirs[i], getJVMExe());
-    Launcher::logMessage(
+    logMessage(
         "Checking JVM at " + home + " which was resolved from the platform JVM path " + dirs[i],
         LOG_INFO);
     match = verify(home, verifyClass);

@@ -3,7 +3,7 @@
 #include "jvm/JVMFile.h"
 #include "jvm/JVMMatch.h"
 #include "jvm/VerifyClass.h"
-#include "launcher/Launcher.h"
+#include "launcher/Log.h"
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
 #include "platform/SubStatusWrapper.h"
@@ -55,9 +55,9 @@ bool matchesRequirement(const SString& line, const SString& expected) {
 bool JVMFile::hasProperties() const {
   const bool hasThem = !tagValue(tagname::kJVMProperties).empty();
   if (!hasThem) {
-    Launcher::logMessage("Unable to verify " + m_tagFile.getName() + " because the " +
-                             tagname::kJVMProperties + " tag was not specified.",
-                         LOG_WARNING);
+    logMessage("Unable to verify " + m_tagFile.getName() + " because the " +
+                   tagname::kJVMProperties + " tag was not specified.",
+               LOG_WARNING);
   }
   return hasThem;
 }
@@ -79,16 +79,16 @@ std::unique_ptr<JVMMatch> JVMFile::verify(const SString& home, const VerifyClass
   SString path = home;
   appendPathSeparator(path);
   path += exe;
-  Launcher::logMessage("Verifying JVM at " + path + "\n   for JVM: " + getDesc(), LOG_INFO);
+  logMessage("Verifying JVM at " + path + "\n   for JVM: " + getDesc(), LOG_INFO);
   if (!PlatformImpl::fileExists(path)) {
-    Launcher::logMessage(path + " does not exist", LOG_INFO);
+    logMessage(path + " does not exist", LOG_INFO);
     PlatformImpl::advanceUIProgress(kStepsForMissingExe);
     return nullptr;
   }
   if (!performVerify(home, verifyClass)) {
     return nullptr;
   }
-  Launcher::logMessage("Found matching JVM at " + home, LOG_INFO);
+  logMessage("Found matching JVM at " + home, LOG_INFO);
   return std::make_unique<JVMMatch>(home, m_tagFile);
 }
 
@@ -124,7 +124,7 @@ void JVMFile::addProperties(SString& command, StringPairPtrDeque& properties) co
     const SString line = tagValue(tagname::kJVMProperties, i);
     const std::size_t equalSign = line.find('=');
     if (equalSign == SString::npos) {
-      Launcher::logMessage(
+      logMessage(
           SString("Invalid ") + tagname::kJVMProperties + " setting (" + line + ") in JVM File ",
           LOG_WARNING);
       continue;
@@ -142,7 +142,7 @@ bool JVMFile::verifyJVMOutput(const SString& output, const StringPairPtrDeque& p
   std::size_t position = 0;
   SString line;
   if (!skipToMagicLine(output, position, line)) {
-    Launcher::logMessage("Invalid magic value: " + line + "\n", LOG_ERROR);
+    logMessage("Invalid magic value: " + line + "\n", LOG_ERROR);
     return false;
   }
   // QUIRK(lenient-verify-output): an output that ends early leaves the remaining requirements

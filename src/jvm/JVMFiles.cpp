@@ -7,7 +7,8 @@
 
 #include "archive/FileIndex.h"
 #include "archive/LauncherFileFormat.h"
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
+#include "launcher/Log.h"
 #include "platform/PlatformImpl.h"
 #include "platform/SubStatusWrapper.h"
 #include "util/LauncherException.h"
@@ -62,18 +63,18 @@ bool JVMFiles::isStillSearching() const {
 }
 
 void JVMFiles::searchUserHome() {
-  const SString& home = Launcher::getUserJavaHome();
+  const SString& home = LauncherFacts::getUserJavaHome();
   if (home.empty()) {
     return;
   }
-  Launcher::logMessage("Checking user specified Java home directory => " + home, LOG_INFO);
+  logMessage("Checking user specified Java home directory => " + home, LOG_INFO);
   for (long i = 0; i < m_jvmFiles.size() && isStillSearching(); ++i) {
     m_currentMatch = m_jvmFiles[i]->verify(home, m_verifyClass);
   }
 }
 
 bool JVMFiles::searchHints() {
-  Launcher::logMessage("Initiating JVM search based on hints...", LOG_INFO);
+  logMessage("Initiating JVM search based on hints...", LOG_INFO);
   bool isScanWanted = false;
   for (long i = 0; i < m_jvmFiles.size() && isStillSearching() && !isScanWanted; ++i) {
     JVMFile& jvmFile = *m_jvmFiles[i];
@@ -105,7 +106,7 @@ void JVMFiles::exhaustiveSearch(JVMMatchPtrDeque& matches) {
   const StringDeque names = distinctExecutables(m_jvmFiles);
   const SubStatusWrapper subStatus;
   PlatformImpl::setUISubStatus(UI_SUBSTATUS_SCANNING_DISKS, "");
-  Launcher::logMessage("Beginning exhaustive search", LOG_INFO);
+  logMessage("Beginning exhaustive search", LOG_INFO);
   PlatformImpl::findFiles(names, *this);
   if (m_currentMatch == nullptr) {
     verifyUnverifiedMatches(matches);
@@ -113,7 +114,7 @@ void JVMFiles::exhaustiveSearch(JVMMatchPtrDeque& matches) {
 }
 
 void JVMFiles::verifyUnverifiedMatches(JVMMatchPtrDeque& matches) {
-  Launcher::logMessage("Processing unverified matches.\n", LOG_INFO);
+  logMessage("Processing unverified matches.\n", LOG_INFO);
   for (long i = 0; i < m_unverifiedMatches.size(); ++i) {
     JVMFile& jvmFile = m_unverifiedMatches[i]->getJVMFile();
     const StringDeque& homes = m_unverifiedMatches[i]->getHomeDirs();

@@ -3,13 +3,14 @@
 // Everything is static: the state (LauncherState.h) is that of the process. An instance exists only
 // so that its destructor cleans up (temporary files, and the running copy of the launcher where
 // asked for).
-// The class is declared whole here and defined in several files, cut by concern and height:
 //
-//   Launcher.cpp         variables, file names, purpose byte
-//   LauncherRun.cpp      process and run, destructor
+// What low rooms need of it stands in LauncherFacts and Log. The rest is declared whole here and
+// defined in several files, cut by concern and height:
+//
+//   LauncherRun.cpp      process, destructor
 //   LauncherCmdLine.cpp  the options of the command line
 //   LauncherActions.cpp  the input-file protocol ("-cv:in")
-//   LauncherInputs.cpp   the input files
+//   LauncherInputs.cpp   the input files, run
 //   LauncherFind.cpp     finding and verifying a JVM
 //   LauncherInstall.cpp  installing the bundled JVM
 //   LauncherLaunch.cpp   running the wizard, handing over, the application archive
@@ -20,6 +21,7 @@
 
 #include <cstdint>
 
+#include "launcher/LauncherFacts.h"
 #include "launcher/Log.h"
 #include "util/SString.h"
 #include "util/StringDeque.h"
@@ -35,7 +37,7 @@ enum InstallJVMOption {
   INSTALL_JVM_OPTION_PROMPT = 2   // into a directory that the user names
 };
 
-class Launcher {
+class Launcher : public LauncherFacts {
  public:
   Launcher() = default;
   ~Launcher();  // PlatformImpl::cleanup; whatever it throws is swallowed
@@ -50,46 +52,20 @@ class Launcher {
   // Applies the options from left to right and, unless one of them said otherwise, loads the
   // embedded files and runs the instruction script.
   static std::int32_t processCmdLine(const StringDeque& args);
-  // Runs the instruction script; -1 when there is none. An error in the script is thrown as
-  // "Error in instructions. TEXT Line number (N)".
-  static std::int32_t run();
 
   // --- Log ---
 
-  // As in launcher/Log.h.
+  // As in Log.h.
   static void logMessage(const char* text, LogMessageType type) { ::logMessage(text, type); }
   static void logMessage(const SString& text, LogMessageType type) { ::logMessage(text, type); }
-  static void setLogFileName(const SString& name);
+  static void setLogFileName(const SString& name) { ::setLogFileName(name); }
 
-  // --- File names and the purpose byte ---
-
-  static SString getLauncherFileName();
-  static SString getOriginalLauncherFileName();
-  // What stands before the last "/" or "\" of the original launcher's path; empty without one.
-  static SString getOriginalLauncherDir();
-  // The byte in front of the file's trailer, 0..255; -1 when it cannot be read. The running
-  // launcher's is read once.
-  static std::int32_t getLauncherPurpose(const char* file);
-  // True for the purposes 0 and 2 of the running launcher.
-  static bool isQuietPurpose();
-
-  // --- The script's variables: N1..N5 and S1..S10 ---
-
-  static bool isValidStringVariable(std::int32_t number);
-  static bool isValidLongVariable(std::int32_t number);
-  // Throw "Invalid string variable number: N" or "Invalid numeric variable number: N".
-  static SString getStringVariable(std::int32_t number);
-  static void setStringVariable(std::int32_t number, const SString& value);
-  static std::int32_t getLongVariable(std::int32_t number);
-  static void setLongVariable(std::int32_t number, std::int32_t value);
-
-  // --- State that other parts read ---
+  // --- The input files (LauncherInputs) ---
 
   static LauncherInputFiles& getInputFiles();
-  static SString& getUserJavaHome();
-  static SString& getPrependClasspath();
-  static SString& getAppendClasspath();
-  static SString& getErrOutput();
+  // Runs the instruction script; -1 when there is none. An error in the script is thrown as
+  // "Error in instructions. TEXT Line number (N)".
+  static std::int32_t run();
 
   // --- Finding and verifying (LauncherFind) ---
   // showProgress: show the console and a status line; showFailMsg: show failures on the console.

@@ -137,10 +137,3 @@ std::int32_t Launcher::processCmdLine(const StringDeque& args) {
   }
   return plan.status;
 }
-
-// Loads the index and the tag files of the launcher, unless that has been done in this run.
-void Launcher::loadEmbeddedFiles() {
-  if (!getInputFiles().areInternalFilesLoaded()) {
-    withPrefix(MSG_FILE_INDEX_LOAD_FAILED, [] { getInputFiles().load(true); });
-  }
-}

@@ -1,10 +1,7 @@
-// The run as a whole: process, the instruction script, the clean-up at the end.
-#include "archive/LauncherInputFiles.h"
-#include "instructions/InstructionsException.h"
+// The run as a whole: process, and the clean-up at the end.
 #include "launcher/Launcher.h"
 #include "launcher/LauncherState.h"
 #include "platform/PlatformImpl.h"
-#include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
 Launcher::~Launcher() {
@@ -27,18 +24,5 @@ std::int32_t Launcher::process(StringDeque& args, const SString& launcherPath) {
     PlatformImpl::showUIMessage(e.getMessage());
     logMessage(e.getMessage(), LOG_ERROR);
     return -1;
-  }
-}
-
-std::int32_t Launcher::run() {
-  const Instructions* instructions = getInputFiles().getInstructions();
-  if (instructions == nullptr) {
-    return -1;
-  }
-  try {
-    return instructions->execute();
-  } catch (const InstructionsException& e) {
-    throw LauncherException("Error in instructions. " + e.getMessage() + " Line number (" +
-                            convertToString(e.getLineNumber()) + ")");
   }
 }

@@ -57,3 +57,7 @@ void logMessage(const char* text, LogMessageType type) {
 void logMessage(const SString& text, LogMessageType type) {
   logMessage(text.c_str(), type);
 }
+
+void setLogFileName(const SString& name) {
+  g_launcher.m_logFileName = name;
+}

@@ -14,4 +14,7 @@ enum LogMessageType { LOG_INFO = 0, LOG_WARNING = 1, LOG_ERROR = 2 };
 void logMessage(const char* text, LogMessageType type);
 void logMessage(const SString& text, LogMessageType type);
 
+// Empty: no log, as at the start.
+void setLogFileName(const SString& name);
+
 #endif

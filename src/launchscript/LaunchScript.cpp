@@ -1,7 +1,8 @@
 #include "launchscript/LaunchScript.h"
 
 #include "jvm/JVMFile.h"
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
+#include "launcher/Log.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
@@ -29,7 +30,7 @@ class JavaHomeScope {
 
 // The launcher's own directory.
 SString launcherDirectory() {
-  const SString file = Launcher::getLauncherFileName();
+  const SString file = LauncherFacts::getLauncherFileName();
   return file.substr(0, file.rfind(PlatformImpl::getPathSeparator()));
 }
 
@@ -57,7 +58,7 @@ void setEnvironmentFromLine(const SString& line) {
 }
 
 void setEnvironmentForWizard(const TagFile& jvmFile) {
-  if (!Launcher::isQuietPurpose()) {
+  if (!LauncherFacts::isQuietPurpose()) {
     return;
   }
   const long count = jvmFile.getTagValueCount(tagname::kSetEnvForWizard);
@@ -104,10 +105,10 @@ int LaunchScript::execute(const JVMFile& jvm, const StringDeque* extraArgs, bool
     appendQuoted(command, extraArgs->at(i));
   }
   const SString directory = m_autoSetWorkingDir ? launcherDirectory() : SString();
-  Launcher::logMessage("Executing launch script command: " + command +
-                           (directory.empty() ? SString(" in current working directory")
-                                              : " in working directory " + directory),
-                       LOG_INFO);
+  logMessage("Executing launch script command: " + command +
+                 (directory.empty() ? SString(" in current working directory")
+                                    : " in working directory " + directory),
+             LOG_INFO);
   return run(jvm, command, directory, m_displayConsole || forceConsole);
 }
 
@@ -129,15 +130,19 @@ int LaunchScript::run(const JVMFile& jvm, const SString& command, const SString&
 }
 
 void LaunchScript::logOutput() const {
-  Launcher::logMessage("Output from the launch script execution", LOG_INFO);
-  Launcher::logMessage("StdOut:", LOG_INFO);
-  Launcher::logMessage(m_standardOutput, LOG_INFO);
-  Launcher::logMessage("ErrOut:", LOG_INFO);
-  Launcher::logMessage(m_standardError, LOG_INFO);
+  logMessage("Output from the launch script execution", LOG_INFO);
+  logMessage("StdOut:", LOG_INFO);
+  logMessage(m_standardOutput, LOG_INFO);
+  logMessage("ErrOut:", LOG_INFO);
+  logMessage(m_standardError, LOG_INFO);
 }
 
 void LaunchScript::throwException(const SString& command, const char* message) const {
-  Launcher::logMessage("Launch command:", LOG_INFO);
-  Launcher::logMessage(command, LOG_INFO);
+  logMessage("Launch command:", LOG_INFO);
+  logMessage(command, LOG_INFO);
   throw LauncherException(SString("Launch script error: ") + message);
+}
+
+SString LaunchScript::tagValue(const char* key) const {
+  return m_currentJVMFile->getTagFile().getTagValue(key, 0);
 }

@@ -3,7 +3,8 @@
 #include "archive/FileIndex.h"
 #include "archive/LauncherFileFormat.h"
 #include "jvm/JVMFile.h"
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
+#include "launcher/Log.h"
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/StreamUtils.h"
@@ -18,7 +19,7 @@ SString firstValue(const JVMFile& jvm, const char* key) {
 
 // The original launcher's path with `extension` in the place of its own.
 SString sideFileName(const char* extension) {
-  SString name = Launcher::getOriginalLauncherFileName();
+  SString name = LauncherFacts::getOriginalLauncherFileName();
   const std::size_t dot = name.rfind('.');
   const std::size_t separator = name.find_last_of("/\\");
   if (dot != SString::npos && (separator == SString::npos || dot > separator)) {
@@ -76,8 +77,8 @@ SString LaunchScript::buildClasspathFromFile(const JVMFile& jvm, const SString& 
   if (file != nullptr) {
     forEachLine(file.get(), [&](const SString& line) { addToClasspath(jvm, classpath, line); });
   } else if (reportMissing) {
-    Launcher::logMessage("Could not find the file " + fileName + " while building the classpath.",
-                         LOG_WARNING);
+    logMessage("Could not find the file " + fileName + " while building the classpath.",
+               LOG_WARNING);
   }
   return classpath;
 }

@@ -176,10 +176,6 @@ void LaunchScript::getArguments(const SString& text, std::size_t& position,
   position = reader.position();
 }
 
-SString LaunchScript::tagValue(const char* key) const {
-  return m_currentJVMFile->getTagFile().getTagValue(key, 0);
-}
-
 SString LaunchScript::callReplace(const StringDeque& args) const {
   return replaceAll(args[2], m_currentJVMFile->resolve(args[0]),
                     m_currentJVMFile->resolve(args[1]));

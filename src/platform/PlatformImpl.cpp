@@ -1,18 +1,24 @@
 #include "platform/PlatformImpl.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
 
+#include "launcher/Log.h"
+#include "platform/CleanupState.h"
 #include "platform/MessageCatalogue.h"
 #include "tagfile/TextUtils.h"
+#include "util/LauncherException.h"
 
 namespace {
 
+constexpr const char* kDefaultTempDir = "/var/tmp/";
 constexpr char kHintSeparator = ':';
 constexpr wchar_t kLastAscii = 0x7F;
 
@@ -90,4 +96,36 @@ SString PlatformImpl::wideToMultiByte(const wchar_t* text) {
     ++text;
   }
   return bytes;
+}
+
+bool PlatformImpl::isCanceled() {
+  return g_cleanup.m_canceled != 0;
+}
+
+void PlatformImpl::setSystemTempDir(const SString& dir) {
+  g_cleanup.m_tempDir = dir;
+}
+
+SString PlatformImpl::getSystemTempDirectory() {
+  if (g_cleanup.m_tempDir.empty()) {
+    g_cleanup.m_tempDir = kDefaultTempDir;
+  }
+  struct stat status;
+  if (stat(g_cleanup.m_tempDir.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
+    throw LauncherException(get_msg(kCatalogueTempDirMissing, g_cleanup.m_tempDir.c_str()).get());
+  }
+  return g_cleanup.m_tempDir;
+}
+
+bool PlatformImpl::deleteOneFile(const SString& path) {
+  struct stat status;
+  if (lstat(path.c_str(), &status) != 0) {
+    return false;
+  }
+  const int result = S_ISDIR(status.st_mode) ? rmdir(path.c_str()) : unlink(path.c_str());
+  const int error = errno;
+  if (result != 0) {
+    logMessage("Could not delete " + path + " :  " + std::strerror(error), LOG_WARNING);
+  }
+  return result == 0;
 }

@@ -3,7 +3,7 @@
 // All static: the state (Console.h, CleanupState.h) is that of the process. Declared whole here and
 // defined in several files, cut by concern:
 //
-//   PlatformImpl.cpp      environment, small file questions
+//   PlatformImpl.cpp      environment, small file operations, the cancel flag
 //   PlatformSignals.cpp   standard descriptors and signals at start, cancellation
 //   PlatformConsole.cpp   status lines, progress, messages, title, prompt
 //   PlatformTemp.cpp      temporary files, clean-up, free space

@@ -239,10 +239,6 @@ void PlatformImpl::handleSignal(int signal, siginfo_t* info, void*) {
   errno = savedErrno;
 }
 
-bool PlatformImpl::isCanceled() {
-  return g_cleanup.m_canceled != 0;
-}
-
 void PlatformImpl::throwIfCanceled() {
   if (isCanceled()) {
     throw LauncherException(getMessageText(MSG_CANCELED));

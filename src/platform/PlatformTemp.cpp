@@ -6,10 +6,9 @@
 #include <cerrno>
 #include <cstring>
 
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
 #include "platform/CleanupState.h"
 #include "platform/DeleteFullDir.h"
-#include "platform/MessageCatalogue.h"
 #include "platform/PlatformImpl.h"
 #include "platform/RandomName.h"
 #include "platform/UniqueEntry.h"
@@ -18,7 +17,6 @@
 
 namespace {
 
-constexpr const char* kDefaultTempDir = "/var/tmp/";
 constexpr const char* kTempPrefix = "cvj";
 constexpr std::size_t kRandomPart = 6;
 
@@ -45,21 +43,6 @@ void deleteAll(const StringDeque& paths) {
 }
 
 }  // namespace
-
-void PlatformImpl::setSystemTempDir(const SString& dir) {
-  g_cleanup.m_tempDir = dir;
-}
-
-SString PlatformImpl::getSystemTempDirectory() {
-  if (g_cleanup.m_tempDir.empty()) {
-    g_cleanup.m_tempDir = kDefaultTempDir;
-  }
-  struct stat status;
-  if (stat(g_cleanup.m_tempDir.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
-    throw LauncherException(get_msg(kCatalogueTempDirMissing, g_cleanup.m_tempDir.c_str()).get());
-  }
-  return g_cleanup.m_tempDir;
-}
 
 SString PlatformImpl::createTempFile() {
   SString path;
@@ -106,19 +89,6 @@ void PlatformImpl::deleteFile(const SString& path) {
   }
 }
 
-bool PlatformImpl::deleteOneFile(const SString& path) {
-  struct stat status;
-  if (lstat(path.c_str(), &status) != 0) {
-    return false;
-  }
-  const int result = S_ISDIR(status.st_mode) ? rmdir(path.c_str()) : unlink(path.c_str());
-  const int error = errno;
-  if (result != 0) {
-    Launcher::logMessage("Could not delete " + path + " :  " + std::strerror(error), LOG_WARNING);
-  }
-  return result == 0;
-}
-
 // QUIRK(several-files-are-not-rounded-up): for one file the last, partly filled block counts; for
 // several each file adds a whole block and the remainder adds none. Authors size their archives by
 // what the launcher accepts.
@@ -156,7 +126,7 @@ void PlatformImpl::setDeleteLauncher(bool deleteIt) {
 }
 
 void PlatformImpl::deleteLauncher() {
-  const SString launcher = Launcher::getLauncherFileName();
+  const SString launcher = LauncherFacts::getLauncherFileName();
   const std::size_t separator = launcher.rfind(kPathSeparator);
   (void)unlink(launcher.c_str());
   if (separator != SString::npos && separator > 0) {

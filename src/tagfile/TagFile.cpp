@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "launcher/Launcher.h"
+#include "launcher/Log.h"
 #include "tagfile/StreamUtils.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
@@ -226,6 +226,6 @@ void TagFile::logSyntaxError(const SString& message, const SString& fileName,
                              std::int32_t lineNumber) {
   const SString text =
       "Syntax error in " + fileName + " at line " + convertToString(lineNumber) + " ==> " + message;
-  Launcher::logMessage(text, LOG_ERROR);
+  logMessage(text, LOG_ERROR);
   throw LauncherException(text);
 }

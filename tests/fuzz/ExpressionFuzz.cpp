@@ -34,9 +34,9 @@ void checkText(const Instructions& script, const std::string& text) {
 
 void checkNumber(const Instructions& script, const std::string& text) {
   const auto number = static_cast<std::int32_t>(std::hash<std::string>()(text));
-  Launcher::setLongVariable(1, number);
+  LauncherFacts::setLongVariable(1, number);
   fuzz::require(script.evalLongExpr("@N1@", "") == number);
-  Launcher::setLongVariable(1, static_cast<std::int16_t>(number));
+  LauncherFacts::setLongVariable(1, static_cast<std::int16_t>(number));
   fuzz::require(script.evalShortExpr("@N1@", "") == static_cast<std::int16_t>(number));
 }
 

@@ -29,8 +29,8 @@ void cancelAfter(int microseconds) {
 void pretendToOperate() {
   const auto number = static_cast<std::int32_t>(FakeLauncherOperations::calls().size());
   FakeLauncherOperations::setResults({number});
-  Launcher::setLongVariable(1, number % 2);
-  Launcher::setStringVariable(2, "/tmp/@cvj");
+  LauncherFacts::setLongVariable(1, number % 2);
+  LauncherFacts::setStringVariable(2, "/tmp/@cvj");
   if (FakeLauncherOperations::calls().size() > kCallsAllowed) {
     PlatformTestAccess::setCanceled(true);
   }

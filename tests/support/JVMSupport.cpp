@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "launcher/Launcher.h"
+#include "launcher/Log.h"
 #include "support/TestAccess.h"
 
 namespace test {
@@ -52,7 +52,7 @@ std::vector<std::string> linesBeginning(const std::string& log,
 }
 
 LogCapture::LogCapture() {
-  Launcher::setLogFileName(sstr(m_dir / "log"));
+  setLogFileName(sstr(m_dir / "log"));
 }
 
 LogCapture::~LogCapture() {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "instructions/InstructionsException.h"
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
 #include "support/TestAccess.h"
 #include "tagfile/TagFile.h"
 #include "util/LauncherException.h"
@@ -27,9 +27,9 @@ inline void setVariables(const Variables& variables = {}) {
   for (const auto& [name, value] : variables) {
     const auto number = static_cast<std::int32_t>(std::stol(name.substr(1)));
     if (name[0] == 'N') {
-      Launcher::setLongVariable(number, static_cast<std::int32_t>(std::stol(value)));
+      LauncherFacts::setLongVariable(number, static_cast<std::int32_t>(std::stol(value)));
     } else {
-      Launcher::setStringVariable(number, SString(value));
+      LauncherFacts::setStringVariable(number, SString(value));
     }
   }
 }
@@ -38,12 +38,12 @@ inline void setVariables(const Variables& variables = {}) {
 inline std::string describeVariables() {
   std::string text;
   for (std::int32_t n = 1; n <= 5; ++n) {
-    if (const std::int32_t value = Launcher::getLongVariable(n); value != 0) {
+    if (const std::int32_t value = LauncherFacts::getLongVariable(n); value != 0) {
       text += (text.empty() ? "N" : " N") + std::to_string(n) + "=" + std::to_string(value);
     }
   }
   for (std::int32_t n = 1; n <= 10; ++n) {
-    if (const SString value = Launcher::getStringVariable(n); !value.empty()) {
+    if (const SString value = LauncherFacts::getStringVariable(n); !value.empty()) {
       text += (text.empty() ? "S" : " S") + std::to_string(n) + "=[" + toStdString(value) + "]";
     }
   }

@@ -10,7 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
+#include "launcher/Log.h"
 #include "platform/PlatformImpl.h"
 #include "support/ArchiveFixture.h"
 
@@ -161,7 +162,7 @@ TEST_F(LauncherFileIndexTest, FindsEntries) {
 
 TEST_F(LauncherFileIndexTest, LogsTheIndex) {
   useLauncher(launcherFileBytes({{3, 5, "a.jar", "abc"}, {7, -1, "\xC3\xA4 b", ""}}));
-  Launcher::setLogFileName((m_dir / "log").c_str());
+  setLogFileName((m_dir / "log").c_str());
   LauncherInputFiles inputs;
   inputs.load(true);
   EXPECT_EQ(
@@ -174,7 +175,7 @@ TEST_F(LauncherFileIndexTest, LogsTheIndex) {
 // Whatever fails in the index, nothing of it is logged.
 TEST_F(LauncherFileIndexTest, LogsNothingOfABrokenIndex) {
   useLauncher(launcherFileBytes("", bigEndian32(2) + kEntry + "\x9"));
-  Launcher::setLogFileName((m_dir / "log").c_str());
+  setLogFileName((m_dir / "log").c_str());
   LauncherInputFiles inputs;
   EXPECT_EQ("Invalid file type in file index.", errorOf([&] { inputs.load(true); }));
   EXPECT_TRUE(inputs.getFileIndex().findId(1) != nullptr);
@@ -314,7 +315,7 @@ TEST_F(LauncherFileIndexTest, ReadsBackWhatTheWriterWrites) {
       EXPECT_EQ(unpacked.files, entry.getDecompressedFileCount());
       EXPECT_EQ(unpacked.bytes, entry.getDecompressedSize());
     }
-    EXPECT_EQ(round, Launcher::getLauncherPurpose((m_dir / "launcher").c_str()));
+    EXPECT_EQ(round, LauncherFacts::getLauncherPurpose((m_dir / "launcher").c_str()));
     LauncherTestAccess::setPurpose(-1);
   }
 }

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
 #include "support/ArchiveFixture.h"
 
 namespace {
@@ -73,7 +73,7 @@ TEST_F(LauncherInputFilesExtractTest, ReadsBackWhatItExtracts) {
   LauncherInputFiles inputs;
   inputs.load(TagFile("input.tag"));
   inputs.getInstructions()->execute();
-  EXPECT_STREQ("embedded", Launcher::getStringVariable(1).c_str());
+  EXPECT_STREQ("embedded", LauncherFacts::getStringVariable(1).c_str());
   EXPECT_STREQ("Title", inputs.getLaunchScript()->getDesc().c_str());
   ASSERT_EQ(1, inputs.getJVMFiles().getJVMFileCount());
   EXPECT_STREQ("Java", inputs.getJVMFiles().getJVMFile(0)->getDesc().c_str());

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
 #include "platform/PlatformImpl.h"
 #include "support/ArchiveFixture.h"
 
@@ -24,7 +24,7 @@ std::string script(const std::string& name) {
 std::string scriptOf(const LauncherInputFiles& inputs) {
   if (inputs.getInstructions() == nullptr) return "none";
   inputs.getInstructions()->execute();
-  return Launcher::getStringVariable(1).c_str();
+  return LauncherFacts::getStringVariable(1).c_str();
 }
 
 std::string titleShown() {

@@ -204,8 +204,8 @@ TEST(Scripts, AnOperationsVariablesAreSeenByTheNextLine) {
   FakeLauncherOperations::reset();
   FakeLauncherOperations::setHook([] {
     if (FakeLauncherOperations::calls().size() == 1) {
-      Launcher::setLongVariable(1, 1);
-      Launcher::setStringVariable(2, "/tmp/found jvm");
+      LauncherFacts::setLongVariable(1, 1);
+      LauncherFacts::setStringVariable(2, "/tmp/found jvm");
     }
   });
   TagFile script;
@@ -225,7 +225,7 @@ TEST(Scripts, RunAgainFromTheirFirstLine) {
   const auto execute = [&] { return std::to_string(instructions.execute()); };
   EXPECT_EQ("7", test::outcomeOf(execute));
   EXPECT_EQ(error(3, "Invalid command (RUN). "), test::outcomeOf(execute));
-  Launcher::setLongVariable(1, 0);
+  LauncherFacts::setLongVariable(1, 0);
   EXPECT_EQ("0", test::outcomeOf(execute));
   EXPECT_EQ("N1=1 S1=[xxx]", test::describeVariables());
 }

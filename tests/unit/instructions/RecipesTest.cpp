@@ -38,7 +38,7 @@ TEST(Recipes, RunWhetherAJavaIsFoundOrNot) {
     const TagFile script(SString(test::writeFile(dir / "script", asTagFile(block))));
     for (const std::int32_t found : {0, 1}) {
       FakeLauncherOperations::reset();
-      FakeLauncherOperations::setHook([found] { Launcher::setLongVariable(1, found); });
+      FakeLauncherOperations::setHook([found] { LauncherFacts::setLongVariable(1, found); });
       test::setVariables();
       EXPECT_EQ("0",
                 test::outcomeOf([&] { return std::to_string(Instructions(script).execute()); }))

@@ -4,7 +4,6 @@
 #include "jvm/JVMFile.h"
 #include "jvm/JVMMatch.h"
 #include "jvm/VerifyClass.h"
-#include "launcher/Launcher.h"
 #include "support/JVMSupport.h"
 #include "support/TestAccess.h"
 

@@ -7,7 +7,6 @@
 #include "archive/FileIndex.h"
 #include "fakes/FakeDiskScan.h"
 #include "fakes/FakeJVM.h"
-#include "launcher/Launcher.h"
 #include "support/JVMSupport.h"
 #include "support/TestAccess.h"
 

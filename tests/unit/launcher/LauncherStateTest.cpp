@@ -6,7 +6,8 @@
 #include <cstdio>
 #include <string>
 
-#include "launcher/Launcher.h"
+#include "launcher/LauncherFacts.h"
+#include "launcher/Log.h"
 #include "support/TestAccess.h"
 #include "support/TestFiles.h"
 #include "util/LauncherException.h"
@@ -28,10 +29,10 @@ std::string messageOf(Body body) {
 // First of all, with nothing reset before: the values are those of a process that starts.
 TEST(LauncherFirstState, VariablesAreEmptyAndZero) {
   for (std::int32_t n = 1; n <= 10; ++n) {
-    EXPECT_EQ("", std::string(Launcher::getStringVariable(n).view())) << n;
+    EXPECT_EQ("", std::string(LauncherFacts::getStringVariable(n).view())) << n;
   }
   for (std::int32_t n = 1; n <= 5; ++n) {
-    EXPECT_EQ(0, Launcher::getLongVariable(n)) << n;
+    EXPECT_EQ(0, LauncherFacts::getLongVariable(n)) << n;
   }
 }
 
@@ -74,9 +75,9 @@ TEST_F(LauncherVariables, StringsAreOneToTen) {
     const std::string error = row.isString
                                   ? "nothing thrown"
                                   : "Invalid string variable number: " + std::to_string(row.number);
-    EXPECT_EQ(row.isString, Launcher::isValidStringVariable(row.number));
-    EXPECT_EQ(error, messageOf([&] { Launcher::getStringVariable(row.number); }));
-    EXPECT_EQ(error, messageOf([&] { Launcher::setStringVariable(row.number, "v"); }));
+    EXPECT_EQ(row.isString, LauncherFacts::isValidStringVariable(row.number));
+    EXPECT_EQ(error, messageOf([&] { LauncherFacts::getStringVariable(row.number); }));
+    EXPECT_EQ(error, messageOf([&] { LauncherFacts::setStringVariable(row.number, "v"); }));
   }
 }
 
@@ -86,33 +87,33 @@ TEST_F(LauncherVariables, NumbersAreOneToFive) {
     const std::string error =
         row.isNumeric ? "nothing thrown"
                       : "Invalid numeric variable number: " + std::to_string(row.number);
-    EXPECT_EQ(row.isNumeric, Launcher::isValidLongVariable(row.number));
-    EXPECT_EQ(error, messageOf([&] { Launcher::getLongVariable(row.number); }));
-    EXPECT_EQ(error, messageOf([&] { Launcher::setLongVariable(row.number, 1); }));
+    EXPECT_EQ(row.isNumeric, LauncherFacts::isValidLongVariable(row.number));
+    EXPECT_EQ(error, messageOf([&] { LauncherFacts::getLongVariable(row.number); }));
+    EXPECT_EQ(error, messageOf([&] { LauncherFacts::setLongVariable(row.number, 1); }));
   }
 }
 
 TEST_F(LauncherVariables, EachKeepsItsOwnValue) {
   for (std::int32_t n = 1; n <= 10; ++n) {
-    Launcher::setStringVariable(n, SString("value ") + SString(std::to_string(n)));
+    LauncherFacts::setStringVariable(n, SString("value ") + SString(std::to_string(n)));
   }
   const std::int32_t numbers[] = {0, 1, -1, INT_MAX, INT_MIN};
   for (std::int32_t n = 1; n <= 5; ++n) {
-    Launcher::setLongVariable(n, numbers[n - 1]);
+    LauncherFacts::setLongVariable(n, numbers[n - 1]);
   }
   for (std::int32_t n = 1; n <= 10; ++n) {
-    EXPECT_EQ("value " + std::to_string(n), Launcher::getStringVariable(n).c_str());
+    EXPECT_EQ("value " + std::to_string(n), LauncherFacts::getStringVariable(n).c_str());
   }
   for (std::int32_t n = 1; n <= 5; ++n) {
-    EXPECT_EQ(numbers[n - 1], Launcher::getLongVariable(n)) << n;
+    EXPECT_EQ(numbers[n - 1], LauncherFacts::getLongVariable(n)) << n;
   }
 }
 
 TEST_F(LauncherVariables, AReadValueIsACopy) {
-  Launcher::setStringVariable(1, "before");
-  SString copy = Launcher::getStringVariable(1);
+  LauncherFacts::setStringVariable(1, "before");
+  SString copy = LauncherFacts::getStringVariable(1);
   copy.append(" and after");
-  EXPECT_STREQ("before", Launcher::getStringVariable(1).c_str());
+  EXPECT_STREQ("before", LauncherFacts::getStringVariable(1).c_str());
 }
 
 // --- The original launcher's directory ---
@@ -141,17 +142,17 @@ const DirRow kDirRows[] = {
 TEST_F(LauncherFileNames, OriginalDirectoryEndsBeforeTheLastSeparator) {
   for (const DirRow& row : kDirRows) {
     LauncherTestAccess::setOriginalLauncherFileName(row.path);
-    EXPECT_STREQ(row.wanted, Launcher::getOriginalLauncherDir().c_str()) << row.name;
+    EXPECT_STREQ(row.wanted, LauncherFacts::getOriginalLauncherDir().c_str()) << row.name;
   }
 }
 
 TEST_F(LauncherFileNames, TheOriginalMayDifferFromTheRunningOne) {
   LauncherTestAccess::setLauncherFileName("/tmp/copy/setup");
-  EXPECT_STREQ("/tmp/copy/setup", Launcher::getOriginalLauncherFileName().c_str());
+  EXPECT_STREQ("/tmp/copy/setup", LauncherFacts::getOriginalLauncherFileName().c_str());
   LauncherTestAccess::setOriginalLauncherFileName("/cd/setup");
-  EXPECT_STREQ("/tmp/copy/setup", Launcher::getLauncherFileName().c_str());
-  EXPECT_STREQ("/cd/setup", Launcher::getOriginalLauncherFileName().c_str());
-  EXPECT_STREQ("/cd", Launcher::getOriginalLauncherDir().c_str());
+  EXPECT_STREQ("/tmp/copy/setup", LauncherFacts::getLauncherFileName().c_str());
+  EXPECT_STREQ("/cd/setup", LauncherFacts::getOriginalLauncherFileName().c_str());
+  EXPECT_STREQ("/cd", LauncherFacts::getOriginalLauncherDir().c_str());
 }
 
 // --- The purpose byte ---
@@ -182,7 +183,7 @@ TEST_F(LauncherPurpose, IsTheNinthByteFromTheEnd) {
   for (const PurposeRow& row : kPurposeRows) {
     SCOPED_TRACE(row.name);
     const std::string path = test::writeFile(dir / "launcher", row.bytes);
-    EXPECT_EQ(row.wanted, Launcher::getLauncherPurpose(path.c_str()));
+    EXPECT_EQ(row.wanted, LauncherFacts::getLauncherPurpose(path.c_str()));
   }
 }
 
@@ -192,15 +193,15 @@ TEST_F(LauncherPurpose, ZeroAndTwoOfTheRunningLauncherAreQuiet) {
     SCOPED_TRACE(row.name);
     LauncherTestAccess::setPurpose(-1);
     LauncherTestAccess::setLauncherFileName(test::writeFile(dir / "launcher", row.bytes));
-    EXPECT_EQ(row.isQuiet, Launcher::isQuietPurpose());
+    EXPECT_EQ(row.isQuiet, LauncherFacts::isQuietPurpose());
   }
 }
 
 TEST_F(LauncherPurpose, IsMinusOneWhenTheFileDoesNotOpen) {
   const test::TempDir dir;
-  EXPECT_EQ(-1, Launcher::getLauncherPurpose((dir / "missing").c_str()));
-  EXPECT_EQ(-1, Launcher::getLauncherPurpose(dir.path().c_str()));
-  EXPECT_EQ(-1, Launcher::getLauncherPurpose(""));
+  EXPECT_EQ(-1, LauncherFacts::getLauncherPurpose((dir / "missing").c_str()));
+  EXPECT_EQ(-1, LauncherFacts::getLauncherPurpose(dir.path().c_str()));
+  EXPECT_EQ(-1, LauncherFacts::getLauncherPurpose(""));
 }
 
 TEST_F(LauncherPurpose, OfTheRunningLauncherIsReadOnce) {
@@ -209,24 +210,24 @@ TEST_F(LauncherPurpose, OfTheRunningLauncherIsReadOnce) {
                                            "\1"
                                            "12345678");
   LauncherTestAccess::setLauncherFileName(path);
-  EXPECT_EQ(1, Launcher::getLauncherPurpose(path.c_str()));
+  EXPECT_EQ(1, LauncherFacts::getLauncherPurpose(path.c_str()));
   test::writeFile(path,
                   "\2"
                   "12345678");
-  EXPECT_EQ(1, Launcher::getLauncherPurpose(path.c_str()));
+  EXPECT_EQ(1, LauncherFacts::getLauncherPurpose(path.c_str()));
   // Another spelling of the same file is another file.
-  EXPECT_EQ(2, Launcher::getLauncherPurpose((dir / "./launcher").c_str()));
-  EXPECT_EQ(1, Launcher::getLauncherPurpose(path.c_str()));
+  EXPECT_EQ(2, LauncherFacts::getLauncherPurpose((dir / "./launcher").c_str()));
+  EXPECT_EQ(1, LauncherFacts::getLauncherPurpose(path.c_str()));
 }
 
 TEST_F(LauncherPurpose, AFailureIsTriedAgain) {
   const test::TempDir dir;
   LauncherTestAccess::setLauncherFileName(dir / "launcher");
-  EXPECT_EQ(-1, Launcher::getLauncherPurpose((dir / "launcher").c_str()));
+  EXPECT_EQ(-1, LauncherFacts::getLauncherPurpose((dir / "launcher").c_str()));
   test::writeFile(dir / "launcher",
                   "\2"
                   "12345678");
-  EXPECT_EQ(2, Launcher::getLauncherPurpose((dir / "launcher").c_str()));
+  EXPECT_EQ(2, LauncherFacts::getLauncherPurpose((dir / "launcher").c_str()));
 }
 
 TEST_F(LauncherPurpose, OfAnotherFileIsReadEachTime) {
@@ -235,11 +236,11 @@ TEST_F(LauncherPurpose, OfAnotherFileIsReadEachTime) {
   const std::string other = test::writeFile(dir / "other",
                                             "\1"
                                             "12345678");
-  EXPECT_EQ(1, Launcher::getLauncherPurpose(other.c_str()));
+  EXPECT_EQ(1, LauncherFacts::getLauncherPurpose(other.c_str()));
   test::writeFile(other,
                   "\3"
                   "12345678");
-  EXPECT_EQ(3, Launcher::getLauncherPurpose(other.c_str()));
+  EXPECT_EQ(3, LauncherFacts::getLauncherPurpose(other.c_str()));
 }
 
 // --- The log ---
@@ -271,11 +272,11 @@ const char* const kSeparator = "------------------\n";
 
 TEST_F(LauncherLog, EachMessageIsALine) {
   const test::TempDir dir;
-  Launcher::setLogFileName((dir / "log").c_str());
+  setLogFileName((dir / "log").c_str());
   std::string wanted = kSeparator;
   for (const LogRow& row : kLogRows) {
     SCOPED_TRACE(row.name);
-    Launcher::logMessage(SString(row.text), row.type);
+    logMessage(SString(row.text), row.type);
     wanted += row.wanted;
     ASSERT_EQ(wanted, test::readFile(dir / "log"));  // complete after each message
   }
@@ -284,29 +285,29 @@ TEST_F(LauncherLog, EachMessageIsALine) {
 TEST_F(LauncherLog, AppendsToWhatIsThere) {
   const test::TempDir dir;
   test::writeFile(dir / "log", "of an earlier run");
-  Launcher::setLogFileName((dir / "log").c_str());
-  Launcher::logMessage("one", LOG_INFO);
+  setLogFileName((dir / "log").c_str());
+  logMessage("one", LOG_INFO);
   EXPECT_EQ("of an earlier run"s + kSeparator + "one\n", test::readFile(dir / "log"));
 }
 
 TEST_F(LauncherLog, WithoutANameNothingIsWritten) {
   const test::TempDir dir;
   const test::ScopedCurrentDir inside(dir.path());
-  Launcher::logMessage("nobody hears", LOG_ERROR);
+  logMessage("nobody hears", LOG_ERROR);
   EXPECT_TRUE(test::listTree(dir.path()).empty());
 }
 
 // QUIRK(log-separator-once)
 TEST_F(LauncherLog, ASecondLogFileGetsNoSeparator) {
   const test::TempDir dir;
-  Launcher::setLogFileName((dir / "first").c_str());
-  Launcher::logMessage("one", LOG_INFO);
-  Launcher::setLogFileName((dir / "second").c_str());
-  Launcher::logMessage("two", LOG_INFO);
-  Launcher::setLogFileName("");
-  Launcher::logMessage("nowhere", LOG_INFO);
-  Launcher::setLogFileName((dir / "first").c_str());
-  Launcher::logMessage("three", LOG_INFO);
+  setLogFileName((dir / "first").c_str());
+  logMessage("one", LOG_INFO);
+  setLogFileName((dir / "second").c_str());
+  logMessage("two", LOG_INFO);
+  setLogFileName("");
+  logMessage("nowhere", LOG_INFO);
+  setLogFileName((dir / "first").c_str());
+  logMessage("three", LOG_INFO);
   EXPECT_EQ(kSeparator + "one\nthree\n"s, test::readFile(dir / "first"));
   EXPECT_EQ("two\n", test::readFile(dir / "second"));
 }
@@ -314,16 +315,16 @@ TEST_F(LauncherLog, ASecondLogFileGetsNoSeparator) {
 TEST_F(LauncherLog, AFileThatDoesNotOpenIsNotReported) {
   const test::TempDir dir;
   const std::string output = test::captureStdout([&] {
-    Launcher::setLogFileName((dir / "missing/log").c_str());
-    Launcher::logMessage("lost", LOG_ERROR);
-    Launcher::setLogFileName(dir.path().c_str());  // a directory
-    Launcher::logMessage("lost", LOG_ERROR);
+    setLogFileName((dir / "missing/log").c_str());
+    logMessage("lost", LOG_ERROR);
+    setLogFileName(dir.path().c_str());  // a directory
+    logMessage("lost", LOG_ERROR);
   });
   EXPECT_EQ("", output);
   EXPECT_TRUE(test::listTree(dir.path()).empty());
   // The separator was not written either: the first line that can be written brings it.
-  Launcher::setLogFileName((dir / "log").c_str());
-  Launcher::logMessage("kept", LOG_INFO);
+  setLogFileName((dir / "log").c_str());
+  logMessage("kept", LOG_INFO);
   EXPECT_EQ(kSeparator + "kept\n"s, test::readFile(dir / "log"));
 }
 
@@ -331,19 +332,19 @@ TEST_F(LauncherLog, LeavesErrnoAsItWas) {
   const test::TempDir dir;
   const std::string names[] = {"", dir / "log", dir / "missing/log", dir.path(), "/dev/full"};
   for (const std::string& name : names) {
-    Launcher::setLogFileName(name.c_str());
+    setLogFileName(name.c_str());
     errno = EXDEV;
-    Launcher::logMessage("text", LOG_INFO);
+    logMessage("text", LOG_INFO);
     EXPECT_EQ(EXDEV, errno) << name;
   }
 }
 
 TEST_F(LauncherLog, AFileRemovedInBetweenIsMadeAnew) {
   const test::TempDir dir;
-  Launcher::setLogFileName((dir / "log").c_str());
-  Launcher::logMessage("one", LOG_INFO);
+  setLogFileName((dir / "log").c_str());
+  logMessage("one", LOG_INFO);
   ASSERT_EQ(0, std::remove((dir / "log").c_str()));
-  Launcher::logMessage("two", LOG_INFO);
+  logMessage("two", LOG_INFO);
   EXPECT_EQ("two\n", test::readFile(dir / "log"));
 }
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "launcher/Launcher.h"
+#include "launcher/Log.h"
 #include "platform/DeleteFullDir.h"
 #include "platform/PlatformImpl.h"
 #include "support/ConsoleState.h"
@@ -27,9 +27,9 @@ class Scratch {
  public:
   explicit Scratch(const Strings& entries) {
     EXPECT_EQ(0, chmod(m_dir.path().c_str(), 0777));
-    Launcher::setLogFileName("/dev/null");
-    Launcher::logMessage("", LOG_INFO);  // the separator line of the first message
-    Launcher::setLogFileName(logPath().c_str());
+    setLogFileName("/dev/null");
+    logMessage("", LOG_INFO);  // the separator line of the first message
+    setLogFileName(logPath().c_str());
     EXPECT_EQ(0, chmod(m_log.path().c_str(), 0777));
     for (const std::string& entry : entries) {
       make(entry);

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "launcher/Launcher.h"
+#include "launcher/Log.h"
 #include "support/TestFiles.h"
 #include "tagfile/StreamUtils.h"
 #include "util/LauncherException.h"
@@ -265,7 +265,7 @@ constexpr FailureRow kFailureRows[] = {
 
 TEST(TagFileTest, FailsToLoad) {
   const test::TempDir dir;
-  Launcher::setLogFileName(toSString(dir / "log"));
+  setLogFileName(toSString(dir / "log"));
   std::string log;
   for (const FailureRow& row : kFailureRows) {
     SCOPED_TRACE(row.name);
@@ -308,7 +308,7 @@ TEST(TagFileTest, ReadErrorIsTheEnd) {
 TEST(TagFileTest, LogsSyntaxErrors) {
   constexpr const char* wanted = "Syntax error in file at line -1 ==> the message";
   const test::TempDir dir;
-  Launcher::setLogFileName(toSString(dir / "log"));
+  setLogFileName(toSString(dir / "log"));
   try {
     TagFile::logSyntaxError("the message", "file", -1);
   } catch (const LauncherException& e) {
@@ -569,7 +569,7 @@ TEST(TagFileTest, ReplacesTheFileThatItWrites) {
 
 TEST(TagFileTest, SaysNothingWhenItCannotWrite) {
   const test::TempDir dir;
-  Launcher::setLogFileName(toSString(dir / "log"));
+  setLogFileName(toSString(dir / "log"));
   TagFile document;
   document.setTagValue("A", "1");
   EXPECT_FALSE(document.write(toSString(dir / "no/such/folder/file")));

@@ -1,6 +1,5 @@
-// The low part of Launcher: the script's variables, file names and the purpose byte. It calls
-// nothing but stdio and the text helpers.
-#include "launcher/Launcher.h"
+// It calls nothing but stdio and the text helpers.
+#include "launcher/LauncherFacts.h"
 
 #include <cstdio>
 
@@ -33,41 +32,37 @@ void requireVariable(bool isValid, const char* message, std::int32_t number) {
 
 }  // namespace
 
-void Launcher::setLogFileName(const SString& name) {
-  g_launcher.m_logFileName = name;
-}
-
-SString Launcher::getLauncherFileName() {
+SString LauncherFacts::getLauncherFileName() {
   return g_launcher.m_launcherFileName;
 }
 
-SString Launcher::getOriginalLauncherFileName() {
+SString LauncherFacts::getOriginalLauncherFileName() {
   return g_launcher.m_origLauncherFileName;
 }
 
-SString& Launcher::getUserJavaHome() {
+SString& LauncherFacts::getUserJavaHome() {
   return g_launcher.m_userJavaHome;
 }
 
-SString& Launcher::getPrependClasspath() {
+SString& LauncherFacts::getPrependClasspath() {
   return g_launcher.m_prependClasspath;
 }
 
-SString& Launcher::getAppendClasspath() {
+SString& LauncherFacts::getAppendClasspath() {
   return g_launcher.m_appendClasspath;
 }
 
-SString& Launcher::getErrOutput() {
+SString& LauncherFacts::getErrOutput() {
   return g_launcher.m_errOutput;
 }
 
-SString Launcher::getOriginalLauncherDir() {
+SString LauncherFacts::getOriginalLauncherDir() {
   const std::size_t separator = g_launcher.m_origLauncherFileName.find_last_of("/\\");
   return separator == SString::npos ? SString()
                                     : g_launcher.m_origLauncherFileName.substr(0, separator);
 }
 
-std::int32_t Launcher::getLauncherPurpose(const char* file) {
+std::int32_t LauncherFacts::getLauncherPurpose(const char* file) {
   const bool isOurs = g_launcher.m_launcherFileName == file;
   if (isOurs && g_launcher.m_launcherPurpose != -1) {
     return g_launcher.m_launcherPurpose;
@@ -79,35 +74,35 @@ std::int32_t Launcher::getLauncherPurpose(const char* file) {
   return purpose;
 }
 
-bool Launcher::isQuietPurpose() {
+bool LauncherFacts::isQuietPurpose() {
   const std::int32_t purpose = getLauncherPurpose(g_launcher.m_launcherFileName.c_str());
   return purpose == 0 || purpose == 2;
 }
 
-bool Launcher::isValidStringVariable(std::int32_t number) {
+bool LauncherFacts::isValidStringVariable(std::int32_t number) {
   return number >= 1 && number <= kStringVariables;
 }
 
-bool Launcher::isValidLongVariable(std::int32_t number) {
+bool LauncherFacts::isValidLongVariable(std::int32_t number) {
   return number >= 1 && number <= kNumericVariables;
 }
 
-SString Launcher::getStringVariable(std::int32_t number) {
+SString LauncherFacts::getStringVariable(std::int32_t number) {
   requireVariable(isValidStringVariable(number), kInvalidStringVariable, number);
   return g_launcher.m_stringVariables[number - 1];
 }
 
-void Launcher::setStringVariable(std::int32_t number, const SString& value) {
+void LauncherFacts::setStringVariable(std::int32_t number, const SString& value) {
   requireVariable(isValidStringVariable(number), kInvalidStringVariable, number);
   g_launcher.m_stringVariables[number - 1] = value;
 }
 
-std::int32_t Launcher::getLongVariable(std::int32_t number) {
+std::int32_t LauncherFacts::getLongVariable(std::int32_t number) {
   requireVariable(isValidLongVariable(number), kInvalidNumericVariable, number);
   return g_launcher.m_numericVariables[number - 1];
 }
 
-void Launcher::setLongVariable(std::int32_t number, std::int32_t value) {
+void LauncherFacts::setLongVariable(std::int32_t number, std::int32_t value) {
   requireVariable(isValidLongVariable(number), kInvalidNumericVariable, number);
   g_launcher.m_numericVariables[number - 1] = value;
 }
