@@ -97,6 +97,7 @@ done
 test_preset release
 test_preset asan
 test_big_endian
+check "Torture, a choice of its cases" "$root/scripts/torture.sh" --short
 check "The demo" "$root/scripts/demo.sh"
 check "The demo once more" "$root/scripts/demo.sh"
 check "The demo without a suitable Java" demo_without_jvm

@@ -27,6 +27,7 @@ struct Surrounding {
   bool harmless = false;
   std::vector<std::string> scenarios = {};  // empty: all but the scan
   std::string logged = "";                  // has to stand in the log
+  std::chrono::seconds limit{40};
 };
 
 constexpr long kPage = 4096;
@@ -106,7 +107,8 @@ void addMounts(std::vector<Surrounding>& all) {
                        mounts.push_back(Mount::dead(world.outside("a-dead-one")));
                      },
                  .scenarios = {"scan"},
-                 .logged = "/a-dead-one"});
+                 .logged = "/a-dead-one",
+                 .limit = std::chrono::seconds(15)});
 }
 
 struct Case {
@@ -131,7 +133,7 @@ void perform(const Case& one, Worlds& worlds, Report& report) {
     Mounts mounts;
     surrounding.prepare(world, mounts);
     Watch watch;
-    outcome = world.run(watch);
+    outcome = world.run(watch, surrounding.limit);
   }
   world.command = usual;
   Harm harm;

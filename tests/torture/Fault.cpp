@@ -102,7 +102,7 @@ std::vector<Fault> faultsOf(const Scenario& scenario, World& world) {
 
 // For the short form: each kind of fault once for each process, and some of the rest.
 std::vector<Fault> chosen(const std::vector<Fault>& all) {
-  constexpr std::size_t kRest = 250;
+  constexpr std::size_t kRest = 800;
   const std::size_t stride = std::max<std::size_t>(1, all.size() / kRest);
   std::set<std::tuple<const Scenario*, bool, std::string, int>> seen;
   std::vector<Fault> some;
@@ -152,7 +152,7 @@ class Injection {
     harm.onOutput = m_onOutput;
     harm.onLog = m_fault.goesOn || m_onLog;
     harm.onRemoval = m_fault.goesOn || kRemoving.count(m_fault.call) != 0;
-    harm.harmless = m_fault.error == EINTR && m_fault.call.substr(0, 3) != "dup";
+    harm.harmless = m_isHarmless;
     return harm;
   }
 
@@ -162,11 +162,21 @@ class Injection {
       m_what = describe(call);
     }
     m_hit = true;
-    const std::string name = row.name;
-    const bool isWrite = name.find("write") != std::string::npos;
+    const bool goesOnWriting = m_fault.goesOn && callsInWantOf(m_fault.error).count("write") != 0;
+    const bool isOnLog = m_what.find("log.txt") != std::string::npos;
+    const bool isWrite = std::string(row.name).find("write") != std::string::npos;
     m_onOutput =
-        m_onOutput || m_fault.goesOn || (isWrite && (call.args[0] == 1 || call.args[0] == 2));
-    m_onLog = m_onLog || m_what.find("log.txt") != std::string::npos;
+        m_onOutput || goesOnWriting || (isWrite && (call.args[0] == 1 || call.args[0] == 2));
+    m_onLog = m_onLog || isOnLog;
+    m_isHarmless = !m_fault.goesOn && (isOnLog || isBriefWait(row));
+  }
+
+  // A signal interrupts a wait; of files a read or a write is never interrupted.
+  bool isBriefWait(const FallibleCall& row) const {
+    static const std::set<std::string> kWaits = {"wait4", "waitid",   "poll",
+                                                 "ppoll", "pselect6", "select"};
+    const bool isOnPipe = m_what.starts_with("read pipe:") || m_what.starts_with("write pipe:");
+    return m_fault.error == EINTR && (isOnPipe || kWaits.count(row.name) != 0);
   }
 
   const Fault& m_fault;
@@ -174,6 +184,7 @@ class Injection {
   bool m_hit = false;
   bool m_onOutput = false;
   bool m_onLog = false;
+  bool m_isHarmless = false;
   std::string m_what;
 };
 

@@ -202,7 +202,7 @@ std::vector<std::string> namesOf(const Options& options, bool canTrace) {
   if (!options.oneCase.empty()) {
     return {options.oneCase};
   }
-  const int count = options.signals != 0 ? options.signals : options.isShort ? 150 : 500;
+  const int count = options.signals != 0 ? options.signals : options.isShort ? 250 : 500;
   std::vector<std::string> names;
   for (int i = 0; i < count; ++i) {
     names.push_back("time/" + std::to_string(i));

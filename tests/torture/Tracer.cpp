@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <iterator>
 #include <set>
 
@@ -156,22 +157,37 @@ std::string readText(pid_t pid, std::uint64_t address) {
   return bytes;
 }
 
+namespace {
+
+// What a descriptor of another process stands for; empty for none.
+std::string targetOf(pid_t pid, std::uint64_t descriptor) {
+  const auto number = static_cast<int>(descriptor);
+  std::error_code error;
+  const auto path = std::filesystem::read_symlink(
+      "/proc/" + std::to_string(pid) + "/fd/" + std::to_string(number), error);
+  return error ? "" : path.string();
+}
+
+// Which argument of a call is a path; -1 where the first one is a descriptor, if anything.
+int pathArgument(const std::string& name) {
+  static const std::set<std::string> kFirst = {"open",   "stat",  "lstat",  "access", "readlink",
+                                               "mkdir",  "rmdir", "unlink", "rename", "chmod",
+                                               "execve", "chdir", "statfs"};
+  static const std::set<std::string> kSecond = {"openat",     "newfstatat", "statx",   "faccessat",
+                                                "faccessat2", "readlinkat", "mkdirat", "unlinkat",
+                                                "renameat",   "fchmodat"};
+  return kFirst.count(name) != 0 ? 0 : kSecond.count(name) != 0 ? 1 : -1;
+}
+
+}  // namespace
+
 std::string describe(const Call& call) {
-  static const std::set<std::string> kPathFirst = {
-      "open",   "stat",   "lstat", "access", "readlink", "mkdir", "rmdir",
-      "unlink", "rename", "chmod", "execve", "chdir",    "statfs"};
-  static const std::set<std::string> kPathSecond = {
-      "openat",     "newfstatat", "statx",    "faccessat", "faccessat2",
-      "readlinkat", "mkdirat",    "unlinkat", "renameat",  "fchmodat"};
   const FallibleCall* const row = fallibleCall(call.number);
   const std::string name = row == nullptr ? "call " + std::to_string(call.number) : row->name;
-  if (kPathFirst.count(name) != 0) {
-    return name + " " + readText(call.pid, call.args[0]);
-  }
-  if (kPathSecond.count(name) != 0) {
-    return name + " " + readText(call.pid, call.args[1]);
-  }
-  return name + "(" + std::to_string(static_cast<long>(call.args[0])) + ")";
+  const int argument = pathArgument(name);
+  const std::string path = argument == -1 ? "" : readText(call.pid, call.args[argument]);
+  const std::string target = path.empty() ? targetOf(call.pid, call.args[0]) : path;
+  return name + (target.empty() ? "" : " " + target);
 }
 
 }  // namespace torture

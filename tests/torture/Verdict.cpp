@@ -73,6 +73,10 @@ std::string lastLine(const std::string& text) {
   return text.substr(begin == std::string::npos ? 0 : begin + 1);
 }
 
+bool saysWhy(const std::string& log) {
+  return contains(log, "ERROR") || contains(log, "WARNING") || contains(log, " does not exist");
+}
+
 // A handed out name is one of a whole file; "0" or nothing else may be said.
 void judgeSearch(const Harm& harm, const Outcome& outcome, const Outcome& reference,
                  std::vector<std::string>& problems) {
@@ -85,7 +89,7 @@ void judgeSearch(const Harm& harm, const Outcome& outcome, const Outcome& refere
   }
   if (!outcome.out.ends_with("0\n")) {
     problems.push_back("false success: neither a result nor \"0\"");
-  } else if (!harm.onLog && !contains(outcome.log, "ERROR") && !contains(outcome.log, "WARNING")) {
+  } else if (!harm.onLog && !saysWhy(outcome.log)) {
     problems.push_back("the log does not say why nothing is found");
   }
 }

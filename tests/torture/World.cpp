@@ -201,11 +201,10 @@ Outcome World::collect(Ending ending) const {
   return outcome;
 }
 
-Outcome World::run(Watch& watch) {
-  constexpr std::chrono::seconds kLimit(40);
+Outcome World::run(Watch& watch, std::chrono::seconds limit) {
   reset();
   watch.start(command);
-  return collect(watch.finish(kLimit));
+  return collect(watch.finish(limit));
 }
 
 std::string World::normalised(const std::string& text) const {

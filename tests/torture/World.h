@@ -67,8 +67,8 @@ class World {
   void reset();
   // Everything that a run has left to be seen; `ending` is kept in it.
   Outcome collect(Ending ending) const;
-  // reset, start, finish, collect.
-  Outcome run(Watch& watch);
+  // reset, start, finish, collect. A run that takes longer hangs.
+  Outcome run(Watch& watch, std::chrono::seconds limit = std::chrono::seconds(40));
   // Names of this run in `text` replaced by ones that are always the same.
   std::string normalised(const std::string& text) const;
 
