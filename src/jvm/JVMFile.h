@@ -12,6 +12,7 @@
 
 #include <memory>
 
+#include "launchscript/LaunchScriptGrammar.h"
 #include "launchscript/MacroHandler.h"
 #include "util/SString.h"
 #include "util/StringPair.h"
@@ -31,7 +32,7 @@ class JVMFile : public MacroHandler {
 
   using MacroHandler::resolve;
   // `text` with every @TAG@ replaced by the tag's first value; an unknown tag disappears.
-  SString resolve(const SString& text) const { return resolve(text, '@'); }
+  SString resolve(const SString& text) const { return resolve(text, kTagMark); }
   SString processMacro(const MacroText& text, char delimiter, std::size_t start,
                        std::size_t& end) const override;
 

@@ -19,7 +19,7 @@ constexpr std::int32_t kStepsForMissingExe = 2;
 constexpr std::int32_t kStepsForRun = 6;
 
 SString macro(const char* tag) {
-  return SString("@") + tag + "@";
+  return SString(&kTagMark, 1) + tag + kTagMark;
 }
 
 // The argument of the class-path function. A path in quotes goes in as a string that keeps them.

@@ -3,6 +3,7 @@
 #include "jvm/JVMFile.h"
 #include "launcher/LauncherFacts.h"
 #include "launcher/Log.h"
+#include "launchscript/LaunchScriptGrammar.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
@@ -93,8 +94,8 @@ SString LaunchScript::resolve(const JVMFile& jvm) const {
   };
   const Scope scope{*this};
   m_currentJVMFile = &jvm;
-  const SString withoutFunctions = MacroHandler::resolve(m_command, '%');
-  return MacroHandler::resolve(jvm.resolve(withoutFunctions), '#');
+  const SString withoutFunctions = MacroHandler::resolve(m_command, kFunctionMark);
+  return MacroHandler::resolve(jvm.resolve(withoutFunctions), kEnvironmentMark);
 }
 
 int LaunchScript::execute(const JVMFile& jvm, const StringDeque* extraArgs, bool forceConsole) {

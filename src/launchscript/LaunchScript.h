@@ -16,6 +16,7 @@
 
 class FileIndex;
 class JVMFile;
+enum class Function;
 
 class LaunchScript : public MacroHandler {
  public:
@@ -60,24 +61,15 @@ class LaunchScript : public MacroHandler {
   SString makeSystemProp(const JVMFile& jvm, const SString& name, const SString& value) const;
 
  private:
-  struct FunctionRow;
-  static const FunctionRow kFunctions[];
-
   int run(const JVMFile& jvm, const SString& command, const SString& directory, bool console);
   void logOutput() const;
-  static const FunctionRow* findFunction(const SString& name);
   std::size_t readCall(const MacroText& text, std::size_t position, StringDeque& args) const;
   SString tagValue(const char* key) const;  // of the current jvm file
+  SString call(Function function, const StringDeque& args) const;
   SString callReplace(const StringDeque& args) const;
-  SString callRuntimeSystemProp(const StringDeque& args) const;
-  SString callRuntimeJavaArgs(const StringDeque& args) const;
-  SString callSystemProp(const StringDeque& args) const;
   SString callCP(const StringDeque& args) const;
   SString callIfExists(const StringDeque& args) const;
-  SString callLauncherFile(const StringDeque& args) const;
-  SString callLauncherDir(const StringDeque& args) const;
-  SString callApplicationArchive(const StringDeque& args) const;
-  SString callTempDir(const StringDeque& args) const;
+  SString callTempDir() const;
   SString buildClasspath(const StringDeque& args, bool forEnvironment) const;
   void addOptionToClasspath(SString& classpath, const SString& option) const;
   SString resolveArchive() const;

@@ -1,0 +1,46 @@
+// LaunchScriptGrammar: the functions of the launch script's templates, how many arguments each
+// takes, and what is said when their number is wrong.
+//
+// One table for all who read templates: the launcher calls the functions by it, and the checker of
+// corvane-pack looks at the calls by it. docs/launch-script.md tells the same to authors.
+#ifndef CORVANE_LAUNCHSCRIPT_LAUNCHSCRIPTGRAMMAR_H
+#define CORVANE_LAUNCHSCRIPT_LAUNCHSCRIPTGRAMMAR_H
+
+#include <span>
+#include <string_view>
+
+// What stands on both sides of a name in a template.
+inline constexpr char kFunctionMark = '%';
+inline constexpr char kTagMark = '@';          // of the jvm file
+inline constexpr char kEnvironmentMark = '#';  // an environment variable
+
+enum class Function {
+  kReplace,
+  kRuntimeSystemProp,
+  kRuntimeJavaArgs,
+  kSystemProp,
+  kCP,
+  kIfExists,
+  kLauncherFile,
+  kLauncherDir,
+  kApplicationArchive,
+  kTempDir,
+};
+
+inline constexpr long kAnyNumber = 0x7FFFFFFF;
+
+struct FunctionGrammar {
+  const char* name;
+  Function function;
+  long leastArguments;
+  long mostArguments;
+  const char* wrongCount;
+};
+
+// All functions; each once.
+extern const std::span<const FunctionGrammar> kFunctionGrammar;
+
+// The function of that name, byte by byte, or null.
+const FunctionGrammar* findFunction(std::string_view name);
+
+#endif
