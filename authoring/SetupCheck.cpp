@@ -5,14 +5,19 @@
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/FileTypes.h"
+#include "authoring/NearestName.h"
 #include "authoring/ScriptCheck.h"
+#include "authoring/TemplateCheck.h"
+#include "launchscript/LaunchScriptGrammar.h"
 #include "tagfile/TagNames.h"
+#include "tagfile/TagTables.h"
 #include "tagfile/TextUtils.h"
 
 namespace authoring {
 namespace {
 
 using Findings = std::vector<std::string>;
+using Names = std::vector<SString>;
 
 const SetupFile* findFirst(const Setup& setup, std::int32_t type) {
   const auto file = std::find_if(setup.files.begin(), setup.files.end(),
@@ -44,29 +49,46 @@ void checkNames(const Setup& setup, Findings& findings) {
 
 // --- The tags of one file ---
 
+// True when a text of the setup names a tag of the author's own.
+bool isReferredTo(const Setup& setup, const std::string& name) {
+  const auto names = [&name](const SString& text) {
+    return text.find(kTagMark + name + kTagMark) != SString::npos ||
+           text.find("\"" + name + "\"") != SString::npos;
+  };
+  for (const SetupFile& file : setup.files) {
+    for (const SString& tag : file.tagFile == nullptr ? Names() : file.tagFile->getNames()) {
+      for (long i = 0; i < file.tagFile->getTagValueCount(tag.c_str()); ++i) {
+        if (names(file.tagFile->getTagValue(tag.c_str(), static_cast<unsigned long>(i)))) {
+          return true;
+        }
+      }
+    }
+  }
+  return false;
+}
+
 class TagCheck {
  public:
-  TagCheck(const SetupFile& file, Findings& findings) : m_file(file), m_findings(findings) {}
+  TagCheck(const Setup& setup, const SetupFile& file, Findings& findings)
+      : m_setup(setup), m_file(file), m_findings(findings) {}
 
   void run() {
     switch (m_file.type) {
       case FILE_TYPE_INSTRUCTIONS:
         need(tagname::kInstructions, "the launcher does nothing and ends with status 0");
-        break;
+        return checkTags(kInstructionTags);
       case FILE_TYPE_JVM:
-        checkJVMFile();
-        break;
+        need(tagname::kJVMExe, "no JVM is ever accepted");
+        need(tagname::kJVMProperties, "hints are not looked at and VERIFY accepts no JVM");
+        return checkTags(kJVMFileTags);
       case FILE_TYPE_LAUNCH_SCRIPT:
         need(tagname::kCommand, "there is nothing to run");
-        needAscii(tagname::kDesc);
-        needNumber(tagname::kDisplayConsole);
-        needNumber(tagname::kAutoSetWorkingDir);
-        break;
+        return checkTags(kLaunchScriptTags);
       case FILE_TYPE_JVM_MESSAGE:
-        checkMessage();
-        break;
+        need(tagname::kMessage, "an empty line is shown when no JVM is found");
+        return checkTags(kJVMMessageTags);
       default:
-        break;
+        return;
     }
   }
 
@@ -77,6 +99,50 @@ class TagCheck {
   void need(const char* tag, const char* consequence) {
     if (value(tag).empty()) {
       find(std::string(tag) + " is missing: " + consequence);
+    }
+  }
+
+  void checkTags(TagTable table) {
+    for (const TagRow& row : table) {
+      checkCount(row);
+      checkValue(row);
+    }
+    for (const SString& name : m_file.tagFile->getNames()) {
+      if (findTag(table, name) == nullptr) {
+        checkUnknown(std::string(name.view()), table);
+      }
+    }
+  }
+
+  void checkCount(const TagRow& row) {
+    if (row.values == TagValues::kFirst && m_file.tagFile->getTagValueCount(row.name) > 1) {
+      find(std::string(row.name) +
+           " has several lines, of which the first alone counts; write one line");
+    }
+  }
+
+  void checkValue(const TagRow& row) {
+    switch (row.kind) {
+      case TagKind::kShownText:
+        return needAscii(row.name);
+      case TagKind::kFlag:
+        return needNumber(row.name);
+      case TagKind::kOne:
+        return needOne(row.name);
+      case TagKind::kProperty:
+        return checkProperties(row.name);
+      case TagKind::kTemplate:
+        return checkTemplate(m_file.label + ": " + row.name, value(row.name), m_findings);
+      default:
+        return;
+    }
+  }
+
+  // Tags of the author's own are welcome; only what looks like a known one is told.
+  void checkUnknown(const std::string& name, TagTable table) {
+    const std::string hint = didYouMean(name, table);
+    if (!hint.empty() && !isReferredTo(m_setup, name)) {
+      find(printable(name) + " is no tag that the launcher knows" + hint);
     }
   }
 
@@ -98,27 +164,24 @@ class TagCheck {
     }
   }
 
-  void checkJVMFile() {
-    need(tagname::kJVMExe, "no JVM is ever accepted");
-    need(tagname::kJVMProperties, "hints are not looked at and VERIFY accepts no JVM");
-    for (long i = 0; i < m_file.tagFile->getTagValueCount(tagname::kJVMProperties); ++i) {
-      const SString line =
-          m_file.tagFile->getTagValue(tagname::kJVMProperties, static_cast<unsigned long>(i));
+  void needOne(const char* tag) {
+    const SString text = value(tag);
+    if (!text.empty() && text != "1" && text != "0") {
+      find(std::string(tag) + ": \"" + text.c_str() + "\" counts as 0; write 1 or 0");
+    }
+  }
+
+  void checkProperties(const char* tag) {
+    for (long i = 0; i < m_file.tagFile->getTagValueCount(tag); ++i) {
+      const SString line = m_file.tagFile->getTagValue(tag, static_cast<unsigned long>(i));
       if (line.find('=') == SString::npos) {
-        find("JVM_PROPERTIES: \"" + std::string(line.view()) + "\" is ignored; write name = value");
+        find(std::string(tag) + ": \"" + std::string(line.view()) +
+             "\" is ignored; write name = value");
       }
     }
-    needAscii(tagname::kDesc);
-    needNumber(tagname::kSearchAll);
   }
 
-  void checkMessage() {
-    need(tagname::kMessage, "an empty line is shown when no JVM is found");
-    if (m_file.tagFile->getTagValueCount(tagname::kMessage) > 1) {
-      find("MESSAGE has several lines, of which the first alone is shown; write one line");
-    }
-  }
-
+  const Setup& m_setup;
   const SetupFile& m_file;
   Findings& m_findings;
 };
@@ -173,7 +236,7 @@ std::vector<std::string> checkSetup(const Setup& setup) {
   }
   for (const SetupFile& file : setup.files) {
     if (file.tagFile != nullptr) {
-      TagCheck(file, findings).run();
+      TagCheck(setup, file, findings).run();
     }
   }
   if (script != nullptr && script->tagFile != nullptr) {

@@ -210,14 +210,26 @@ bool TagFile::write(const SString& path) const {
   return std::fclose(file.release()) == 0 && written;
 }
 
-void TagFile::write(std::FILE* file) const {
+std::vector<const TagFile::Entries::value_type*> TagFile::ordered() const {
   std::vector<const Entries::value_type*> ordered;
   for (const auto& entry : m_entries) {
     ordered.push_back(&entry);
   }
   std::sort(ordered.begin(), ordered.end(),
             [](const auto* a, const auto* b) { return a->second.place < b->second.place; });
-  for (const auto* entry : ordered) {
+  return ordered;
+}
+
+std::vector<SString> TagFile::getNames() const {
+  std::vector<SString> names;
+  for (const auto* entry : ordered()) {
+    names.push_back(entry->first);
+  }
+  return names;
+}
+
+void TagFile::write(std::FILE* file) const {
+  for (const auto* entry : ordered()) {
     writeTag(file, entry->first, entry->second.values);
   }
 }

@@ -14,6 +14,7 @@
 #include <functional>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "util/PtrDeque.h"
 #include "util/SString.h"
@@ -54,6 +55,7 @@ class TagFile {
   // The tag's values, owned by the document, or null.
   const StringDeque* getValue(const char* key) const;
   long getTagValueCount(const char* key) const;
+  std::vector<SString> getNames() const;  // of all tags, in their order
   // Makes `value` the tag's only value; a new tag goes to the end.
   void setTagValue(const SString& key, const SString& value);
   // Adds `value` behind the tag's values.
@@ -88,6 +90,7 @@ class TagFile {
   // By name, since a hostile file may hold millions of tags; `write` puts them in order.
   using Entries = std::unordered_map<SString, TagFileEntry, KeyHash, std::equal_to<>>;
 
+  std::vector<const Entries::value_type*> ordered() const;
   StringDeque& valuesOf(const SString& key);  // of a new tag when there is none of that name
   std::string_view readLine(Source& source);
   void loadTag(Source& source, std::string_view line);

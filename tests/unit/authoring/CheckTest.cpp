@@ -252,12 +252,65 @@ const std::vector<SetupRow> kSetupRows = {
      {"l: DESC holds letters beyond ASCII, which are shown wrongly; write each as \\u and its four "
       "hexadecimal digits"}},
 
+    {"launch script with every function",
+     withScript({2, 2, "l",
+                 "COMMAND: %CP%() %CP%(\"a\",\"%LAUNCHER_DIR%()/b\") %SYSTEMPROP%(\"a\",\"b\")"
+                 " %RUNTIME_SYSTEMPROP%() %RUNTIME_JAVAARGS%() %IF_EXISTS%(\"A\",\"%TEMP_DIR%()\")"
+                 " %REPLACE%(\"a\", \"b\", \"c\") %LAUNCHER_FILE%() %APPLICATION_ARCHIVE%()"
+                 " %APPLICATION_ARCHIVE%(\"a\") 100% @x@ #y#\nARCHIVE: %LAUNCHER_DIR%()/a.jar\n"}),
+     {}},
+    {"launch script with functions that there are not",
+     withScript({2, 2, "l", "COMMAND: %CPP%(\"%TEMPDIR%()\") %cp%() %WHAT%()\nARCHIVE: %A%()\n"}),
+     {"l: COMMAND: there is no function \"CPP\"; did you mean CP?",
+      "l: COMMAND: there is no function \"TEMPDIR\"; did you mean TEMP_DIR?",
+      "l: COMMAND: there is no function \"cp\"; did you mean CP?",
+      "l: COMMAND: there is no function \"WHAT\"", "l: ARCHIVE: there is no function \"A\""}},
+    {"launch script with a percent sign that calls nothing",
+     withScript({2, 2, "l", "COMMAND: 100% of %CP%() and %NONE%()\n"}),
+     {"l: COMMAND: there is no function \" of \""}},
+    {"launch script with wrong numbers of arguments",
+     withScript(
+         {2, 2, "l",
+          "COMMAND: %REPLACE%(\"a\",\"b\") %TEMP_DIR%(\"a\") %APPLICATION_ARCHIVE%(\"a\",\"b\")"
+          " %CP%(\"%SYSTEMPROP%(\"\"a\"\")\") %IF_EXISTS%()\n"}),
+     {"l: COMMAND: REPLACE needs 3 arguments and has 2",
+      "l: COMMAND: TEMP_DIR takes no arguments and has 1",
+      "l: COMMAND: APPLICATION_ARCHIVE takes at most 1 argument and has 2",
+      "l: COMMAND: SYSTEMPROP needs 2 arguments and has 1",
+      "l: COMMAND: IF_EXISTS needs 2 arguments and has 0"}},
+    {"launch script with a call that does not end",
+     withScript({2, 2, "l", "COMMAND: %CP%(\"a\" %NONE%()\nARCHIVE: %TEMP_DIR%/a\n"}),
+     {"l: COMMAND: CP needs parentheses, and in them texts in double quotes with commas between",
+      "l: ARCHIVE: TEMP_DIR needs parentheses, and in them texts in double quotes with commas "
+      "between"}},
+
+    {"misspelt tags",
+     {{0, 1, "i", "INSTRUCTIONS: //\nINSTRUCTION: //\n"},
+      {1, 2, "j", "JVM_EXE: x\nJVM_PROPERTIES: a=b\nPLATFORM_HINTS: A\nSerch_All: 1\n"},
+      {2, 3, "l", "COMMAND: x\nARCHIV: y\n"},
+      {8, 4, "m", "MESSAGE: x\nmessage: y\n"}},
+     {"i: INSTRUCTION is no tag that the launcher knows; did you mean INSTRUCTIONS?",
+      "j: PLATFORM_HINTS is no tag that the launcher knows; did you mean PLATFORM_HINT?",
+      "j: Serch_All is no tag that the launcher knows; did you mean SEARCH_ALL?",
+      "l: ARCHIV is no tag that the launcher knows; did you mean ARCHIVE?",
+      "m: message is no tag that the launcher knows; did you mean MESSAGE?"}},
+    {"tags of the author's own",
+     {kScript,
+      {1, 2, "j", "JVM_EXE: x\nJVM_PROPERTIES: a=b\nVENDOR: x\nJVM_HOMES: y\nSYSTEMS: z\n"},
+      {2, 3, "l", "COMMAND: @JVM_HOMES@ %IF_EXISTS%(\"SYSTEMS\",\"x\")\n"}},
+     {}},
+    {"several lines where one counts, and a word for a number",
+     withScript(
+         {1, 2, "j", "JVM_EXE:\na\nb\n/:\nJVM_PROPERTIES:\na=b\nc=d\n/:\nUSE_CP_ENV_VAR: yes\n"}),
+     {"j: JVM_EXE has several lines, of which the first alone counts; write one line",
+      "j: USE_CP_ENV_VAR: \"yes\" counts as 0; write 1 or 0"}},
+
     {"message without anything",
      withScript({8, 2, "m", ""}),
      {"m: MESSAGE is missing: an empty line is shown when no JVM is found"}},
     {"message of two lines",
      withScript({8, 2, "m", "MESSAGE:\na\nb\n/:\n"}),
-     {"m: MESSAGE has several lines, of which the first alone is shown; write one line"}},
+     {"m: MESSAGE has several lines, of which the first alone counts; write one line"}},
 
     {"tag file that does not parse",
      withScript({1, 2, "j", "A: 1\nB\n"}),

@@ -1,0 +1,28 @@
+// NearestName: what a misspelt name was probably meant to be.
+#ifndef CORVANE_AUTHORING_NEARESTNAME_H
+#define CORVANE_AUTHORING_NEARESTNAME_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace authoring {
+
+// The first of the names that `word` is nearest to: the same but for upper and lower case, or with
+// a letter in four added, left out or changed. Empty when none is near.
+std::string_view nearestName(std::string_view word, const std::vector<std::string_view>& names);
+
+// The same over the rows of a table with names, as "; did you mean NAME?".
+template <class Rows>
+std::string didYouMean(std::string_view word, const Rows& rows) {
+  std::vector<std::string_view> names;
+  for (const auto& row : rows) {
+    names.emplace_back(row.name);
+  }
+  const std::string_view name = nearestName(word, names);
+  return name.empty() ? "" : "; did you mean " + std::string(name) + "?";
+}
+
+}  // namespace authoring
+
+#endif

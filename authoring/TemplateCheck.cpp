@@ -1,0 +1,111 @@
+#include "authoring/TemplateCheck.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "authoring/FileTypes.h"
+#include "authoring/NearestName.h"
+#include "launchscript/FunctionArguments.h"
+#include "launchscript/LaunchScriptGrammar.h"
+#include "launchscript/MacroHandler.h"
+
+namespace authoring {
+namespace {
+
+// Thrown when the rest of the template cannot be told apart any more.
+struct Lost {};
+
+bool looksLikeAFunction(std::string_view name) {
+  return std::all_of(name.begin(), name.end(),
+                     [](unsigned char byte) { return std::isalnum(byte) != 0 || byte == '_'; });
+}
+
+std::string describeCount(long count) {
+  return std::to_string(count) + (count == 1 ? " argument" : " arguments");
+}
+
+std::string wantedCount(const FunctionGrammar& function) {
+  if (function.mostArguments == 0) {
+    return " takes no arguments";
+  }
+  const bool isFixed = function.leastArguments == function.mostArguments;
+  return (isFixed ? " needs " : " takes at most ") + describeCount(function.mostArguments);
+}
+
+// The arguments that a call puts into the command, where they are read again.
+SString resultOf(Function function, const StringDeque& args) {
+  switch (function) {
+    case Function::kReplace:
+      return args[2];
+    case Function::kSystemProp:
+      return args[0] + args[1];
+    case Function::kIfExists:
+      return args[1];
+    case Function::kCP: {
+      SString entries;
+      for (long i = 0; i < args.size(); ++i) {
+        entries += args[i];
+      }
+      return entries;
+    }
+    default:
+      return {};
+  }
+}
+
+class TemplateCheck : public MacroHandler {
+ public:
+  TemplateCheck(const std::string& label, std::vector<std::string>& findings)
+      : m_label(label), m_findings(findings) {}
+
+  SString processMacro(const MacroText& text, char /*delimiter*/, std::size_t start,
+                       std::size_t& end) const override {
+    const SString name = text.rest().substr(start + 1, end - start - 1);
+    const FunctionGrammar* const function = findFunction(name);
+    if (function == nullptr) {
+      reportUnknown(name.view());
+      return {};
+    }
+    StringDeque args;
+    FunctionArguments reader(text.rest(), end + 1);
+    if (!reader.tryRead(args)) {
+      report(std::string(function->name) +
+             " needs parentheses, and in them texts in double quotes with commas between");
+      throw Lost();
+    }
+    end = reader.position() - 1;
+    checkCount(*function, args.size());
+    return resultOf(function->function, args);
+  }
+
+ private:
+  void report(const std::string& text) const { m_findings.push_back(m_label + ": " + text); }
+
+  void reportUnknown(std::string_view name) const {
+    report("there is no function \"" + printable(name) + "\"" + didYouMean(name, kFunctionGrammar));
+    if (!looksLikeAFunction(name)) {
+      throw Lost();
+    }
+  }
+
+  void checkCount(const FunctionGrammar& function, long count) const {
+    if (count < function.leastArguments || count > function.mostArguments) {
+      report(function.name + wantedCount(function) + " and has " + std::to_string(count));
+    }
+  }
+
+  const std::string& m_label;
+  std::vector<std::string>& m_findings;
+};
+
+}  // namespace
+
+void checkTemplate(const std::string& label, const SString& text,
+                   std::vector<std::string>& findings) {
+  try {
+    TemplateCheck(label, findings).resolve(text, kFunctionMark);
+  } catch (const Lost&) {
+  }
+}
+
+}  // namespace authoring
