@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The one set-up step, shared by demo.sh and test.sh, which source this file.
 #
-#   set_up build|test        makes sure that what a build (or a build and its tests) needs is there:
+#   set_up build|test|locales
+#                            makes sure that what a build (or a build and its tests) needs is there:
 #                            where there is apt (Debian, Ubuntu) it installs exactly what is
 #                            missing, elsewhere it says what to install; it goes on when all is there
 #   use_utf8                 sees to a locale in which file names may have any letters
@@ -69,9 +70,11 @@ test      procps                 has ps
 test      shellcheck             has shellcheck
 optional  g++-powerpc-linux-gnu  has powerpc-linux-gnu-g++
 optional  qemu-user              has qemu-ppc
+locales   locales                has_locale_sources
 ROWS
 }
 
+has_locale_sources() { has localedef && [ -e /usr/share/i18n/locales/de_DE ]; }
 has() { command -v "$1" >/dev/null 2>&1; }
 has_header() {
     printf '#if !__has_include(<%s>)\n#error\n#endif\n' "$1" | g++ -E -x c++ - >/dev/null 2>&1
@@ -141,6 +144,8 @@ set_up() {
     if [ "$1" = test ]; then
         kinds=(build test)
         mapfile -t optional < <(missing optional)
+    elif [ "$1" = locales ]; then
+        kinds=(build locales)
     fi
     mapfile -t needed < <(missing "${kinds[@]}")
     if has apt-get && [ $((${#needed[@]} + ${#optional[@]})) != 0 ]; then
