@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,17 @@ class ManifestTest : public testing::Test {
   std::vector<std::string> m_bases = {m_dir / "base1", m_dir / "base2"};
 };
 
+// Why the library refuses a text, without the place.
+std::string reasonOfLibrary(const std::string& json) {
+  try {
+    (void)nlohmann::json::parse(json);
+    return "none";
+  } catch (const nlohmann::json::parse_error& e) {
+    const std::string text = e.what();
+    return text.substr(text.find(": ", text.find("column ")) + 2);
+  }
+}
+
 struct ErrorRow {
   const char* name;
   std::string json;
@@ -58,17 +70,6 @@ const char* const kTypes =
     "instructions, jvm, launchscript, jar, jvm-installer, verify, archive, launcher, jvm-message";
 
 const std::vector<ErrorRow> kErrorRows = {
-    {"empty file", "",
-     "line 1, column 1: syntax error while parsing value - unexpected end of input; expected '[', "
-     "'{', or a literal"},
-    {"broken in the third line", "{\n\"purpose\": 0,\n\"files\": [}",
-     "line 3, column 11: syntax error while parsing value - unexpected '}'; expected '[', '{', or "
-     "a "
-     "literal"},
-    {"trailing text", R"({"files": []} x)",
-     "line 1, column 15: syntax error while parsing value - invalid literal; last read: "
-     "'\"files\": []} x'; "
-     "expected end of input"},
     {"no object", "[]", "this must be an object, as in { \"purpose\": ... }"},
     {"unknown key", R"({"files": [], "file": []})",
      "unknown key \"file\"; the keys here are purpose, files"},
@@ -153,6 +154,24 @@ const std::vector<ErrorRow> kErrorRows = {
      withFile(R"("type": "archive", "path": "c.jar", "decompressed": {"size": 1})"),
      "files[0].decompressed: unknown key \"size\"; the keys here are files, bytes"},
 };
+
+// What the library says is its own affair; ours is the place in front, and nothing else.
+TEST_F(ManifestTest, SaysWhereTheSyntaxIsWrong) {
+  struct Row {
+    const char* name;
+    std::string json;
+    std::string place;
+  };
+  const Row rows[] = {
+      {"empty file", "", "line 1, column 1: "},
+      {"broken in the third line", "{\n\"purpose\": 0,\n\"files\": [}", "line 3, column 11: "},
+      {"trailing text", R"({"files": []} x)", "line 1, column 15: "},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    EXPECT_EQ(row.place + reasonOfLibrary(row.json), errorOf(row.json));
+  }
+}
 
 TEST_F(ManifestTest, SaysWhatIsWrongAndWhere) {
   for (const ErrorRow& row : kErrorRows) {

@@ -231,7 +231,7 @@ TEST(WalkTest, UnreadableDirectoriesArePassedOver) {
   }
   chmod(folder.path().c_str(), 0755);
   chmod((folder / "r/shut").c_str(), 0);
-  chmod((folder / "r/listed").c_str(), 0744);  // names can be read, nothing behind them
+  chmod((folder / "r/listed").c_str(), 0444);  // names can be read, nothing behind them
   const auto walk = [&folder] {
     test::becomeOrdinaryUser();
     RecordingWalk recorder;
@@ -244,6 +244,7 @@ TEST(WalkTest, UnreadableDirectoriesArePassedOver) {
   };
   EXPECT_EQ("0 /r/listed/f /r/open/f", test::outputOf(walk));
   chmod((folder / "r/shut").c_str(), 0755);
+  chmod((folder / "r/listed").c_str(), 0755);
 }
 
 TEST(WalkTest, ADirectoryThatBecameALinkIsNotFollowed) {
