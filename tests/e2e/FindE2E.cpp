@@ -1,5 +1,4 @@
 // Finding a JVM: the strategies in their order, verification, and the scan of the disks.
-#include <sched.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,6 +9,7 @@
 #include <regex>
 
 #include "e2e/LauncherTest.h"
+#include "support/OwnProcess.h"
 
 namespace fs = std::filesystem;
 
@@ -204,28 +204,16 @@ class Scan : public LauncherTest {
     setStartPath("/app/setup");
     setEnv("PATH", "/bin");
     setPrepareChild([jail] {
-      if (!changeRoot(jail) || chdir("/") != 0) {
+      if (!test::changeRoot(jail)) {
         _exit(124);
       }
     });
   }
 
-  // An ordinary user may do it, too, in a user namespace of his own, where these are allowed.
-  static bool changeRoot(const std::string& folder) {
-    if (chroot(folder.c_str()) == 0) {
-      return true;
-    }
-#ifdef CLONE_NEWUSER
-    return unshare(CLONE_NEWUSER) == 0 && chroot(folder.c_str()) == 0;
-#else
-    return false;
-#endif
-  }
-
   bool canChroot() {
     const pid_t pid = fork();
     if (pid == 0) {
-      _exit(changeRoot("/") ? 0 : 1);
+      _exit(test::changeRoot("/") ? 0 : 1);
     }
     int status = -1;
     waitpid(pid, &status, 0);

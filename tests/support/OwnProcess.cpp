@@ -1,5 +1,6 @@
 #include "support/OwnProcess.h"
 
+#include <sched.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -84,6 +85,14 @@ void becomeOrdinaryUser() {
   if (geteuid() == 0 && (setgid(kNobody) != 0 || setuid(kNobody) != 0)) {
     _exit(99);
   }
+}
+
+bool changeRoot(const std::string& folder) {
+  bool changed = chroot(folder.c_str()) == 0;
+#ifdef CLONE_NEWUSER
+  changed = changed || (unshare(CLONE_NEWUSER) == 0 && chroot(folder.c_str()) == 0);
+#endif
+  return changed && chdir("/") == 0;
 }
 
 }  // namespace test

@@ -36,6 +36,10 @@ std::string outputOf(const std::function<void()>& body);
 // Gives up the rights of the superuser, if this process has them.
 void becomeOrdinaryUser();
 
+// Makes `folder` the root and the current directory. An ordinary user may do that in a user
+// namespace of his own; false where the system allows neither.
+bool changeRoot(const std::string& folder);
+
 }  // namespace test
 
 #endif

@@ -200,10 +200,6 @@ const ScanRow kScanRows[] = {
     {"stopped", {"lib/x", "top"}, 1, "/top"},
 };
 
-bool enterRoot(const std::string& folder) {
-  return chroot(folder.c_str()) == 0 && chdir("/") == 0;
-}
-
 TEST(SearchTest, FindFilesScansFromTheRoot) {
   const test::TempDir folder;
   for (const char* name :
@@ -213,7 +209,7 @@ TEST(SearchTest, FindFilesScansFromTheRoot) {
   for (const ScanRow& row : kScanRows) {
     SCOPED_TRACE(row.name);
     const std::string found = test::outputOf([&] {
-      if (!enterRoot(folder.path())) {
+      if (!test::changeRoot(folder.path())) {
         std::printf("no root of our own");
         return;
       }
