@@ -100,6 +100,9 @@ void addMounts(std::vector<Surrounding>& all) {
                  .prepare = all.back().prepare,
                  .scenarios = {"install-launch"},
                  .logged = "ermission denied"});
+}
+
+void addDeadMount(std::vector<Surrounding>& all) {
   all.push_back({.name = "dead-mount",
                  .prepare =
                      [](World& world, Mounts& mounts) {
@@ -171,6 +174,12 @@ bool tortureWithDisks(const Options& options) {
   if (noMounts.empty()) {
     addMounts(surroundings);
     addSmall(surroundings, options.isShort);
+    const std::string noDeadMount = whyNoDeadMount();
+    if (noDeadMount.empty()) {
+      addDeadMount(surroundings);
+    } else {
+      report.skip("dead-mount: " + noDeadMount);
+    }
   } else {
     report.skip(noMounts);
   }

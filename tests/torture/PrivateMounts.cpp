@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <stdexcept>
 #include <utility>
@@ -35,17 +36,32 @@ bool tryToEnter() {
   return isAlone && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
+// In a namespace of its own, where it can do no harm.
+bool worksInChild(void (*attempt)()) {
+  const pid_t child = fork();
+  if (child == 0) {
+    try {
+      if (tryToEnter()) {
+        attempt();
+        _exit(0);
+      }
+    } catch (const std::exception&) {
+    }
+    _exit(1);
+  }
+  int status = 0;
+  return waitpid(child, &status, 0) == child && status == 0;
+}
+
 }  // namespace
 
 std::string whyNoPrivateMounts() {
-  const pid_t child = fork();
-  if (child == 0) {
-    const bool works = tryToEnter() && mount("torture", "/tmp", "tmpfs", 0, "size=4096") == 0;
-    _exit(works ? 0 : 1);
-  }
-  int status = 0;
-  const bool works = waitpid(child, &status, 0) == child && status == 0;
+  const bool works = worksInChild([] { Mount::tmpfs("/tmp", "size=4096", 0); });
   return works ? "" : "a mount namespace of one's own is not permitted here";
+}
+
+std::string whyNoDeadMount() {
+  return worksInChild([] { Mount::dead("/tmp"); }) ? "" : "no FUSE mount is permitted here";
 }
 
 void enterPrivateMounts() {

@@ -8,6 +8,7 @@ namespace torture {
 
 // Whether this process may have them; else why not. Tried out in a child.
 std::string whyNoPrivateMounts();
+std::string whyNoDeadMount();
 // For this process and its children, for good. What root may do there everybody may.
 void enterPrivateMounts();
 

@@ -44,16 +44,20 @@ class Report {
   void add(const std::string& name, const std::string& what, const Problems& problems,
            const Outcome& outcome);
   void skip(const std::string& why);
-  // One line for machines. True when no case failed.
+  // One line for machines, behind the lines of the list that no case of a whole run has met. True
+  // when no case failed.
   bool finish() const;
 
  private:
+  static constexpr std::size_t kMostExpected = 256;
   struct Counts {
     std::atomic<int> cases, failed, expected, skipped, broken;
     std::atomic<std::size_t> next;
+    std::atomic<bool> met[kMostExpected];  // for each line of the list
   };
   void performAll(std::size_t count, const std::function<Perform()>& makePerformer);
-  bool isExpected(const std::string& name, const Problems& problems) const;
+  bool isExpected(const std::string& full, const std::string& problem) const;
+  void tellOfUnmet() const;
 
   std::string m_harness;
   const Options& m_options;
