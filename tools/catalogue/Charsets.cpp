@@ -104,7 +104,7 @@ std::vector<Charset> makeCharsets() {
     Encoder decoder("UTF-8", source);
     Encoder encoder(source);
     Charset charset{row.name, row.encoding, row.shape.firstLead, row.shape.columns, {}};
-    const std::size_t rows = static_cast<std::size_t>(row.shape.lastLead - row.shape.firstLead + 1);
+    const std::size_t rows = std::size_t{row.shape.lastLead} - row.shape.firstLead + 1;
     for (std::size_t i = 0; i < rows * row.shape.columns; ++i) {
       const std::string bytes = bytesAt(charset.firstLead, charset.columns, i);
       charset.characters.push_back(characterOf(bytes, decoder, encoder));

@@ -1,5 +1,6 @@
 #include "Encoder.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <stdexcept>
 
@@ -54,7 +55,7 @@ std::string nameOfCharacter(std::string_view character) {
 }
 
 Encoder::Encoder(const char* to, const char* from) : m_converter(iconv_open(to, from)) {
-  if (m_converter == reinterpret_cast<iconv_t>(-1)) {
+  if (reinterpret_cast<std::intptr_t>(m_converter) == -1) {
     throw std::runtime_error(std::string("iconv does not know the encoding ") +
                              (to == std::string("UTF-8") ? from : to));
   }
