@@ -10,7 +10,6 @@
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
-#include "util/SStringPool.h"
 
 namespace {
 
@@ -24,12 +23,12 @@ constexpr const char* kBlockEnd = "/:";
 constexpr char kQuote = '"';
 
 // The value that begins at `first` of the line: what the quotes hold, or all the rest.
-SString parseValue(std::string_view line, std::size_t first, SStringPool& pool) {
+SString parseValue(std::string_view line, std::size_t first) {
   if (first >= line.size() || line[first] != kQuote) {
-    return pool.make(line.substr(first));
+    return SString(line.substr(first));
   }
   std::size_t position = first + 1;
-  return pool.make(parseStringArgument(SString(line), position, true));
+  return parseStringArgument(SString(line), position, true);
 }
 
 bool needsQuotes(const SString& value) {
@@ -59,11 +58,6 @@ void writeTag(std::FILE* file, const SString& key, const StringDeque& values) {
 
 }  // namespace
 
-struct TagFile::Source {
-  LineReader reader;
-  SStringPool pool;  // of the names and values
-};
-
 TagFile::TagFile(const SString& path) {
   const FilePtr file = openFile(path, "r");
   if (file == nullptr) {
@@ -80,47 +74,47 @@ void TagFile::load(std::FILE* file, const SString& name, std::int32_t start, std
     throw LauncherException(kFileNotRead);
   }
   const std::int64_t end = std::int64_t{start} + length;
-  Source source{LineReader(file, start), {}};
+  LineReader reader(file, start);
   // QUIRK(bound-before-tags-only): a block that begins before the bound is read to its "/:", also
   // past the bound; embedded files end between tags, so only a wrong length shows it.
-  while (!source.reader.isAtEnd() && (length < 0 || source.reader.position() < end)) {
-    const std::string_view line = readLine(source);
+  while (!reader.isAtEnd() && (length < 0 || reader.position() < end)) {
+    const std::string_view line = readLine(reader);
     if (!line.empty()) {
-      loadTag(source, line);
+      loadTag(reader, line);
     }
   }
   m_loaded = true;
-  m_loadedBytes = source.reader.position() - start;
+  m_loadedBytes = reader.position() - start;
 }
 
-std::string_view TagFile::readLine(Source& source) {
+std::string_view TagFile::readLine(LineReader& reader) {
   if (m_lineNumber < std::numeric_limits<std::int32_t>::max()) {
     ++m_lineNumber;
   }
-  return withoutBlanks(source.reader.next());
+  return withoutBlanks(reader.next());
 }
 
-void TagFile::loadTag(Source& source, std::string_view line) {
+void TagFile::loadTag(LineReader& reader, std::string_view line) {
   const std::size_t colon = line.find(':');
   if (colon == std::string_view::npos) {
     logSyntaxError(kColonMissing, m_name, m_lineNumber);
   }
-  const SString key = source.pool.make(withoutBlanks(line.substr(0, colon)));
+  const SString key(withoutBlanks(line.substr(0, colon)));
   // QUIRK(last-definition-wins): and goes to the end; the earlier one is gone before the new values
   // are read, so a definition that fails leaves no such tag.
   removeValue(key);
   if (colon + 1 == line.size()) {
-    loadBlock(source, key);
+    loadBlock(reader, key);
   } else {
-    loadSingleValue(source, key, line, colon);
+    loadSingleValue(key, line, colon);
   }
 }
 
-void TagFile::loadBlock(Source& source, const SString& key) {
+void TagFile::loadBlock(LineReader& reader, const SString& key) {
   const std::int32_t tagLineNumber = m_lineNumber;
   StringDeque* values = nullptr;
-  while (!source.reader.isAtEnd()) {
-    SString value = parseValue(readLine(source), 0, source.pool);
+  while (!reader.isAtEnd()) {
+    SString value = parseValue(readLine(reader), 0);
     // QUIRK(quoted-completer): "/:" ends the block in quotes, too, and an empty value is none:
     // neither can be a value of a block.
     if (value == kBlockEnd) {
@@ -137,13 +131,12 @@ void TagFile::loadBlock(Source& source, const SString& key) {
   logSyntaxError(kCompleterMissing, m_name, tagLineNumber);
 }
 
-void TagFile::loadSingleValue(Source& source, const SString& key, std::string_view line,
-                              std::size_t colon) {
+void TagFile::loadSingleValue(const SString& key, std::string_view line, std::size_t colon) {
   const std::size_t first = line.find_first_not_of(kBlanks, colon + 1);
   if (first == std::string_view::npos) {
     logSyntaxError(kValueMissing, m_name, m_lineNumber);
   }
-  SString value = parseValue(line, first, source.pool);  // may throw, and then there is no such tag
+  SString value = parseValue(line, first);  // may throw, and then there is no such tag
   valuesOf(key).push_back(std::move(value));
 }
 

@@ -20,6 +20,8 @@
 #include "util/SString.h"
 #include "util/StringDeque.h"
 
+class LineReader;
+
 // One tag: its values, and its place in the order of the document.
 struct TagFileEntry {
   std::uint64_t place = 0;  // counts on with every new tag, so the places rise but have gaps
@@ -80,7 +82,6 @@ class TagFile {
                                           std::int32_t lineNumber);
 
  private:
-  struct Source;  // what is being loaded
   struct KeyHash {
     using is_transparent = void;
     std::size_t operator()(std::string_view key) const {
@@ -92,11 +93,10 @@ class TagFile {
 
   std::vector<const Entries::value_type*> ordered() const;
   StringDeque& valuesOf(const SString& key);  // of a new tag when there is none of that name
-  std::string_view readLine(Source& source);
-  void loadTag(Source& source, std::string_view line);
-  void loadBlock(Source& source, const SString& key);
-  void loadSingleValue(Source& source, const SString& key, std::string_view line,
-                       std::size_t colon);
+  std::string_view readLine(LineReader& reader);
+  void loadTag(LineReader& reader, std::string_view line);
+  void loadBlock(LineReader& reader, const SString& key);
+  void loadSingleValue(const SString& key, std::string_view line, std::size_t colon);
 
   Entries m_entries;
   std::uint64_t m_nextPlace = 0;

@@ -32,19 +32,8 @@ SString::Buffer* SString::allocate(std::size_t capacity) {
 }
 
 void SString::release(Buffer* buffer) noexcept {
-  if (buffer == nullptr || (--buffer->owners & ~kInSlab) != 0) {
-    return;
-  }
-  if (buffer->owners == kInSlab) {
-    release(reinterpret_cast<Slab*>(reinterpret_cast<char*>(buffer) - buffer->capacity));
-  } else {
+  if (buffer != nullptr && --buffer->owners == 0) {
     std::free(buffer);
-  }
-}
-
-void SString::release(Slab* slab) noexcept {
-  if (slab != nullptr && --slab->owners == 0) {
-    std::free(slab);
   }
 }
 
@@ -79,7 +68,6 @@ SString& SString::operator=(SString&& other) noexcept {
 }
 
 bool SString::isWritable(std::size_t size) const {
-  // The only owner of a buffer in a slab has the bit kInSlab beside its 1.
   return m_buffer != nullptr && m_buffer->owners == 1 && m_buffer->capacity >= size;
 }
 

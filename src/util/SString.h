@@ -81,28 +81,18 @@ class SString {
   friend bool operator<(const SString& a, const SString& b) { return a.view() < b.view(); }
 
  private:
-  friend class SStringPool;
-
   // The shared buffer: this header, then `capacity` bytes and a zero byte. The header is small
   // since a long script is millions of short strings.
   struct Buffer {
-    std::uint32_t owners;  // with the bit kInSlab in a slab; its text never changes then
+    std::uint32_t owners;
     std::uint32_t size;
-    std::uint32_t capacity;  // in a slab: the distance from the slab's beginning
+    std::uint32_t capacity;
     char* bytes() { return reinterpret_cast<char*>(this + 1); }
     const char* bytes() const { return reinterpret_cast<const char*>(this + 1); }
   };
 
-  static constexpr std::uint32_t kInSlab = 0x80000000u;
-
-  // The head of an allocation that many buffers share (SStringPool).
-  struct Slab {
-    std::size_t owners;  // the buffers in use, and the pool while it fills the slab
-  };
-
   static Buffer* allocate(std::size_t capacity);
   static void release(Buffer* buffer) noexcept;
-  static void release(Slab* slab) noexcept;
   bool isWritable(std::size_t size) const;
   void setSize(std::size_t size);
 
