@@ -1,13 +1,13 @@
 // LabelIndex: finds the line that defines a label, at the same cost in a script of any length.
 //
-// Built once over a script's lines, which it does not own and which must stay as they are; about
-// ten bytes a label. A label's line is found by its whole text, colon included.
+// Built once over a script's lines, which it does not own and which must stay as they are. A
+// label's line is found by its whole text, colon included.
 #ifndef CORVANE_INSTRUCTIONS_LABELINDEX_H
 #define CORVANE_INSTRUCTIONS_LABELINDEX_H
 
-#include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <string_view>
+#include <unordered_map>
 
 #include "util/SString.h"
 #include "util/StringDeque.h"
@@ -21,14 +21,10 @@ class LabelIndex {
 
   // The first line, counted from 0, that equals `target` (which begins with a colon); kNone when
   // there is none.
-  std::uint32_t find(const SString& target) const { return m_slots[slotOf(target)]; }
+  std::uint32_t find(const SString& target) const;
 
  private:
-  // Where the line equal to `target` stands in the table, or the free slot where it would.
-  std::size_t slotOf(const SString& target) const;
-
-  const StringDeque& m_lines;
-  std::vector<std::uint32_t> m_slots;  // an open hash table of line numbers; kNone: free
+  std::unordered_map<std::string_view, std::uint32_t> m_lineOf;  // views of the script's lines
 };
 
 #endif
