@@ -11,7 +11,6 @@
 #include <csignal>
 #include <filesystem>
 #include <iterator>
-#include <regex>
 #include <thread>
 
 #include "authoring/LauncherFileWriter.h"
@@ -61,14 +60,6 @@ bool waitForText(const std::string& path, const std::string& text) {
 bool waitUntilAsleep(pid_t pid) {
   const std::string path = "/proc/" + std::to_string(pid) + "/stat";
   return waitForText(path, ") S ");
-}
-
-std::string normalised(const std::string& text, const std::string& scratch) {
-  std::string result = text;
-  for (std::size_t at; (at = result.find(scratch)) != std::string::npos;) {
-    result.replace(at, scratch.size(), "DIR");
-  }
-  return std::regex_replace(result, std::regex("/cvj[A-Za-z0-9]{6}"), "/cvj#");
 }
 
 std::string withoutIndex(const std::string& log) {

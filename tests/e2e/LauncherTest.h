@@ -19,6 +19,7 @@
 
 #include "archive/LauncherFileFormat.h"
 #include "support/TestFiles.h"
+#include "support/Texts.h"
 
 namespace e2e {
 
@@ -121,9 +122,7 @@ class LauncherTest : public ::testing::Test {
   std::vector<std::string> m_treeBefore;
 };
 
-// `text` with the names of this run put in place of its own: the scratch folder becomes "DIR",
-// temporary names become "cvj#".
-std::string normalised(const std::string& text, const std::string& scratch);
+using test::normalised;
 // The lines of the log without the file index at its beginning and the separator line.
 std::string withoutIndex(const std::string& log);
 // Wait at most ten seconds; false when it does not come to it: until `path` exists, until it holds

@@ -10,11 +10,13 @@
 #include "support/LauncherFiles.h"
 #include "support/TestAccess.h"
 #include "support/TestFiles.h"
+#include "support/Texts.h"
 #include "tagfile/StreamUtils.h"
-#include "util/LauncherException.h"
 
 inline constexpr std::int32_t kLargest = 2147483647;
 inline constexpr std::int32_t kSmallest = -2147483647 - 1;
+
+using test::errorOf;
 
 class ArchiveTest : public testing::Test {
  protected:
@@ -32,17 +34,6 @@ class ArchiveTest : public testing::Test {
   test::TempDir m_dir;
   test::ScopedEnvironment m_lang{"LANG", "en"};
 };
-
-// The text that `step` throws; empty when it succeeds.
-template <class Step>
-std::string errorOf(Step step) {
-  try {
-    step();
-    return "";
-  } catch (const LauncherException& e) {
-    return e.what();
-  }
-}
 
 // A stream that stands in front of these bytes.
 inline FilePtr streamOf(const std::string& bytes) {

@@ -11,12 +11,9 @@
 
 #include "platform/Console.h"
 #include "platform/PlatformImpl.h"
+#include "support/Texts.h"
 
 namespace test {
-
-inline std::string text(const SString& s) {
-  return std::string(s.view());
-}
 
 enum Mode { Shown, Hidden, Silent, SilentAndHidden };
 

@@ -14,28 +14,12 @@ constexpr std::string_view kLogSeparator = "------------------\n";
 
 }  // namespace
 
-std::vector<std::string> toVector(const StringDeque& deque) {
-  std::vector<std::string> texts;
-  for (long i = 0; i < deque.size(); ++i) {
-    texts.push_back(str(deque[i]));
-  }
-  return texts;
-}
-
 void addTags(TagFile& file, const Tags& tags) {
   for (const auto& [name, values] : tags) {
     for (const std::string& value : values) {
       file.appendTagValue(sstr(name), sstr(value));
     }
   }
-}
-
-std::string replaced(std::string text, const std::string& from, const std::string& to) {
-  for (std::size_t found = text.find(from); found != std::string::npos;
-       found = text.find(from, found + to.size())) {
-    text.replace(found, from.size(), to);
-  }
-  return text;
 }
 
 std::vector<std::string> linesBeginning(const std::string& log,

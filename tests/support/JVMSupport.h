@@ -7,29 +7,15 @@
 #include <vector>
 
 #include "support/TestFiles.h"
+#include "support/Texts.h"
 #include "tagfile/TagFile.h"
 #include "util/LauncherException.h"
-#include "util/SString.h"
-#include "util/StringDeque.h"
 
 namespace test {
-
-inline std::string str(const SString& text) {
-  return std::string(text.view());
-}
-
-inline SString sstr(const std::string& text) {
-  return SString(text.data(), text.size());
-}
-
-std::vector<std::string> toVector(const StringDeque& deque);
 
 // The tags of a jvm file or launch script: names, each with its values.
 using Tags = std::vector<std::pair<std::string, std::vector<std::string>>>;
 void addTags(TagFile& file, const Tags& tags);
-
-// Every `from` in `text` becomes `to`: rows write HOME or DIR for folders that each run makes.
-std::string replaced(std::string text, const std::string& from, const std::string& to);
 
 // The lines of a log that begin with one of these.
 std::vector<std::string> linesBeginning(const std::string& log,

@@ -9,6 +9,7 @@
 #include "instructions/InstructionsException.h"
 #include "launcher/LauncherFacts.h"
 #include "support/TestAccess.h"
+#include "support/Texts.h"
 #include "tagfile/TagFile.h"
 #include "util/LauncherException.h"
 
@@ -16,10 +17,6 @@ namespace test {
 
 // A variable's name, such as "N1", and its value as text.
 using Variables = std::vector<std::pair<std::string, std::string>>;
-
-inline std::string toStdString(const SString& text) {
-  return std::string(text.view());
-}
 
 // Gives every variable its first value, then these ones theirs.
 inline void setVariables(const Variables& variables = {}) {
@@ -44,7 +41,7 @@ inline std::string describeVariables() {
   }
   for (std::int32_t n = 1; n <= 10; ++n) {
     if (const SString value = LauncherFacts::getStringVariable(n); !value.empty()) {
-      text += (text.empty() ? "S" : " S") + std::to_string(n) + "=[" + toStdString(value) + "]";
+      text += (text.empty() ? "S" : " S") + std::to_string(n) + "=[" + str(value) + "]";
     }
   }
   return text;
@@ -62,9 +59,9 @@ std::string outcomeOf(Body body) {
   try {
     return body();
   } catch (const InstructionsException& e) {
-    return "Line " + std::to_string(e.getLineNumber()) + ": " + toStdString(e.getMessage());
+    return "Line " + std::to_string(e.getLineNumber()) + ": " + str(e.getMessage());
   } catch (const LauncherException& e) {
-    return "LauncherException: " + toStdString(e.getMessage());
+    return "LauncherException: " + str(e.getMessage());
   }
 }
 

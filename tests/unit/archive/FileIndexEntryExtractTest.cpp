@@ -73,11 +73,9 @@ class Extraction {
     const FilePtr file = streamOf(authoring::encodeEntry(record));
     FileIndexEntry entry;
     entry.load(file.get());
-    try {
-      return entry.extract(directory.c_str()).c_str();
-    } catch (const LauncherException& e) {
-      return e.what();
-    }
+    SString path;
+    const std::string error = errorOf([&] { path = entry.extract(directory.c_str()); });
+    return error.empty() ? test::str(path) : error;
   }
 
   std::string out() const { return m_dir / "out"; }

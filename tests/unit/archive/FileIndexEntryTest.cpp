@@ -13,7 +13,6 @@
 #include "platform/PlatformImpl.h"
 #include "support/ArchiveFixture.h"
 #include "tagfile/StreamUtils.h"
-#include "util/LauncherException.h"
 
 namespace {
 
@@ -97,21 +96,12 @@ const std::vector<EntryRow> kEntryRows = {
      "a", true, 2, 255},
 };
 
-std::string loadError(FileIndexEntry& entry, std::FILE* file) {
-  try {
-    entry.load(file);
-    return "";
-  } catch (const LauncherException& e) {
-    return e.what();
-  }
-}
-
 TEST(FileIndexEntry, ReadsOrRefusesAnEntry) {
   for (const EntryRow& row : kEntryRows) {
     SCOPED_TRACE(row.name);
     const FilePtr file = streamOf(row.bytes);
     FileIndexEntry entry;
-    EXPECT_EQ(row.error == nullptr ? "" : row.error, loadError(entry, file.get()));
+    EXPECT_EQ(row.error == nullptr ? "" : row.error, errorOf([&] { entry.load(file.get()); }));
     if (row.error != nullptr) continue;
     EXPECT_EQ(3, entry.getFileType());
     EXPECT_EQ(7, entry.getFileId());
@@ -133,7 +123,7 @@ TEST(FileIndexEntry, KnowsItsTypes) {
     SCOPED_TRACE(type);
     const FilePtr file = streamOf(authoring::encodeEntry({type, 1, 2, 3, "x", {}}));
     FileIndexEntry entry;
-    EXPECT_EQ("", loadError(entry, file.get()));
+    EXPECT_EQ("", errorOf([&] { entry.load(file.get()); }));
     EXPECT_EQ(type, entry.getFileType());
     EXPECT_EQ(type == 0 || type == 1 || type == 2 || type == 8, entry.isTagFile());
   }
@@ -146,7 +136,7 @@ TEST(FileIndexEntry, TakesNumbersAsTheyAreStored) {
     const FilePtr file =
         streamOf(authoring::encodeEntry({6, number, number, number, "x", {{number, number}}}));
     FileIndexEntry entry;
-    EXPECT_EQ("", loadError(entry, file.get()));
+    EXPECT_EQ("", errorOf([&] { entry.load(file.get()); }));
     EXPECT_EQ(number, entry.getFileId());
     EXPECT_EQ(number, entry.getFileLength());
     EXPECT_EQ(number, entry.getOffsetToBytes());
@@ -194,12 +184,7 @@ TEST(FileIndexEntry, ParsesItsTagFile) {
     FileIndexEntry entry;
     entry.load(index.get());
     const FilePtr file = streamOf(row.bytes);
-    std::string error;
-    try {
-      entry.loadTagFile(file.get());
-    } catch (const LauncherException& e) {
-      error = e.what();
-    }
+    const std::string error = errorOf([&] { entry.loadTagFile(file.get()); });
     EXPECT_EQ(row.error == nullptr ? "" : row.error, error);
     ASSERT_EQ(row.value != nullptr, entry.getTagFile() != nullptr);
     if (row.value == nullptr) continue;

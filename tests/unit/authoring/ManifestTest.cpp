@@ -8,6 +8,7 @@
 
 #include "authoring/AuthoringError.h"
 #include "support/TestFiles.h"
+#include "support/Texts.h"
 
 namespace {
 
@@ -25,19 +26,10 @@ class ManifestTest : public testing::Test {
   }
   // The text thrown, without the manifest's path and with "DIR" for the scratch folder.
   std::string errorOf(const std::string& json) {
-    try {
-      load(json);
-      return "none";
-    } catch (const authoring::AuthoringError& e) {
-      std::string text = e.what();
-      const std::string prefix = m_dir / "project/m.json: ";
-      EXPECT_EQ(0u, text.find(prefix)) << text;
-      text.erase(0, prefix.size());
-      for (std::size_t at; (at = text.find(m_dir.path())) != std::string::npos;) {
-        text.replace(at, m_dir.path().size(), "DIR");
-      }
-      return text;
-    }
+    std::string text = test::errorOf<authoring::AuthoringError>([&] { load(json); });
+    const std::string prefix = m_dir / "project/m.json: ";
+    EXPECT_TRUE(text.starts_with(prefix)) << text;
+    return test::replaced(text.erase(0, prefix.size()), m_dir.path(), "DIR");
   }
 
   test::TempDir m_dir;

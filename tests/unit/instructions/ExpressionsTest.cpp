@@ -118,7 +118,7 @@ TEST(Expressions, SubstituteReferences) {
     EXPECT_EQ(row.wanted, test::outcomeOf([&] {
                 SString text(row.text);
                 Instructions(script).evalExpr(text, "P.");
-                return test::toStdString(text);
+                return test::str(text);
               }));
   }
 }
@@ -264,7 +264,7 @@ TEST(Strings, AreUnquotedThenSubstituted) {
     EXPECT_EQ(row.wanted, test::outcomeOf([&] {
                 SString text(row.text);
                 Instructions(script).evalStringExpr(text, "P.");
-                return test::toStdString(text);
+                return test::str(text);
               }));
   }
 }
@@ -340,7 +340,7 @@ TEST(Strings, AreReadFromALine) {
                 std::size_t position = row.position;
                 SString out("what was there before");
                 Instructions(script).evalStringExpr(SString(row.line), position, out, "P.");
-                return "[" + test::toStdString(out) + "] " + std::to_string(position);
+                return "[" + test::str(out) + "] " + std::to_string(position);
               }));
   }
 }
@@ -351,7 +351,7 @@ std::string evaluate(const std::string& text) {
   const TagFile script;
   SString expression(text);
   Instructions(script).evalExpr(expression, "P.");
-  return test::toStdString(expression);
+  return test::str(expression);
 }
 
 class Cancellation : public testing::Test {

@@ -188,7 +188,7 @@ TEST(VariableRef, ReadsValues) {
     SCOPED_TRACE(row.reference);
     VariableRef ref;
     ref.init(row.reference, "");
-    EXPECT_EQ(row.text, test::toStdString(ref.getStringValue()));
+    EXPECT_EQ(row.text, test::str(ref.getStringValue()));
     EXPECT_EQ(row.number, test::outcomeOf([&] {
                 return std::to_string(ref.getNumericValue(SString("Cannot turn ") + row.reference));
               }));

@@ -10,21 +10,12 @@
 #include "launcher/Log.h"
 #include "support/TestAccess.h"
 #include "support/TestFiles.h"
-#include "util/LauncherException.h"
+#include "support/Texts.h"
 
 namespace {
 
 using namespace std::string_literals;
-
-template <class Body>
-std::string messageOf(Body body) {
-  try {
-    body();
-    return "nothing thrown";
-  } catch (const LauncherException& e) {
-    return e.getMessage().c_str();
-  }
-}
+using test::errorOf;
 
 // First of all, with nothing reset before: the values are those of a process that starts.
 TEST(LauncherFirstState, VariablesAreEmptyAndZero) {
@@ -72,12 +63,11 @@ const VariableRow kVariableRows[] = {
 TEST_F(LauncherVariables, StringsAreOneToTen) {
   for (const VariableRow& row : kVariableRows) {
     SCOPED_TRACE(row.name);
-    const std::string error = row.isString
-                                  ? "nothing thrown"
-                                  : "Invalid string variable number: " + std::to_string(row.number);
+    const std::string error =
+        row.isString ? "" : "Invalid string variable number: " + std::to_string(row.number);
     EXPECT_EQ(row.isString, LauncherFacts::isValidStringVariable(row.number));
-    EXPECT_EQ(error, messageOf([&] { LauncherFacts::getStringVariable(row.number); }));
-    EXPECT_EQ(error, messageOf([&] { LauncherFacts::setStringVariable(row.number, "v"); }));
+    EXPECT_EQ(error, errorOf([&] { LauncherFacts::getStringVariable(row.number); }));
+    EXPECT_EQ(error, errorOf([&] { LauncherFacts::setStringVariable(row.number, "v"); }));
   }
 }
 
@@ -85,11 +75,10 @@ TEST_F(LauncherVariables, NumbersAreOneToFive) {
   for (const VariableRow& row : kVariableRows) {
     SCOPED_TRACE(row.name);
     const std::string error =
-        row.isNumeric ? "nothing thrown"
-                      : "Invalid numeric variable number: " + std::to_string(row.number);
+        row.isNumeric ? "" : "Invalid numeric variable number: " + std::to_string(row.number);
     EXPECT_EQ(row.isNumeric, LauncherFacts::isValidLongVariable(row.number));
-    EXPECT_EQ(error, messageOf([&] { LauncherFacts::getLongVariable(row.number); }));
-    EXPECT_EQ(error, messageOf([&] { LauncherFacts::setLongVariable(row.number, 1); }));
+    EXPECT_EQ(error, errorOf([&] { LauncherFacts::getLongVariable(row.number); }));
+    EXPECT_EQ(error, errorOf([&] { LauncherFacts::setLongVariable(row.number, 1); }));
   }
 }
 

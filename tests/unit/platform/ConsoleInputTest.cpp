@@ -18,7 +18,7 @@
 
 namespace {
 
-using test::text;
+using test::str;
 using enum test::Mode;
 
 using namespace std::string_view_literals;
@@ -57,7 +57,7 @@ TEST(ConsoleInput, GetLineReadsWords) {
   for (const WordRow& row : kWordRows) {
     const Input input(row.input);
     for (const std::string& wanted : row.wanted) {
-      EXPECT_EQ(wanted, text(getLine())) << row.name;
+      EXPECT_EQ(wanted, str(getLine())) << row.name;
     }
   }
 }
@@ -65,14 +65,14 @@ TEST(ConsoleInput, GetLineReadsWords) {
 TEST(ConsoleInput, GetLineIsBounded) {
   const std::string bound(std::size_t{64} * 1024, 'x');
   const Input input(bound + " " + bound + "yz\n");
-  EXPECT_EQ(bound, text(getLine()));
-  EXPECT_EQ(bound, text(getLine()));
-  EXPECT_EQ("yz", text(getLine()));
+  EXPECT_EQ(bound, str(getLine()));
+  EXPECT_EQ(bound, str(getLine()));
+  EXPECT_EQ("yz", str(getLine()));
 }
 
 TEST(ConsoleInput, GetLineLeavesWhatFollowsTheWord) {
   const Input input("word\nrest");
-  EXPECT_EQ("word", text(getLine()));
+  EXPECT_EQ("word", str(getLine()));
   EXPECT_EQ('\n', std::getchar());
 }
 
@@ -86,7 +86,7 @@ TEST(ConsoleInput, GetLineEndsAtASignal) {
   ASSERT_EQ(0, sigaction(SIGALRM, &action, nullptr));
   const itimerval timer = {{0, 20000}, {0, 20000}};
   ASSERT_EQ(0, setitimer(ITIMER_REAL, &timer, nullptr));
-  EXPECT_EQ("ab", text(getLine()));
+  EXPECT_EQ("ab", str(getLine()));
   const itimerval off = {};
   ASSERT_EQ(0, setitimer(ITIMER_REAL, &off, nullptr));
 }
@@ -119,7 +119,7 @@ TEST(ConsoleInput, Prompt) {
     const auto output =
         test::captureStdout([&] { answer = PlatformImpl::promptJVMDestinationDirectory(); });
     EXPECT_EQ(row.wantedOutput, output) << row.name;
-    EXPECT_EQ(row.wanted, text(answer)) << row.name;
+    EXPECT_EQ(row.wanted, str(answer)) << row.name;
   }
 }
 
@@ -142,9 +142,9 @@ TEST(ConsoleInput, PromptThatReadsNothing) {
     test::setMode(row.mode);
     PlatformTestAccess::setCanceled(row.canceled);
     const auto output = test::captureStdout(
-        [] { EXPECT_EQ("", text(PlatformImpl::promptJVMDestinationDirectory())); });
+        [] { EXPECT_EQ("", str(PlatformImpl::promptJVMDestinationDirectory())); });
     EXPECT_EQ(row.wantedOutput, output) << row.name;
-    EXPECT_EQ("/opt", text(getLine())) << row.name;
+    EXPECT_EQ("/opt", str(getLine())) << row.name;
   }
 }
 

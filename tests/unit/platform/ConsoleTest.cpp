@@ -16,7 +16,7 @@
 namespace {
 
 using test::setMode;
-using test::text;
+using test::str;
 using enum test::Mode;
 
 // --- Writers ---
@@ -123,7 +123,7 @@ TEST(Console, SubStatus) {
         [&] { PlatformImpl::setUISubStatus(static_cast<UISubStatus>(row.subStatus), "data"); });
     EXPECT_EQ("", output) << row.name;
     EXPECT_EQ(UI_SUBSTATUS_NONE, PlatformImpl::getUISubStatus()) << row.name;
-    EXPECT_EQ(row.wantedData, text(PlatformImpl::getUISubStatusData())) << row.name;
+    EXPECT_EQ(row.wantedData, str(PlatformImpl::getUISubStatusData())) << row.name;
   }
 }
 
@@ -132,11 +132,11 @@ TEST(Console, SubStatusWrapperPutsBack) {
   const auto output = test::captureStdout([] {
     const SubStatusWrapper wrapper;
     PlatformImpl::setUISubStatus(UI_SUBSTATUS_VERIFYING, "inner");
-    EXPECT_EQ("inner", text(PlatformImpl::getUISubStatusData()));
+    EXPECT_EQ("inner", str(PlatformImpl::getUISubStatusData()));
   });
   EXPECT_EQ("", output);
   EXPECT_EQ(UI_SUBSTATUS_NONE, PlatformImpl::getUISubStatus());
-  EXPECT_EQ("outer", text(PlatformImpl::getUISubStatusData()));
+  EXPECT_EQ("outer", str(PlatformImpl::getUISubStatusData()));
 }
 
 // --- Progress ---

@@ -11,7 +11,7 @@
 
 namespace {
 
-using test::text;
+using test::str;
 
 constexpr std::size_t kBufferSize = 1024;
 
@@ -287,7 +287,7 @@ TEST(MessageTexts, Identifiers) {
     for (const IdentifierRow& row : kIdentifierRows) {
       const std::string wanted = row.index < 0 ? "" : get_msg(row.index, nullptr).get();
       const auto id = static_cast<MessageIdentifier>(row.id);
-      EXPECT_EQ(wanted, text(PlatformImpl::getMessageText(id))) << language << " " << row.id;
+      EXPECT_EQ(wanted, str(PlatformImpl::getMessageText(id))) << language << " " << row.id;
     }
   }
 }

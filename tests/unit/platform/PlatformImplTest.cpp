@@ -10,22 +10,13 @@
 #include <vector>
 
 #include "support/TestFiles.h"
+#include "support/Texts.h"
 
 namespace {
 
+using test::str;
+using test::toVector;
 using Strings = std::vector<std::string>;
-
-std::string text(const SString& s) {
-  return std::string(s.view());
-}
-
-Strings asStrings(const StringDeque& deque) {
-  Strings strings;
-  for (long i = 0; i < deque.size(); ++i) {
-    strings.push_back(text(deque[i]));
-  }
-  return strings;
-}
 
 // --- Environment ---
 
@@ -53,7 +44,7 @@ TEST(PlatformImpl, PlatformHints) {
     StringDeque homes;
     homes.push_back("left over");
     PlatformImpl::getPlatformHint(homes, "CORVANE_HINT");
-    EXPECT_EQ(row.wanted, asStrings(homes)) << row.name;
+    EXPECT_EQ(row.wanted, toVector(homes)) << row.name;
   }
 }
 
@@ -61,25 +52,25 @@ TEST(PlatformImpl, HintWithoutNameIsEmpty) {
   StringDeque homes;
   homes.push_back("left over");
   PlatformImpl::getPlatformHint(homes, "");
-  EXPECT_EQ(Strings(), asStrings(homes));
+  EXPECT_EQ(Strings(), toVector(homes));
 }
 
 TEST(PlatformImpl, JVMPathsAreThoseOfPath) {
   const test::ScopedEnvironment path("PATH", "/a/bin::/b/bin");
   StringDeque dirs;
   PlatformImpl::getPlatformJVMPaths(dirs);
-  EXPECT_EQ((Strings{"/a/bin", "", "/b/bin"}), asStrings(dirs));
+  EXPECT_EQ((Strings{"/a/bin", "", "/b/bin"}), toVector(dirs));
 }
 
 TEST(PlatformImpl, PartitionsAreAppended) {
   StringDeque partitions;
   partitions.push_back("kept");
   PlatformImpl::getJVMSearchPartitions(partitions);
-  EXPECT_EQ((Strings{"kept", "/"}), asStrings(partitions));
+  EXPECT_EQ((Strings{"kept", "/"}), toVector(partitions));
 }
 
 TEST(PlatformImpl, PathSeparator) {
-  EXPECT_EQ("/", text(PlatformImpl::getPathSeparator()));
+  EXPECT_EQ("/", str(PlatformImpl::getPathSeparator()));
 }
 
 struct VariableRow {
@@ -98,15 +89,14 @@ TEST(PlatformImpl, SetEnvironmentVariable) {
   for (const VariableRow& row : kVariableRows) {
     PlatformImpl::setEnvironmentVariable("CORVANE_VARIABLE", row.value);
     EXPECT_STREQ(row.value, std::getenv("CORVANE_VARIABLE")) << row.name;
-    EXPECT_EQ(row.value, text(PlatformImpl::getEnvironmentVariable("CORVANE_VARIABLE")))
-        << row.name;
+    EXPECT_EQ(row.value, str(PlatformImpl::getEnvironmentVariable("CORVANE_VARIABLE"))) << row.name;
   }
 }
 
 TEST(PlatformImpl, UnsetVariableIsEmpty) {
   const test::ScopedEnvironment unset("CORVANE_VARIABLE", nullptr);
-  EXPECT_EQ("", text(PlatformImpl::getEnvironmentVariable("CORVANE_VARIABLE")));
-  EXPECT_EQ("", text(PlatformImpl::getEnvironmentVariable("")));
+  EXPECT_EQ("", str(PlatformImpl::getEnvironmentVariable("CORVANE_VARIABLE")));
+  EXPECT_EQ("", str(PlatformImpl::getEnvironmentVariable("")));
 }
 
 TEST(PlatformImpl, VariableIsIndependentOfItsSources) {
@@ -179,20 +169,20 @@ const WideRow kWideRows[] = {
 TEST(PlatformImpl, WideToMultiByte) {
   const test::ScopedEnvironment all("LC_ALL", "C");
   for (const WideRow& row : kWideRows) {
-    EXPECT_EQ(row.inC, text(PlatformImpl::wideToMultiByte(row.wide))) << row.name;
+    EXPECT_EQ(row.inC, str(PlatformImpl::wideToMultiByte(row.wide))) << row.name;
   }
 }
 
 TEST(PlatformImpl, WideToMultiByteInUtf8) {
   const test::ScopedEnvironment all("LC_ALL", "C.UTF-8");
   for (const WideRow& row : kWideRows) {
-    EXPECT_EQ(row.inUtf8, text(PlatformImpl::wideToMultiByte(row.wide))) << row.name;
+    EXPECT_EQ(row.inUtf8, str(PlatformImpl::wideToMultiByte(row.wide))) << row.name;
   }
 }
 
 TEST(PlatformImpl, WideToMultiByteOfALongText) {
   const std::wstring wide(100000, L'x');
-  EXPECT_EQ(std::string(100000, 'x'), text(PlatformImpl::wideToMultiByte(wide.c_str())));
+  EXPECT_EQ(std::string(100000, 'x'), str(PlatformImpl::wideToMultiByte(wide.c_str())));
 }
 
 }  // namespace

@@ -13,34 +13,14 @@
 #include "support/OrdinaryUser.h"
 #include "support/TestAccess.h"
 #include "support/TestFiles.h"
-#include "util/LauncherException.h"
+#include "support/Texts.h"
 
 namespace {
 
+using test::errorOf;
+using test::str;
+using test::toVector;
 using Strings = std::vector<std::string>;
-
-std::string text(const SString& s) {
-  return std::string(s.view());
-}
-
-Strings asStrings(const StringDeque& deque) {
-  Strings strings;
-  for (long i = 0; i < deque.size(); ++i) {
-    strings.push_back(text(deque[i]));
-  }
-  return strings;
-}
-
-// The message of the LauncherException that `body` throws; "no exception" when it throws none.
-template <class Body>
-std::string messageOf(Body body) {
-  try {
-    body();
-  } catch (const LauncherException& e) {
-    return text(e.getMessage());
-  }
-  return "no exception";
-}
 
 mode_t modeOf(const std::string& path) {
   struct stat status = {};
@@ -52,12 +32,12 @@ mode_t modeOf(const std::string& path) {
 
 TEST(Temp, DirectoryIsTheDefaultUnlessChosen) {
   const test::ScopedEnvironment tmpdir("TMPDIR", "/nowhere");
-  EXPECT_EQ("/var/tmp/", text(PlatformImpl::getSystemTempDirectory()));
-  EXPECT_EQ("/var/tmp/", text(PlatformImpl::getSystemTempDirectory()));
+  EXPECT_EQ("/var/tmp/", str(PlatformImpl::getSystemTempDirectory()));
+  EXPECT_EQ("/var/tmp/", str(PlatformImpl::getSystemTempDirectory()));
   PlatformImpl::setSystemTempDir("/");
-  EXPECT_EQ("/", text(PlatformImpl::getSystemTempDirectory()));
+  EXPECT_EQ("/", str(PlatformImpl::getSystemTempDirectory()));
   PlatformImpl::setSystemTempDir("");
-  EXPECT_EQ("/var/tmp/", text(PlatformImpl::getSystemTempDirectory()));
+  EXPECT_EQ("/var/tmp/", str(PlatformImpl::getSystemTempDirectory()));
 }
 
 struct DirectoryRow {
@@ -91,14 +71,14 @@ TEST(Temp, DirectoryMustBeOne) {
         "Cannot use " + path +
         " as the temp directory because it does not exist. Please run the program again using the "
         "option -cv:tempdir <temp dir> to specify a different directory to use.";
-    const auto message = messageOf(
-        [&] { EXPECT_EQ(path, text(PlatformImpl::getSystemTempDirectory())) << row.name; });
-    EXPECT_EQ(row.isUsable ? "no exception" : wanted, message) << row.name;
-    EXPECT_EQ(message, messageOf([] {
+    const auto message =
+        errorOf([&] { EXPECT_EQ(path, str(PlatformImpl::getSystemTempDirectory())) << row.name; });
+    EXPECT_EQ(row.isUsable ? "" : wanted, message) << row.name;
+    EXPECT_EQ(message, errorOf([] {
                 PlatformImpl::removeFileFromCleanupList(PlatformImpl::createTempFile());
               }))
         << row.name;
-    EXPECT_EQ(message, messageOf([] { PlatformImpl::createTempSubDirectory(); })) << row.name;
+    EXPECT_EQ(message, errorOf([] { PlatformImpl::createTempSubDirectory(); })) << row.name;
   }
 }
 
@@ -107,7 +87,7 @@ TEST(Temp, ATooLongDirectoryIsCutInTheMessage) {
   const std::string path = "/" + std::string(2000, 'x');
   PlatformImpl::setSystemTempDir(path.c_str());
   EXPECT_EQ(("Cannot use " + path).substr(0, 1023),
-            messageOf([] { PlatformImpl::getSystemTempDirectory(); }));
+            errorOf([] { PlatformImpl::getSystemTempDirectory(); }));
 }
 
 // --- Names ---
@@ -136,8 +116,8 @@ TEST(Temp, Names) {
   const test::ScopedEnvironment tmpdir("TMPDIR", "/tmp");
   for (const NameRow& row : kNameRows) {
     PlatformImpl::setSystemTempDir((scratch.path() + row.suffix).c_str());
-    const std::string file = text(PlatformImpl::createTempFile());
-    const std::string dir = text(PlatformImpl::createTempSubDirectory());
+    const std::string file = str(PlatformImpl::createTempFile());
+    const std::string dir = str(PlatformImpl::createTempSubDirectory());
     EXPECT_TRUE(isTempName(file, scratch.path())) << row.name << ": " << file;
     EXPECT_TRUE(isTempName(dir, scratch.path())) << row.name << ": " << dir;
     EXPECT_TRUE(S_ISREG(modeOf(file))) << row.name;
@@ -148,8 +128,8 @@ TEST(Temp, Names) {
 
 TEST(Temp, NamesInTheDefaultDirectory) {
   const test::ScopedEnvironment tmpdir("TMPDIR", "/tmp");
-  const std::string file = text(PlatformImpl::createTempFile());
-  const std::string dir = text(PlatformImpl::createTempSubDirectory());
+  const std::string file = str(PlatformImpl::createTempFile());
+  const std::string dir = str(PlatformImpl::createTempSubDirectory());
   EXPECT_TRUE(isTempName(file, "/var/tmp")) << file;
   EXPECT_TRUE(isTempName(dir, "/var/tmp")) << dir;
   PlatformImpl::cleanup();
@@ -162,8 +142,8 @@ TEST(Temp, NamesDiffer) {
   PlatformImpl::setSystemTempDir(scratch.path().c_str());
   std::set<std::string> names;
   for (int i = 0; i < 100; ++i) {
-    names.insert(text(PlatformImpl::createTempFile()));
-    names.insert(text(PlatformImpl::createTempSubDirectory()));
+    names.insert(str(PlatformImpl::createTempFile()));
+    names.insert(str(PlatformImpl::createTempSubDirectory()));
   }
   EXPECT_EQ(200u, names.size());
 }
@@ -182,8 +162,8 @@ TEST(Temp, RightsFollowTheUmask) {
   PlatformImpl::setSystemTempDir(scratch.path().c_str());
   for (const UmaskRow& row : kUmaskRows) {
     const mode_t before = umask(row.umask);
-    EXPECT_EQ(row.wantedFile, modeOf(text(PlatformImpl::createTempFile())) & 07777);
-    EXPECT_EQ(row.wantedDirectory, modeOf(text(PlatformImpl::createTempSubDirectory())) & 07777);
+    EXPECT_EQ(row.wantedFile, modeOf(str(PlatformImpl::createTempFile())) & 07777);
+    EXPECT_EQ(row.wantedDirectory, modeOf(str(PlatformImpl::createTempSubDirectory())) & 07777);
     umask(before);
   }
 }
@@ -193,19 +173,19 @@ TEST(Temp, CreationFails) {
   ASSERT_EQ(0, chmod(scratch.path().c_str(), 0555));
   PlatformImpl::setSystemTempDir(scratch.path().c_str());
   const test::OrdinaryUser user;
-  const std::string message = messageOf([] { PlatformImpl::createTempFile(); });
+  const std::string message = errorOf([] { PlatformImpl::createTempFile(); });
   const std::string prefix = "Error creating tmp file ";
   EXPECT_TRUE(message.starts_with(prefix)) << message;
   EXPECT_TRUE(isTempName(message.substr(prefix.size()), scratch.path())) << message;
-  EXPECT_EQ("Permission denied", messageOf([] { PlatformImpl::createTempSubDirectory(); }));
-  EXPECT_EQ(Strings(), asStrings(PlatformTestAccess::createdFiles()));
-  EXPECT_EQ(Strings(), asStrings(PlatformTestAccess::createdDirectories()));
+  EXPECT_EQ("Permission denied", errorOf([] { PlatformImpl::createTempSubDirectory(); }));
+  EXPECT_EQ(Strings(), toVector(PlatformTestAccess::createdFiles()));
+  EXPECT_EQ(Strings(), toVector(PlatformTestAccess::createdDirectories()));
 }
 
 TEST(Temp, TheRootKeepsItsSeparator) {
   const test::OrdinaryUser user;
   PlatformImpl::setSystemTempDir("/");
-  const std::string message = messageOf([] { PlatformImpl::createTempFile(); });
+  const std::string message = errorOf([] { PlatformImpl::createTempFile(); });
   EXPECT_TRUE(message.starts_with("Error creating tmp file //cvj")) << message;
 }
 
@@ -214,12 +194,12 @@ TEST(Temp, TheRootKeepsItsSeparator) {
 TEST(Temp, WhatIsCreatedIsRegistered) {
   test::TempDir scratch;
   PlatformImpl::setSystemTempDir(scratch.path().c_str());
-  const std::string dir1 = text(PlatformImpl::createTempSubDirectory());
-  const std::string file1 = text(PlatformImpl::createTempFile());
-  const std::string dir2 = text(PlatformImpl::createTempSubDirectory());
-  const std::string file2 = text(PlatformImpl::createTempFile());
-  EXPECT_EQ((Strings{file1, file2}), asStrings(PlatformTestAccess::createdFiles()));
-  EXPECT_EQ((Strings{dir1, dir2}), asStrings(PlatformTestAccess::createdDirectories()));
+  const std::string dir1 = str(PlatformImpl::createTempSubDirectory());
+  const std::string file1 = str(PlatformImpl::createTempFile());
+  const std::string dir2 = str(PlatformImpl::createTempSubDirectory());
+  const std::string file2 = str(PlatformImpl::createTempFile());
+  EXPECT_EQ((Strings{file1, file2}), toVector(PlatformTestAccess::createdFiles()));
+  EXPECT_EQ((Strings{dir1, dir2}), toVector(PlatformTestAccess::createdDirectories()));
 }
 
 struct RemoveRow {
@@ -241,28 +221,28 @@ const RemoveRow kRemoveRows[] = {
 
 TEST(Temp, RemoveFileFromCleanupList) {
   for (const RemoveRow& row : kRemoveRows) {
-    for (const std::string& old : asStrings(PlatformTestAccess::createdFiles())) {
+    for (const std::string& old : toVector(PlatformTestAccess::createdFiles())) {
       PlatformImpl::removeFileFromCleanupList(old.c_str());
     }
     for (const std::string& path : row.before) {
       PlatformImpl::addFileToCleanupList(path.c_str());
     }
     PlatformImpl::removeFileFromCleanupList(row.removed);
-    EXPECT_EQ(row.wanted, asStrings(PlatformTestAccess::createdFiles())) << row.name;
+    EXPECT_EQ(row.wanted, toVector(PlatformTestAccess::createdFiles())) << row.name;
   }
 }
 
 TEST(Temp, RemoveDirFromCleanupList) {
   test::TempDir scratch;
   PlatformImpl::setSystemTempDir(scratch.path().c_str());
-  const std::string first = text(PlatformImpl::createTempSubDirectory());
-  const std::string second = text(PlatformImpl::createTempSubDirectory());
+  const std::string first = str(PlatformImpl::createTempSubDirectory());
+  const std::string second = str(PlatformImpl::createTempSubDirectory());
   PlatformImpl::addFileToCleanupList(first.c_str());
   PlatformImpl::removeDirFromCleanupList((first + "/").c_str());
-  EXPECT_EQ((Strings{first, second}), asStrings(PlatformTestAccess::createdDirectories()));
+  EXPECT_EQ((Strings{first, second}), toVector(PlatformTestAccess::createdDirectories()));
   PlatformImpl::removeDirFromCleanupList(first.c_str());
-  EXPECT_EQ((Strings{second}), asStrings(PlatformTestAccess::createdDirectories()));
-  EXPECT_EQ((Strings{first}), asStrings(PlatformTestAccess::createdFiles()));
+  EXPECT_EQ((Strings{second}), toVector(PlatformTestAccess::createdDirectories()));
+  EXPECT_EQ((Strings{first}), toVector(PlatformTestAccess::createdFiles()));
 }
 
 struct ExistsRow {
@@ -385,7 +365,7 @@ TEST(Temp, FreeSpaceCannotBeAsked) {
   test::TempDir scratch;
   const std::string missing = scratch / "missing";
   EXPECT_EQ("No such file or directory",
-            messageOf([&] { PlatformImpl::checkFreeSpace(missing.c_str(), 0, 0); }));
+            errorOf([&] { PlatformImpl::checkFreeSpace(missing.c_str(), 0, 0); }));
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 
 namespace {
 
-using test::text;
+using test::str;
 using enum test::Mode;
 
 struct TitleRow {
@@ -48,7 +48,7 @@ void checkTitle(const TitleRow& row) {
   g_console.g_title = "before";
   const auto output = test::captureStdout([&] { PlatformImpl::setUITitle(row.title); });
   EXPECT_EQ(row.wantedOutput, output) << row.name;
-  EXPECT_EQ(row.wantedTitle, text(g_console.g_title)) << row.name;
+  EXPECT_EQ(row.wantedTitle, str(g_console.g_title)) << row.name;
 }
 
 TEST(Title, TitleWithoutLocale) {
@@ -110,7 +110,7 @@ TEST(Title, TitleLocales) {
     const test::ScopedEnvironment ctype("LC_CTYPE", row.ctype);
     const test::ScopedEnvironment lang("LANG", row.lang);
     test::captureStdout([] { PlatformImpl::setUITitle("Caf\\u00e9"); });
-    EXPECT_EQ(row.wanted, text(g_console.g_title)) << row.name;
+    EXPECT_EQ(row.wanted, str(g_console.g_title)) << row.name;
   }
 }
 

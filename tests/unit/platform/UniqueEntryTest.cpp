@@ -11,6 +11,7 @@
 
 #include "platform/RandomName.h"
 #include "support/TestFiles.h"
+#include "support/Texts.h"
 
 namespace {
 
@@ -89,7 +90,7 @@ TEST(UniqueEntry, UsesNothingThatExists) {
     Strings wanted = {"dangling", "dir/", "file", "link"};
     if (row.wantedError == 0) {
       wanted.insert(wanted.begin(), row.kind == File ? "a" : "a/");
-      EXPECT_EQ(scratch / "a", std::string(path.view())) << row.name;
+      EXPECT_EQ(scratch / "a", test::str(path)) << row.name;
     }
     EXPECT_EQ(wanted, test::listTree(scratch.path())) << row.name;
   }

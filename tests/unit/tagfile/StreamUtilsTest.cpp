@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "support/TestFiles.h"
+#include "support/Texts.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
@@ -17,15 +18,13 @@ using namespace std::string_view_literals;
 
 namespace {
 
-SString toSString(const std::string& text) {
-  return SString(std::string_view(text));
-}
+using test::sstr;
 
 // A stream of exactly these bytes.
 class Stream {
  public:
   explicit Stream(std::string_view bytes)
-      : m_file(openFile(toSString(test::writeFile(m_dir / "bytes", bytes)), "rb")) {}
+      : m_file(openFile(sstr(test::writeFile(m_dir / "bytes", bytes)), "rb")) {}
   std::FILE* get() const { return m_file.get(); }
 
  private:
@@ -256,7 +255,7 @@ TEST(StreamUtilsTest, ConvertsBytes) {
 
 TEST(StreamUtilsTest, OpensForReadingAndWriting) {
   const test::TempDir dir;
-  const SString path = toSString(dir / "file");
+  const SString path = sstr(dir / "file");
   FilePtr file = openFile(path, "w");
   ASSERT_NE(nullptr, file);
   EXPECT_EQ(FD_CLOEXEC, fcntl(fileno(file.get()), F_GETFD) & FD_CLOEXEC);
@@ -297,7 +296,7 @@ TEST(StreamUtilsTest, DoesNotOpen) {
 TEST(StreamUtilsTest, FileNameEndsAtItsZeroByte) {
   const test::TempDir dir;
   test::writeFile(dir / "file", "x");
-  EXPECT_NE(nullptr, openFile(toSString(dir / std::string("file\0more", 9)), "r"));
+  EXPECT_NE(nullptr, openFile(sstr(dir / std::string("file\0more", 9)), "r"));
 }
 
 }  // namespace

@@ -12,23 +12,22 @@
 
 #include "launcher/Log.h"
 #include "support/TestFiles.h"
+#include "support/Texts.h"
 #include "tagfile/StreamUtils.h"
-#include "util/LauncherException.h"
 
 using namespace std::string_view_literals;
 
 namespace {
 
-constexpr const char* kName = "a name.tag";
+using test::errorOf;
+using test::sstr;
 
-SString toSString(const std::string& text) {
-  return SString(std::string_view(text));
-}
+constexpr const char* kName = "a name.tag";
 
 // The document as `write` writes it: all tags and values, in order.
 std::string written(const TagFile& document) {
   const test::TempDir dir;
-  EXPECT_TRUE(document.write(toSString(dir / "written")));
+  EXPECT_TRUE(document.write(sstr(dir / "written")));
   return test::readFile(dir / "written");
 }
 
@@ -36,13 +35,8 @@ std::string written(const TagFile& document) {
 std::string load(TagFile& document, std::string_view bytes, std::int32_t start = 0,
                  std::int32_t length = -1) {
   const test::TempDir dir;
-  const FilePtr file = openFile(toSString(test::writeFile(dir / "bytes", bytes)), "rb");
-  try {
-    document.load(file.get(), kName, start, length);
-    return "";
-  } catch (const LauncherException& e) {
-    return e.what();
-  }
+  const FilePtr file = openFile(sstr(test::writeFile(dir / "bytes", bytes)), "rb");
+  return errorOf([&] { document.load(file.get(), kName, start, length); });
 }
 
 // --- what is read ---
@@ -265,7 +259,7 @@ constexpr FailureRow kFailureRows[] = {
 
 TEST(TagFileTest, FailsToLoad) {
   const test::TempDir dir;
-  setLogFileName(toSString(dir / "log"));
+  setLogFileName(sstr(dir / "log"));
   std::string log;
   for (const FailureRow& row : kFailureRows) {
     SCOPED_TRACE(row.name);
@@ -288,17 +282,13 @@ TEST(TagFileTest, ReadsNoStreamWithoutPositions) {
   const FilePtr reader(fdopen(ends[0], "r"));
   close(ends[1]);
   TagFile document;
-  try {
-    document.load(reader.get(), kName, 0, -1);
-    ADD_FAILURE() << "nothing thrown";
-  } catch (const LauncherException& e) {
-    EXPECT_STREQ("Unable to read tag file.", e.what());
-  }
+  EXPECT_EQ("Unable to read tag file.",
+            errorOf([&] { document.load(reader.get(), kName, 0, -1); }));
 }
 
 TEST(TagFileTest, ReadErrorIsTheEnd) {
   const test::TempDir dir;
-  const FilePtr file = openFile(toSString(dir / "file"), "w");  // not to be read
+  const FilePtr file = openFile(sstr(dir / "file"), "w");  // not to be read
   TagFile document;
   document.load(file.get(), kName, 0, -1);
   EXPECT_TRUE(document.isLoaded());
@@ -308,18 +298,14 @@ TEST(TagFileTest, ReadErrorIsTheEnd) {
 TEST(TagFileTest, LogsSyntaxErrors) {
   constexpr const char* wanted = "Syntax error in file at line -1 ==> the message";
   const test::TempDir dir;
-  setLogFileName(toSString(dir / "log"));
-  try {
-    TagFile::logSyntaxError("the message", "file", -1);
-  } catch (const LauncherException& e) {
-    EXPECT_STREQ(wanted, e.what());
-  }
+  setLogFileName(sstr(dir / "log"));
+  EXPECT_EQ(wanted, errorOf([] { TagFile::logSyntaxError("the message", "file", -1); }));
   EXPECT_TRUE(test::readFile(dir / "log").ends_with("ERROR: " + std::string(wanted) + "\n"));
 }
 
 TEST(TagFileTest, LoadsAFileByItsPath) {
   const test::TempDir dir;
-  const SString path = toSString(test::writeFile(dir / "file", "A: 1\n"));
+  const SString path = sstr(test::writeFile(dir / "file", "A: 1\n"));
   const TagFile document(path);
   EXPECT_TRUE(document.isLoaded());
   EXPECT_EQ(path.view(), document.getName().view());
@@ -340,26 +326,15 @@ constexpr UnopenedRow kUnopenedRows[] = {
 
 TEST(TagFileTest, DoesNotOpen) {
   for (const UnopenedRow& row : kUnopenedRows) {
-    try {
-      const TagFile document((SString(row.path)));
-      ADD_FAILURE() << row.name << ": nothing thrown";
-    } catch (const LauncherException& e) {
-      EXPECT_STREQ(row.wanted, e.what()) << row.name;
-    }
+    EXPECT_EQ(row.wanted, errorOf([&] { TagFile(SString(row.path)); })) << row.name;
   }
 }
 
 TEST(TagFileTest, NamesTheFileInItsErrors) {
   const test::TempDir dir;
   const std::string path = test::writeFile(dir / "file", "x\n");
-  try {
-    const TagFile document(toSString(path));
-    ADD_FAILURE() << "nothing thrown";
-  } catch (const LauncherException& e) {
-    EXPECT_EQ(
-        "Syntax error in " + path + " at line 1 ==> Missing colon at the end of the tag name.",
-        e.what());
-  }
+  EXPECT_EQ("Syntax error in " + path + " at line 1 ==> Missing colon at the end of the tag name.",
+            errorOf([&] { TagFile(sstr(path)); }));
 }
 
 TEST(TagFileTest, LoadsIntoWhatIsThere) {
@@ -563,17 +538,17 @@ TEST(TagFileTest, ReplacesTheFileThatItWrites) {
   test::writeFile(dir / "file", "a longer text than the one to come");
   TagFile document;
   document.setTagValue("A", "1");
-  EXPECT_TRUE(document.write(toSString(dir / "file")));
+  EXPECT_TRUE(document.write(sstr(dir / "file")));
   EXPECT_EQ("A:  1\n", test::readFile(dir / "file"));
 }
 
 TEST(TagFileTest, SaysNothingWhenItCannotWrite) {
   const test::TempDir dir;
-  setLogFileName(toSString(dir / "log"));
+  setLogFileName(sstr(dir / "log"));
   TagFile document;
   document.setTagValue("A", "1");
-  EXPECT_FALSE(document.write(toSString(dir / "no/such/folder/file")));
-  EXPECT_FALSE(document.write(toSString(dir.path())));
+  EXPECT_FALSE(document.write(sstr(dir / "no/such/folder/file")));
+  EXPECT_FALSE(document.write(sstr(dir.path())));
   EXPECT_EQ(std::vector<std::string>{}, test::listTree(dir.path()));
   if (access("/dev/full", W_OK) == 0) {
     EXPECT_FALSE(document.write("/dev/full"));

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "support/Texts.h"
 #include "util/GenericDeque.h"
 #include "util/LauncherException.h"
 #include "util/PtrDeque.h"
@@ -54,7 +55,7 @@ constexpr StepRow kStepRows[] = {
 std::string joined(const StringDeque& deque) {
   std::string text;
   for (long i = 0; i < deque.size(); ++i) {
-    text += (i == 0 ? "" : " ") + std::string(deque.at(i).view());
+    text += (i == 0 ? "" : " ") + test::str(deque.at(i));
   }
   return text;
 }

@@ -6,15 +6,15 @@
 #include <string_view>
 #include <utility>
 
+#include "support/Texts.h"
+
 using namespace std::string_view_literals;
 
 namespace {
 
 constexpr std::size_t npos = SString::npos;
 
-std::string str(const SString& text) {
-  return std::string(text.view());
-}
+using test::str;
 
 bool shareBuffer(const SString& a, const SString& b) {
   return a.c_str() == b.c_str();

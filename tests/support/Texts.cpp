@@ -1,0 +1,20 @@
+#include "support/Texts.h"
+
+#include <regex>
+
+namespace test {
+
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t found = text.find(from); found != std::string::npos;
+       found = text.find(from, found + to.size())) {
+    text.replace(found, from.size(), to);
+  }
+  return text;
+}
+
+std::string normalised(const std::string& text, const std::string& scratch) {
+  return std::regex_replace(replaced(text, scratch, "DIR"), std::regex("/cvj[A-Za-z0-9]{6}"),
+                            "/cvj#");
+}
+
+}  // namespace test
