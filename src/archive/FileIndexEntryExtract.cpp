@@ -10,8 +10,8 @@
 #include "archive/FileIndexEntry.h"
 #include "archive/LauncherFileFormat.h"
 #include "platform/PlatformImpl.h"
+#include "platform/WriteError.h"
 #include "tagfile/TextUtils.h"
-#include "util/LauncherException.h"
 
 namespace {
 
@@ -117,11 +117,6 @@ int copyStoredBytes(const SString& path, std::int64_t begin, std::int64_t end) {
     output.close();
   }
   return output.error();
-}
-
-[[noreturn]] void throwWriteError(const SString& detail) {
-  throw LauncherException(PlatformImpl::getMessageText(MSG_WRITE_FILE_ERROR) + detail +
-                          PlatformImpl::getMessageText(MSG_TEMP_SPACE_HINT));
 }
 
 }  // namespace

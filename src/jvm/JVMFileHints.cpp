@@ -5,6 +5,7 @@
 #include "launcher/LauncherFacts.h"
 #include "launcher/Log.h"
 #include "platform/PlatformImpl.h"
+#include "tagfile/Paths.h"
 #include "tagfile/TagFile.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
@@ -15,11 +16,10 @@ namespace {
 // The home of the JVM whose executable the directory `dir` of PATH may hold: a directory that ends
 // with the executable's own directory is cut before it.
 SString homeFromPathEntry(const SString& dir, const SString& exe) {
-  const std::size_t separator = exe.rfind(kPathSeparator);
-  if (separator == SString::npos) {
+  const SString exeDir = exe.substr(0, exe.size() - baseNameOf(exe).size());  // "bin/"
+  if (exeDir.empty()) {
     return dir;
   }
-  const SString exeDir = exe.substr(0, separator + 1);
   SString home = dir;
   appendPathSeparator(home);
   // QUIRK(path-suffix-without-boundary): the end is compared without regard to where a directory
@@ -28,11 +28,6 @@ SString homeFromPathEntry(const SString& dir, const SString& exe) {
     home.erase(home.size() - exeDir.size());
   }
   return home;
-}
-
-// Who has canceled wants no further candidate tried.
-bool goesOn(const std::unique_ptr<JVMMatch>& match) {
-  return match == nullptr && !PlatformImpl::isCanceled();
 }
 
 }  // namespace
@@ -51,7 +46,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformHints(const VerifyClass& ve
     return match;
   }
   const long count = m_tagFile.getTagValueCount(tagname::kPlatformHint);
-  for (long i = 0; i < count && goesOn(match); ++i) {
+  for (long i = 0; i < count && mustTryNext(match); ++i) {
     match = verifyPlatformHint(tagValue(tagname::kPlatformHint, i), verifyClass);
   }
   return match;
@@ -62,7 +57,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyPlatformHint(const SString& hint,
   std::unique_ptr<JVMMatch> match;
   StringDeque homes;
   PlatformImpl::getPlatformHint(homes, hint);
-  for (long i = 0; i < homes.size() && goesOn(match); ++i) {
+  for (long i = 0; i < homes.size() && mustTryNext(match); ++i) {
     if (!homes[i].empty()) {
       logMessage("Checking JVM at " + homes[i] + " which was resolved from platform hint " + hint,
                  LOG_INFO);
@@ -78,7 +73,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyWithPathHints(const VerifyClass& verify
     return match;
   }
   const long count = m_tagFile.getTagValueCount(tagname::kPathHint);
-  for (long i = 0; i < count && goesOn(match); ++i) {
+  for (long i = 0; i < count && mustTryNext(match); ++i) {
     const SString hint = tagValue(tagname::kPathHint, i);
     match = hint.startsWith(kPathSeparator) ? verifyAbsoluteHint(hint, verifyClass)
                                             : verifyRelativeHint(hint, verifyClass);
@@ -91,7 +86,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyAbsoluteHint(const SString& hint,
   std::unique_ptr<JVMMatch> match;
   StringDeque partitions;
   PlatformImpl::getJVMSearchPartitions(partitions);
-  for (long i = 0; i < partitions.size() && goesOn(match); ++i) {
+  for (long i = 0; i < partitions.size() && mustTryNext(match); ++i) {
     SString home = partitions[i];
     appendPathSeparator(home);
     home += hint.substr(1);
@@ -123,7 +118,7 @@ std::unique_ptr<JVMMatch> JVMFile::verifyWithPlatformJVMPaths(const VerifyClass&
   }
   StringDeque dirs;
   PlatformImpl::getPlatformJVMPaths(dirs);
-  for (long i = 0; i < dirs.size() && goesOn(match); ++i) {
+  for (long i = 0; i < dirs.size() && mustTryNext(match); ++i) {
     if (dirs[i].empty()) {
       continue;
     }

@@ -6,7 +6,9 @@
 #include "launcher/Log.h"
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
+#include "platform/ShellWords.h"
 #include "platform/SubStatusWrapper.h"
+#include "tagfile/Quotes.h"
 #include "tagfile/TagFile.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
@@ -25,7 +27,7 @@ SString macro(const char* tag) {
 // The argument of the class-path function. A path in quotes goes in as a string that keeps them.
 SString quoteClasspath(const SString& classpath) {
   if (classpath.startsWith("\"") && classpath.endsWith("\"")) {
-    return "\"\"" + classpath + "\"\"";
+    return inQuotes(inQuotes(classpath));
   }
   return classpath;
 }
@@ -105,11 +107,8 @@ bool JVMFile::performVerify(const SString& home, const VerifyClass& verifyClass)
 SString JVMFile::buildVerifyCommand(const SString& home, const VerifyClass& verifyClass,
                                     StringPairPtrDeque& properties) const {
   // QUIRK(home-is-template-text): a home with "%", "@" or two "#" in it is read as a macro.
-  SString command = "\"" + home;
-  if (!home.endsWith(kPathSeparator)) {
-    command += kPathSeparator;
-  }
-  command += macro(tagname::kJVMExe) + "\" %CP%(";
+  const char* separator = home.endsWith(kPathSeparator) ? "" : kPathSeparator;
+  SString command = fileNameForShell(home + separator + macro(tagname::kJVMExe)) + " %CP%(";
   command += quoteClasspath(verifyClass.classpath);
   command += ")  " + macro(tagname::kReqJavaArgs) + " ";
   command += verifyClass.name;

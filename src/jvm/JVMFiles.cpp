@@ -10,6 +10,7 @@
 #include "launcher/LauncherFacts.h"
 #include "launcher/Log.h"
 #include "platform/PlatformImpl.h"
+#include "platform/ShellWords.h"
 #include "platform/SubStatusWrapper.h"
 #include "util/LauncherException.h"
 #include "util/StringDeque.h"
@@ -57,18 +58,13 @@ void JVMFiles::search(JVMMatchPtrDeque& matches) {
   }
 }
 
-// Who has canceled wants no further candidate tried: the search then ends without a match.
-bool JVMFiles::isStillSearching() const {
-  return m_currentMatch == nullptr && !PlatformImpl::isCanceled();
-}
-
 void JVMFiles::searchUserHome() {
   const SString& home = LauncherFacts::getUserJavaHome();
   if (home.empty()) {
     return;
   }
   logMessage("Checking user specified Java home directory => " + home, LOG_INFO);
-  for (long i = 0; i < m_jvmFiles.size() && isStillSearching(); ++i) {
+  for (long i = 0; i < m_jvmFiles.size() && mustTryNext(m_currentMatch); ++i) {
     m_currentMatch = m_jvmFiles[i]->verify(home, m_verifyClass);
   }
 }
@@ -76,16 +72,16 @@ void JVMFiles::searchUserHome() {
 bool JVMFiles::searchHints() {
   logMessage("Initiating JVM search based on hints...", LOG_INFO);
   bool isScanWanted = false;
-  for (long i = 0; i < m_jvmFiles.size() && isStillSearching() && !isScanWanted; ++i) {
+  for (long i = 0; i < m_jvmFiles.size() && mustTryNext(m_currentMatch) && !isScanWanted; ++i) {
     JVMFile& jvmFile = *m_jvmFiles[i];
     isScanWanted = jvmFile.isSearchAll();
     const SubStatusWrapper subStatus;
     PlatformImpl::setUISubStatus(UI_SUBSTATUS_SEARCHING_FOR, jvmFile.getDesc());
     m_currentMatch = jvmFile.verifyWithPlatformHints(m_verifyClass);
-    if (isStillSearching()) {
+    if (mustTryNext(m_currentMatch)) {
       m_currentMatch = jvmFile.verifyWithPathHints(m_verifyClass);
     }
-    if (isStillSearching()) {
+    if (mustTryNext(m_currentMatch)) {
       m_currentMatch = jvmFile.verifyWithPlatformJVMPaths(m_verifyClass);
     }
   }
@@ -135,7 +131,7 @@ void JVMFiles::verifyUnverifiedMatches(JVMMatchPtrDeque& matches) {
 
 bool JVMFiles::foundFile(const SString& path) {
   const bool hadMatch = m_currentMatch != nullptr;
-  for (long i = 0; i < m_jvmFiles.size() && isStillSearching(); ++i) {
+  for (long i = 0; i < m_jvmFiles.size() && mustTryNext(m_currentMatch); ++i) {
     JVMFile& jvmFile = *m_jvmFiles[i];
     const SString exe = jvmFile.getJVMExe();
     // QUIRK(scan-suffix-without-boundary): a file found for one jvm file is offered to each whose
@@ -174,7 +170,7 @@ const VerifyClass& JVMFiles::writeVerifyJar() {
     path = jar.extract(PlatformImpl::createTempSubDirectory());
   });
   if (!path.empty()) {
-    m_verifyClass = {"\"" + path + "\"", "\"Verify\""};
+    m_verifyClass = {fileNameForShell(path), "\"Verify\""};
   }
   return m_verifyClass;
 }

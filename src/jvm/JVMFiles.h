@@ -46,7 +46,6 @@ class JVMFiles : public FileFindListener {
   void setVerifyClass(const VerifyClass& verifyClass) { m_verifyClass = verifyClass; }
 
  private:
-  bool isStillSearching() const;
   void searchUserHome();
   bool searchHints();  // true when the last jvm file looked at asks for the scan
   void verifyUnverifiedMatches(JVMMatchPtrDeque& matches);

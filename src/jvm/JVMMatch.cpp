@@ -8,3 +8,7 @@ SString JVMMatch::writeNewJVMFile() {
   m_tagFile.write(path);
   return path;
 }
+
+bool mustTryNext(const std::unique_ptr<JVMMatch>& match) {
+  return match == nullptr && !PlatformImpl::isCanceled();
+}

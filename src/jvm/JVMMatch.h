@@ -2,6 +2,8 @@
 #ifndef CORVANE_JVM_JVMMATCH_H
 #define CORVANE_JVM_JVMMATCH_H
 
+#include <memory>
+
 #include "tagfile/TagFile.h"
 #include "util/PtrDeque.h"
 #include "util/SString.h"
@@ -30,6 +32,10 @@ class JVMMatch {
   bool m_temporary = false;
   TagFile& m_tagFile;
 };
+
+// True while a search has to try its next candidate: none matched yet, and the user has not
+// canceled.
+bool mustTryNext(const std::unique_ptr<JVMMatch>& match);
 
 using JVMMatchPtrDeque = PtrDeque<JVMMatch>;
 

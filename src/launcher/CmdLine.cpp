@@ -1,10 +1,10 @@
 #include "launcher/CmdLine.h"
 
+#include "tagfile/Quotes.h"
 #include "tagfile/TextUtils.h"
 
 namespace {
 
-constexpr char kQuote = '"';
 constexpr char kBackslash = '\\';
 constexpr std::size_t npos = SString::npos;
 

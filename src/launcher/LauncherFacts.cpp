@@ -6,6 +6,7 @@
 #include "archive/LauncherFileFormat.h"
 #include "launcher/LauncherState.h"
 #include "launcher/ScriptVariables.h"
+#include "tagfile/Paths.h"
 #include "tagfile/StreamUtils.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -57,9 +58,7 @@ SString& LauncherFacts::getErrOutput() {
 }
 
 SString LauncherFacts::getOriginalLauncherDir() {
-  const std::size_t separator = g_launcher.m_origLauncherFileName.find_last_of("/\\");
-  return separator == SString::npos ? SString()
-                                    : g_launcher.m_origLauncherFileName.substr(0, separator);
+  return directoryOf(g_launcher.m_origLauncherFileName, kEitherSeparator);
 }
 
 std::int32_t LauncherFacts::getLauncherPurpose(const char* file) {

@@ -11,10 +11,13 @@
 #include "launcher/LauncherState.h"
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
+#include "platform/ShellWords.h"
+#include "platform/WriteError.h"
+#include "tagfile/Paths.h"
+#include "tagfile/Quotes.h"
 #include "tagfile/StreamUtils.h"
 #include "tagfile/TagFile.h"
 #include "tagfile/TextUtils.h"
-#include "util/LauncherException.h"
 
 namespace {
 
@@ -29,18 +32,9 @@ TagFile* tagFileOfJVM(const FileIndexEntry* entry) {
   return isJVM ? entry->getTagFile() : nullptr;
 }
 
-SString inQuotes(const SString& text) {
-  return "\"" + text + "\"";
-}
-
 // Blanks would split the program's path; only then it needs quotes.
 SString asProgram(const SString& path) {
-  return path.find_first_of(kBlanks) == SString::npos ? path : inQuotes(path);
-}
-
-SString baseName(const SString& path) {
-  const std::size_t separator = path.find_last_of("/\\");
-  return separator == SString::npos ? path : path.substr(separator + 1);
+  return path.find_first_of(kBlanks) == SString::npos ? path : fileNameForShell(path);
 }
 
 // Copies what can be read. Returns 0, or the errno of the last write that failed; the copy goes on
@@ -110,7 +104,7 @@ std::int32_t Launcher::runWizard(TagFile& jvmFile, std::int16_t uiSeconds) {
 // are not escaped.
 SString Launcher::buildHandOverCommand(const SString& embeddedLauncher) {
   SString command =
-      asProgram(embeddedLauncher) + " -cv:orig " + inQuotes(g_launcher.m_launcherFileName);
+      asProgram(embeddedLauncher) + " -cv:orig " + fileNameForShell(g_launcher.m_launcherFileName);
   for (long i = 0; i < g_launcher.m_args.size(); ++i) {
     command += " " + inQuotes(g_launcher.m_args[i]);
   }
@@ -155,16 +149,14 @@ const SString& Launcher::getApplicationArchive(const SString& name) {
   appendPathSeparator(source);
   source += name;
   const SString target =
-      PlatformImpl::createTempSubDirectory() + PlatformImpl::getPathSeparator() + baseName(name);
+      PlatformImpl::createTempSubDirectory() + kPathSeparator + baseNameOf(name, kEitherSeparator);
   int error = 0;
   if (!copyFile(source, target, error)) {
     return g_launcher.m_applicationArchive;
   }
   g_launcher.m_applicationArchive = target;
   if (error != 0) {
-    throw LauncherException(PlatformImpl::getMessageText(MSG_WRITE_FILE_ERROR) +
-                            convertToString(error) +
-                            PlatformImpl::getMessageText(MSG_TEMP_SPACE_HINT));
+    throwWriteError(convertToString(error));
   }
   return g_launcher.m_applicationArchive;
 }

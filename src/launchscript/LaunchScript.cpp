@@ -5,6 +5,8 @@
 #include "launcher/Log.h"
 #include "launchscript/LaunchScriptGrammar.h"
 #include "platform/PlatformImpl.h"
+#include "platform/ShellWords.h"
+#include "tagfile/Paths.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -29,23 +31,10 @@ class JavaHomeScope {
   SString m_saved;
 };
 
-// The launcher's own directory.
+// The launcher's own directory; a launcher without one names itself.
 SString launcherDirectory() {
   const SString file = LauncherFacts::getLauncherFileName();
-  return file.substr(0, file.rfind(PlatformImpl::getPathSeparator()));
-}
-
-// QUIRK(only-quotes-are-escaped): "$", "`" and "\" of an argument reach the shell as they are, so
-// that callers may let it fill them in; one that ends with a single "\" spoils the command.
-void appendQuoted(SString& command, const SString& argument) {
-  command += " \"";
-  for (const char byte : argument.view()) {
-    if (byte == '"') {
-      command += '\\';
-    }
-    command += byte;
-  }
-  command += '"';
+  return file.find(kPathSeparator) == SString::npos ? file : directoryOf(file);
 }
 
 // One line NAME=VALUE of the jvm file; without "=" the value is empty.
@@ -103,7 +92,7 @@ int LaunchScript::execute(const JVMFile& jvm, const StringDeque* extraArgs, bool
   m_standardError.clear();
   SString command = resolve(jvm);
   for (long i = 0; extraArgs != nullptr && i < extraArgs->size(); ++i) {
-    appendQuoted(command, extraArgs->at(i));
+    command += " " + argumentForShell(extraArgs->at(i));
   }
   const SString directory = m_autoSetWorkingDir ? launcherDirectory() : SString();
   logMessage("Executing launch script command: " + command +

@@ -7,6 +7,8 @@
 #include "launcher/Log.h"
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
+#include "platform/ShellWords.h"
+#include "tagfile/Paths.h"
 #include "tagfile/StreamUtils.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
@@ -20,10 +22,10 @@ SString firstValue(const JVMFile& jvm, const char* key) {
 // The original launcher's path with `extension` in the place of its own.
 SString sideFileName(const char* extension) {
   SString name = LauncherFacts::getOriginalLauncherFileName();
-  const std::size_t dot = name.rfind('.');
-  const std::size_t separator = name.find_last_of("/\\");
-  if (dot != SString::npos && (separator == SString::npos || dot > separator)) {
-    name.erase(dot);
+  const SString base = baseNameOf(name, kEitherSeparator);
+  const std::size_t dot = base.rfind('.');
+  if (dot != SString::npos) {
+    name.erase(name.size() - base.size() + dot);
   }
   return name + extension;
 }
@@ -134,7 +136,7 @@ SString LaunchScript::buildJARClasspath(bool quote) const {
   const SString directory = PlatformImpl::createTempSubDirectory();
   m_embeddedFiles->forEachOfType(FILE_TYPE_JAR, [&](const FileIndexEntry& jar) {
     const SString path = jar.extract(directory);
-    addToClasspath(*m_currentJVMFile, classpath, quote ? "\"" + path + "\"" : path);
+    addToClasspath(*m_currentJVMFile, classpath, quote ? fileNameForShell(path) : path);
   });
   return classpath;
 }

@@ -5,6 +5,7 @@
 #include "launchscript/LaunchScript.h"
 #include "launchscript/LaunchScriptGrammar.h"
 #include "platform/PlatformImpl.h"
+#include "tagfile/Quotes.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -162,7 +163,7 @@ void LaunchScript::addOptionToClasspath(SString& classpath, const SString& optio
     appendClasspathArg(*m_currentJVMFile, classpath, option);
   } else if (!option.empty()) {
     // QUIRK(option-keeps-its-quotes): the quotes stand also in the environment variable.
-    addToClasspath(*m_currentJVMFile, classpath, "\"" + option + "\"");
+    addToClasspath(*m_currentJVMFile, classpath, inQuotes(option));
   }
 }
 

@@ -12,6 +12,7 @@
 #include "platform/PlatformImpl.h"
 #include "platform/RandomName.h"
 #include "platform/UniqueEntry.h"
+#include "tagfile/Paths.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
@@ -127,10 +128,10 @@ void PlatformImpl::setDeleteLauncher(bool deleteIt) {
 
 void PlatformImpl::deleteLauncher() {
   const SString launcher = LauncherFacts::getLauncherFileName();
-  const std::size_t separator = launcher.rfind(kPathSeparator);
+  const SString directory = directoryOf(launcher);
   (void)unlink(launcher.c_str());
-  if (separator != SString::npos && separator > 0) {
-    (void)rmdir(launcher.substr(0, separator).c_str());
+  if (!directory.empty()) {
+    (void)rmdir(directory.c_str());
   }
 }
 

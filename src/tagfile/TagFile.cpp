@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "launcher/Log.h"
+#include "tagfile/Quotes.h"
 #include "tagfile/StreamUtils.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
@@ -20,7 +21,6 @@ constexpr const char* kCompleterMissing = "Missing /: tag completer.";
 constexpr const char* kValueMissing = "Invalid tag format.";
 
 constexpr const char* kBlockEnd = "/:";
-constexpr char kQuote = '"';
 
 // The value that begins at `first` of the line: what the quotes hold, or all the rest.
 SString parseValue(std::string_view line, std::size_t first) {
@@ -36,20 +36,13 @@ bool needsQuotes(const SString& value) {
          value.find(kQuote) != SString::npos;
 }
 
-SString quoted(const SString& value) {
-  SString result = "\"";
-  for (const char byte : value.view()) {
-    result.append(byte == kQuote ? 2 : 1, byte);
-  }
-  return result += kQuote;
-}
-
 void writeTag(std::FILE* file, const SString& key, const StringDeque& values) {
   const bool isBlock = values.size() > 1;
   std::fprintf(file, "%s:%s", key.c_str(), isBlock ? "\n" : "");
   for (long i = 0; i < values.size(); ++i) {
     const SString value = values.at(i).c_str();  // for C it ends at its first zero byte
-    std::fprintf(file, "  %s\n", needsQuotes(value) ? quoted(value).c_str() : value.c_str());
+    const SString written = needsQuotes(value) ? asQuotedArgument(value) : value;
+    std::fprintf(file, "  %s\n", written.c_str());
   }
   if (isBlock) {
     std::fprintf(file, "%s\n", kBlockEnd);

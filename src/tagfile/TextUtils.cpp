@@ -8,12 +8,12 @@
 #include <limits>
 #include <utility>
 
+#include "tagfile/Quotes.h"
 #include "util/LauncherException.h"
 
 namespace {
 
 constexpr const char* kQuoteMissing = "Expected double quote to end argument near ";
-constexpr char kQuote = '"';
 
 constexpr std::size_t kEscapeDigits = 4;
 constexpr std::size_t kEscapeLength = 2 + kEscapeDigits;
@@ -90,7 +90,7 @@ bool readEscape(std::string_view text, std::size_t pos, wchar_t& character) {
 }  // namespace
 
 bool isWhitespace(char byte) {
-  return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
+  return std::string_view(kBlanks).find(byte) != std::string_view::npos;
 }
 
 void trim(SString& text, const char* set) {

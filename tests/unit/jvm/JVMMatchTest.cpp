@@ -71,4 +71,18 @@ TEST(JVMMatch, WritesItsJVMFile) {
   }
 }
 
+// --- Whether a search goes on ---
+
+TEST(JVMMatch, EndsASearchAsACancelDoes) {
+  TagFile tags;
+  std::unique_ptr<JVMMatch> match;
+  EXPECT_TRUE(mustTryNext(match));
+  PlatformTestAccess::setCanceled(true);
+  EXPECT_FALSE(mustTryNext(match));
+  match = std::make_unique<JVMMatch>("/opt/java", tags);
+  EXPECT_FALSE(mustTryNext(match));
+  PlatformTestAccess::setCanceled(false);
+  EXPECT_FALSE(mustTryNext(match));
+}
+
 }  // namespace

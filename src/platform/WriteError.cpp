@@ -1,0 +1,9 @@
+#include "platform/WriteError.h"
+
+#include "platform/PlatformImpl.h"
+#include "util/LauncherException.h"
+
+void throwWriteError(const SString& detail) {
+  throw LauncherException(PlatformImpl::getMessageText(MSG_WRITE_FILE_ERROR) + detail +
+                          PlatformImpl::getMessageText(MSG_TEMP_SPACE_HINT));
+}

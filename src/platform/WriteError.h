@@ -1,0 +1,11 @@
+// The error of a file that could not be written, in the user's language.
+#ifndef CORVANE_PLATFORM_WRITEERROR_H
+#define CORVANE_PLATFORM_WRITEERROR_H
+
+#include "util/SString.h"
+
+// Throws LauncherException: the file could not be written, then `detail` (the system's error number
+// in decimal, or nothing), then how to choose a directory with more space.
+[[noreturn]] void throwWriteError(const SString& detail);
+
+#endif

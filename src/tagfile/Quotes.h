@@ -1,0 +1,19 @@
+// The double quotes that a text wears in our own formats and messages. A word of a command for the
+// shell is another matter: see platform/ShellWords.
+#ifndef CORVANE_TAGFILE_QUOTES_H
+#define CORVANE_TAGFILE_QUOTES_H
+
+#include <string_view>
+
+#include "util/SString.h"
+
+inline constexpr char kQuote = '"';
+
+// The text between double quotes, its bytes as they are.
+SString inQuotes(std::string_view text);
+
+// The text as an argument that parseStringArgument reads back equal: between double quotes, with
+// each quote inside doubled.
+SString asQuotedArgument(std::string_view text);
+
+#endif
