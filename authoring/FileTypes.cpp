@@ -78,4 +78,8 @@ std::string printable(std::string_view text) {
   return shown;
 }
 
+std::string quotedText(std::string_view text) {
+  return "\"" + std::string(text) + "\"";
+}
+
 }  // namespace authoring

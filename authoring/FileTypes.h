@@ -21,6 +21,8 @@ std::string findNameFault(std::string_view name);
 
 // For showing: control bytes and backslashes as \xNN, all else as it is.
 std::string printable(std::string_view text);
+// For showing: the text between double quotes, its bytes as they are.
+std::string quotedText(std::string_view text);
 
 }  // namespace authoring
 

@@ -49,8 +49,8 @@ std::string entry(std::size_t index) {
   return "files[" + std::to_string(index) + "]";
 }
 
-std::string quoted(const std::string& text) {
-  return "\"" + printable(text) + "\"";
+std::string shown(const std::string& text) {
+  return quotedText(printable(text));
 }
 
 void ManifestReader::fail(const std::string& where, const std::string& what) const {
@@ -88,7 +88,7 @@ Json ManifestReader::parse() const {
     } else if (event == Json::parse_event_t::object_end) {
       keys.pop_back();
     } else if (event == Json::parse_event_t::key && !keys.back().insert(parsed).second) {
-      fail("", "the key " + quoted(parsed) + " stands twice in one object; remove one of them");
+      fail("", "the key " + shown(parsed) + " stands twice in one object; remove one of them");
     }
     return true;
   };
@@ -110,7 +110,7 @@ void ManifestReader::expectObject(const Json& json, const std::string& where,
       for (const std::string& name : keys) {
         known += known.empty() ? name : ", " + name;
       }
-      fail(where, "unknown key " + quoted(key) + "; the keys here are " + known);
+      fail(where, "unknown key " + shown(key) + "; the keys here are " + known);
     }
   }
 }
@@ -195,7 +195,7 @@ std::int32_t ManifestReader::readType(const Json& json, const std::string& where
   const std::string name = readText(json, where);
   const std::optional<std::int32_t> type = fileTypeFromName(name);
   if (!type) {
-    fail(where, quoted(name) + " is no file type; the types are " + allFileTypeNames());
+    fail(where, shown(name) + " is no file type; the types are " + allFileTypeNames());
   }
   return *type;
 }
@@ -207,7 +207,7 @@ std::string ManifestReader::readName(const Json& file, const std::string& path,
       given ? readText(file["name"], where + ".name") : fs::path(path).filename().string();
   const std::string fault = findNameFault(name);
   if (!fault.empty()) {
-    fail(where + ".name", quoted(name) + " " + fault);
+    fail(where + ".name", shown(name) + " " + fault);
   }
   return name;
 }
@@ -236,7 +236,7 @@ std::string ManifestReader::findFile(const std::string& path, const std::string&
     }
     tried += (tried.empty() ? "" : ", ") + (folder.empty() ? "." : folder);
   }
-  fail(where, "there is no file " + quoted(path) + " in " + tried +
+  fail(where, "there is no file " + shown(path) + " in " + tried +
                   "; make it, or name its folder with --base");
 }
 
@@ -244,7 +244,7 @@ void ManifestReader::refuseDoubledNames(const std::vector<ManifestFile>& files) 
   std::set<std::string> names;
   for (std::size_t i = 0; i < files.size(); ++i) {
     if (!names.insert(files[i].name).second) {
-      fail(entry(i), "another file is stored as " + quoted(files[i].name) +
+      fail(entry(i), "another file is stored as " + shown(files[i].name) +
                          ", too, and would be overwritten; give this one another \"name\"");
     }
   }

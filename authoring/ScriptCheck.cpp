@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "archive/LauncherFileFormat.h"
+#include "authoring/FileTypes.h"
 #include "instructions/LabelIndex.h"
 #include "instructions/ScriptSyntax.h"
 #include "instructions/VariableRef.h"
@@ -14,10 +15,6 @@
 
 namespace authoring {
 namespace {
-
-std::string quoted(std::string_view text) {
-  return "\"" + std::string(text) + "\"";
-}
 
 // What makes "@...@" in `text` no variable, else empty.
 std::string findReferenceFault(const SString& text);
@@ -162,7 +159,7 @@ void ScriptCheck::reportUnknown(const std::string& word) {
   if (findCommand(capitals) != nullptr) {
     hint = "; commands are written in capitals";
   }
-  find("unknown command " + quoted(word) + hint);
+  find("unknown command " + quotedText(word) + hint);
 }
 
 // --- Labels ---
@@ -196,7 +193,7 @@ void ScriptCheck::label(const SString& text) {
   if (m_labels.find(target) != LabelIndex::kNone) {
     return;
   }
-  const std::string name = quoted(text);
+  const std::string name = quotedText(text);
   if (m_lines[0] == target) {
     find("the label " + name +
          " stands on the first line, where it is never found; put a line with "
@@ -217,7 +214,7 @@ bool ScriptCheck::isNumber(const SString& text, std::int32_t& value) {
     return false;
   }
   if (!convertToLong(text, value)) {
-    find(quoted(text) + " is no number");
+    find(quotedText(text) + " is no number");
     return false;
   }
   return true;
@@ -226,7 +223,7 @@ bool ScriptCheck::isNumber(const SString& text, std::int32_t& value) {
 void ScriptCheck::boolean(const SString& text) {
   std::int32_t value;
   if (isNumber(text, value) && value != 0 && value != 1) {
-    find(quoted(text) + " must be 0 or 1");
+    find(quotedText(text) + " must be 0 or 1");
   }
 }
 
@@ -238,7 +235,7 @@ void ScriptCheck::number(const SString& text) {
 void ScriptCheck::installOption(const SString& text) {
   std::int32_t value;
   if (isNumber(text, value) && (value < 0 || value > 2)) {
-    find(quoted(text) + " must be 0, 1 or 2");
+    find(quotedText(text) + " must be 0, 1 or 2");
   }
 }
 
@@ -349,8 +346,8 @@ std::string findVariableFault(const SString& name) {
     VariableRef().init(name, "");
     return "";
   } catch (const LauncherException&) {
-    return quoted(name) + " is no variable; there are N1 to N" + std::to_string(kNumericVariables) +
-           " and S1 to S" + std::to_string(kStringVariables);
+    return quotedText(name) + " is no variable; there are N1 to N" +
+           std::to_string(kNumericVariables) + " and S1 to S" + std::to_string(kStringVariables);
   }
 }
 

@@ -160,14 +160,15 @@ class TagCheck {
     std::int16_t number;
     const SString text = value(tag);
     if (!text.empty() && !convertToShort(text, number)) {
-      find(std::string(tag) + ": \"" + text.c_str() + "\" counts as not given; write 1 or 0");
+      find(std::string(tag) + ": " + quotedText(text.c_str()) +
+           " counts as not given; write 1 or 0");
     }
   }
 
   void needOne(const char* tag) {
     const SString text = value(tag);
     if (!text.empty() && text != "1" && text != "0") {
-      find(std::string(tag) + ": \"" + text.c_str() + "\" counts as 0; write 1 or 0");
+      find(std::string(tag) + ": " + quotedText(text.c_str()) + " counts as 0; write 1 or 0");
     }
   }
 
@@ -175,8 +176,7 @@ class TagCheck {
     for (long i = 0; i < m_file.tagFile->getTagValueCount(tag); ++i) {
       const SString line = m_file.tagFile->getTagValue(tag, static_cast<unsigned long>(i));
       if (line.find('=') == SString::npos) {
-        find(std::string(tag) + ": \"" + std::string(line.view()) +
-             "\" is ignored; write name = value");
+        find(std::string(tag) + ": " + quotedText(line) + " is ignored; write name = value");
       }
     }
   }
