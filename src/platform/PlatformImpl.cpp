@@ -6,38 +6,19 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
-#include <new>
-#include <utility>
 
 #include "launcher/Log.h"
 #include "platform/CleanupState.h"
 #include "platform/MessageCatalogue.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
+#include "util/StringDeque.h"
 
 namespace {
 
 constexpr const char* kDefaultTempDir = "/var/tmp/";
 constexpr char kHintSeparator = ':';
 constexpr wchar_t kLastAscii = 0x7F;
-
-// A text that the environment points at, directly behind this header. It lives as long as the
-// process, since nobody knows when the environment drops it; the chain says so to leak checkers.
-struct EnvironmentText {
-  EnvironmentText* previous;
-  char* text() { return reinterpret_cast<char*>(this + 1); }
-};
-
-constinit EnvironmentText* g_lastEnvironmentText = nullptr;
-
-char* keepForEver(const SString& text) {
-  const std::size_t size = text.size() + 1;
-  void* memory = ::operator new(sizeof(EnvironmentText) + size);
-  g_lastEnvironmentText = new (memory) EnvironmentText{g_lastEnvironmentText};
-  std::memcpy(g_lastEnvironmentText->text(), text.c_str(), size);
-  return g_lastEnvironmentText->text();
-}
 
 }  // namespace
 
@@ -73,7 +54,11 @@ SString PlatformImpl::getEnvironmentVariable(const SString& name) {
 }
 
 void PlatformImpl::setEnvironmentVariable(const SString& name, const SString& value) {
-  putenv(keepForEver(name + "=" + value));
+  // putenv keeps the text itself, which therefore stays as long as the process. It takes any name,
+  // unlike setenv: none at all, or one with "=" in it.
+  static StringDeque& texts = *new StringDeque;
+  texts.push_back(name + "=" + value);
+  putenv(const_cast<char*>(texts.back().c_str()));
 }
 
 void PlatformImpl::setFileExecutable(const SString& path) {

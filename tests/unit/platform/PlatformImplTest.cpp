@@ -5,10 +5,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "support/OwnProcess.h"
 #include "support/TestFiles.h"
 #include "support/Texts.h"
 
@@ -90,6 +92,31 @@ TEST(PlatformImpl, SetEnvironmentVariable) {
     PlatformImpl::setEnvironmentVariable("CORVANE_VARIABLE", row.value);
     EXPECT_STREQ(row.value, std::getenv("CORVANE_VARIABLE")) << row.name;
     EXPECT_EQ(row.value, str(PlatformImpl::getEnvironmentVariable("CORVANE_VARIABLE"))) << row.name;
+  }
+}
+
+struct OddNameRow {
+  const char* name;
+  SString variable;
+  SString value;
+  const char* wanted;  // the entry of the environment
+};
+
+const OddNameRow kOddNameRows[] = {
+    {"no name", "", "x", "=x"},
+    {"name with =", "CORVANE_VARIABLE=a", "b", "CORVANE_VARIABLE=a=b"},
+    {"blanks around", " CORVANE ", "x", " CORVANE =x"},
+    {"value that ends for C", "CORVANE_VARIABLE", SString("a\0b", 3), "CORVANE_VARIABLE=a"},
+};
+
+TEST(PlatformImpl, SetEnvironmentVariableTakesAnyName) {
+  for (const OddNameRow& row : kOddNameRows) {
+    EXPECT_EQ(row.wanted, test::outputOf([&] {
+                clearenv();
+                PlatformImpl::setEnvironmentVariable(row.variable, row.value);
+                std::fputs(environ[0], stdout);
+              }))
+        << row.name;
   }
 }
 
