@@ -19,7 +19,8 @@ class VariableRef {
   // " Invalid numeric expression in " VALUE, with nothing stored, when there is none.
   void setValue(const SString& value, std::string_view prefix) const;
   SString getStringValue() const;
-  // Throws PREFIX " into a numeric value." for a string variable.
+  // Throws PREFIX " into a numeric value." for a string variable. A promised name, though nothing
+  // of ours calls it.
   std::int32_t getNumericValue(std::string_view prefix) const;
 
   bool isNumericVariable() const { return m_type == 'N'; }

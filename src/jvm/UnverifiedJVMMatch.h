@@ -42,7 +42,8 @@ class UnverifiedJVMMatchPtrDeque {
   void push_back(std::unique_ptr<UnverifiedJVMMatch> match);
   void clear();
 
-  // Adds `home` to the match of that jvm file; does nothing when there is none.
+  // Adds `home` to the match of that jvm file; does nothing when there is none. A promised name,
+  // though nothing of ours calls it.
   void addMatch(const JVMFile& jvmFile, const SString& home);
   // The match of that jvm file, or null.
   UnverifiedJVMMatch* findMatch(const JVMFile& jvmFile) const;

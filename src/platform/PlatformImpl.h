@@ -51,7 +51,7 @@ class PlatformImpl {
   static void showUI();
   static void hideUI(std::int16_t seconds);  // the argument is ignored
   static void setSilent(bool silent);
-  static bool isUIVisible();
+  static bool isUIVisible();  // a promised name, though nothing of ours calls it
   // Shows `text` as a line, also while the console is hidden; only silent mode suppresses it.
   static void showUIMessage(const SString& text);
   static void setUITitle(const SString& title);

@@ -47,6 +47,7 @@ class TagFile {
   // quoted value without its closing quote (not logged). Leaves the stream's position anywhere.
   void load(std::FILE* file, const SString& name, std::int32_t start, std::int32_t length);
 
+  // A promised name, though nothing of ours calls it.
   bool isLoaded() const { return m_loaded; }
   SString getName() const { return m_name; }
   // How much of the file the last load that ran to its end went over.

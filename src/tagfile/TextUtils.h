@@ -36,7 +36,8 @@ void stripQuotes(SString& text);
 
 // Appends to `line` the bytes from `position` up to a newline or the end, without carriage
 // returns, trims `line`, and leaves `position` one past the newline (one past the end of the text
-// when no newline ended the line). A position at or past the end leaves both untouched.
+// when no newline ended the line). A position at or past the end leaves both untouched. A promised
+// name, though nothing of ours calls it.
 void readLineFromString(const SString& text, std::size_t& position, SString& line);
 // The same without trimming: for text of another program, compared as it was printed.
 void readRawLineFromString(const SString& text, std::size_t& position, SString& line);
