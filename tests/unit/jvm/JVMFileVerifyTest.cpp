@@ -113,9 +113,9 @@ struct VerifyRow {
   const char* name;
   test::Tags tags;
   std::string home;
-  std::string classpath;
+  std::string classpath = "";
   std::string verifyClass;
-  bool wanted;
+  bool wanted = false;
   std::string wantedCall;  // the arguments that the JVM got; empty: it was not run
   std::string wantedLog;   // "OUT" stands for the log of the JVM's output
 };
@@ -125,99 +125,127 @@ const char kOut[] =
     "ErrOut:\n\n";
 
 const VerifyRow kVerifies[] = {
-    {"as usual", kRequirements, "DIR/jdk", "\"DIR/v.jar\"", "\"Verify\"", true,
-     "[-cp][DIR/v.jar][Verify][java.version][java.vendor]",
-     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
-     "Executing launch script command: \"DIR/jdk/bin/java\" -cp \"DIR/v.jar\"   \"Verify\" "
-     "java.version java.vendor in working directory DIR\nOUT"
-     "Found matching JVM at DIR/jdk\n"},
-    {"home ends with a separator", kRequirements, "DIR/jdk/", "\"v.jar\"", "\"Verify\"", true,
-     "[-cp][v.jar][Verify][java.version][java.vendor]",
-     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
-     "Executing launch script command: \"DIR/jdk/bin/java\" -cp \"v.jar\"   \"Verify\" "
-     "java.version java.vendor in working directory DIR\nOUT"
-     "Found matching JVM at DIR/jdk/\n"},
-    {"home with a blank", kRequirements, "DIR/a jdk", "\"v 1.jar\"", "\"Verify\"", true,
-     "[-cp][v 1.jar][Verify][java.version][java.vendor]",
-     "Verifying JVM at DIR/a jdk/bin/java\n   for JVM: Fake Java\n"
-     "Executing launch script command: \"DIR/a jdk/bin/java\" -cp \"v 1.jar\"   \"Verify\" "
-     "java.version java.vendor in working directory DIR\nOUT"
-     "Found matching JVM at DIR/a jdk\n"},
-    {"no class path, no class", kRequirements, "DIR/jdk", "", "", true,
-     "[java.version][java.vendor]",
-     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
-     "Executing launch script command: \"DIR/jdk/bin/java\"     java.version java.vendor"
-     " in working directory DIR\nOUT"
-     "Found matching JVM at DIR/jdk\n"},
-    {"required arguments",
-     {{"DESC", {"J"}},
-      {"JVM_EXE", {"bin/java"}},
-      {"JVM_PROPERTIES", {"a=1739021872..."}},
-      {"REQ_JAVA_ARGS", {"-Xint -ea"}}},
-     "DIR/jdk",
-     "\"v.jar\"",
-     "Verify",
-     false,
-     "[v.jar][-Xint][-ea][Verify][a]",
-     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: J\n"
-     "Executing launch script command: \"DIR/jdk/bin/java\" \"v.jar\"  -Xint -ea Verify a"
-     " in working directory DIR\nOUT"},
-    {"blanks around the parts of a requirement",
-     {{"JVM_EXE", {"bin/java"}},
-      {"JVM_PROPERTIES", {" java.version\t = \t17.0.2 ", "b=Fake Vendor"}}},
-     "DIR/jdk",
-     "",
-     "Verify",
-     true,
-     "[Verify][java.version][b]",
-     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
-     "Executing launch script command: \"DIR/jdk/bin/java\"    Verify java.version b"
-     " in working directory DIR\nOUT"
-     "Found matching JVM at DIR/jdk\n"},
-    {"value with an equal sign",
-     {{"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"a=17.0.2", "b=Fake=Vendor"}}},
-     "DIR/jdk",
-     "",
-     "Verify",
-     false,
-     "[Verify][a][b]",
-     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
-     "Executing launch script command: \"DIR/jdk/bin/java\"    Verify a b"
-     " in working directory DIR\nOUT"},
-    {"line without an equal sign is skipped",
-     {{"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"a=17...", "java.vendor", "b=Fake Vendor"}}},
-     "DIR/jdk",
-     "",
-     "Verify",
-     true,
-     "[Verify][a][b]",
-     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
-     "WARNING: Invalid JVM_PROPERTIES setting (java.vendor) in JVM File \n"
-     "Executing launch script command: \"DIR/jdk/bin/java\"    Verify a b"
-     " in working directory DIR\nOUT"
-     "Found matching JVM at DIR/jdk\n"},
-    {"requirement without a name",
-     {{"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"=17.0.2", "b="}}},
-     "DIR/jdk",
-     "",
-     "Verify",
-     false,
-     "[Verify][b]",
-     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
-     "Executing launch script command: \"DIR/jdk/bin/java\"    Verify  b"
-     " in working directory DIR\nOUT"},
-    {"no requirements: the magic line alone counts",
-     {{"JVM_EXE", {"bin/java"}}},
-     "DIR/jdk",
-     "",
-     "Verify",
-     true,
-     "[Verify]",
-     "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
-     "Executing launch script command: \"DIR/jdk/bin/java\"    Verify in working directory DIR\nOUT"
-     "Found matching JVM at DIR/jdk\n"},
-    {"no executable named", {{"JVM_PROPERTIES", {"a=b"}}}, "DIR/jdk", "", "Verify", false, "", ""},
-    {"no home", kRequirements, "", "", "Verify", false, "", ""},
+    {.name = "as usual",
+     .tags = kRequirements,
+     .home = "DIR/jdk",
+     .classpath = "\"DIR/v.jar\"",
+     .verifyClass = "\"Verify\"",
+     .wanted = true,
+     .wantedCall = "[-cp][DIR/v.jar][Verify][java.version][java.vendor]",
+     .wantedLog =
+         "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
+         "Executing launch script command: \"DIR/jdk/bin/java\" -cp \"DIR/v.jar\"   \"Verify\" "
+         "java.version java.vendor in working directory DIR\nOUT"
+         "Found matching JVM at DIR/jdk\n"},
+    {.name = "home ends with a separator",
+     .tags = kRequirements,
+     .home = "DIR/jdk/",
+     .classpath = "\"v.jar\"",
+     .verifyClass = "\"Verify\"",
+     .wanted = true,
+     .wantedCall = "[-cp][v.jar][Verify][java.version][java.vendor]",
+     .wantedLog =
+         "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
+         "Executing launch script command: \"DIR/jdk/bin/java\" -cp \"v.jar\"   \"Verify\" "
+         "java.version java.vendor in working directory DIR\nOUT"
+         "Found matching JVM at DIR/jdk/\n"},
+    {.name = "home with a blank",
+     .tags = kRequirements,
+     .home = "DIR/a jdk",
+     .classpath = "\"v 1.jar\"",
+     .verifyClass = "\"Verify\"",
+     .wanted = true,
+     .wantedCall = "[-cp][v 1.jar][Verify][java.version][java.vendor]",
+     .wantedLog =
+         "Verifying JVM at DIR/a jdk/bin/java\n   for JVM: Fake Java\n"
+         "Executing launch script command: \"DIR/a jdk/bin/java\" -cp \"v 1.jar\"   \"Verify\" "
+         "java.version java.vendor in working directory DIR\nOUT"
+         "Found matching JVM at DIR/a jdk\n"},
+    {.name = "no class path, no class",
+     .tags = kRequirements,
+     .home = "DIR/jdk",
+     .verifyClass = "",
+     .wanted = true,
+     .wantedCall = "[java.version][java.vendor]",
+     .wantedLog =
+         "Verifying JVM at DIR/jdk/bin/java\n   for JVM: Fake Java\n"
+         "Executing launch script command: \"DIR/jdk/bin/java\"     java.version java.vendor"
+         " in working directory DIR\nOUT"
+         "Found matching JVM at DIR/jdk\n"},
+    {.name = "required arguments",
+     .tags = {{"DESC", {"J"}},
+              {"JVM_EXE", {"bin/java"}},
+              {"JVM_PROPERTIES", {"a=1739021872..."}},
+              {"REQ_JAVA_ARGS", {"-Xint -ea"}}},
+     .home = "DIR/jdk",
+     .classpath = "\"v.jar\"",
+     .verifyClass = "Verify",
+     .wantedCall = "[v.jar][-Xint][-ea][Verify][a]",
+     .wantedLog =
+         "Verifying JVM at DIR/jdk/bin/java\n   for JVM: J\n"
+         "Executing launch script command: \"DIR/jdk/bin/java\" \"v.jar\"  -Xint -ea Verify a"
+         " in working directory DIR\nOUT"},
+    {.name = "blanks around the parts of a requirement",
+     .tags = {{"JVM_EXE", {"bin/java"}},
+              {"JVM_PROPERTIES", {" java.version\t = \t17.0.2 ", "b=Fake Vendor"}}},
+     .home = "DIR/jdk",
+     .verifyClass = "Verify",
+     .wanted = true,
+     .wantedCall = "[Verify][java.version][b]",
+     .wantedLog = "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
+                  "Executing launch script command: \"DIR/jdk/bin/java\"    Verify java.version b"
+                  " in working directory DIR\nOUT"
+                  "Found matching JVM at DIR/jdk\n"},
+    {.name = "value with an equal sign",
+     .tags = {{"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"a=17.0.2", "b=Fake=Vendor"}}},
+     .home = "DIR/jdk",
+     .verifyClass = "Verify",
+     .wantedCall = "[Verify][a][b]",
+     .wantedLog = "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
+                  "Executing launch script command: \"DIR/jdk/bin/java\"    Verify a b"
+                  " in working directory DIR\nOUT"},
+    {.name = "line without an equal sign is skipped",
+     .tags = {{"JVM_EXE", {"bin/java"}},
+              {"JVM_PROPERTIES", {"a=17...", "java.vendor", "b=Fake Vendor"}}},
+     .home = "DIR/jdk",
+     .verifyClass = "Verify",
+     .wanted = true,
+     .wantedCall = "[Verify][a][b]",
+     .wantedLog = "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
+                  "WARNING: Invalid JVM_PROPERTIES setting (java.vendor) in JVM File \n"
+                  "Executing launch script command: \"DIR/jdk/bin/java\"    Verify a b"
+                  " in working directory DIR\nOUT"
+                  "Found matching JVM at DIR/jdk\n"},
+    {.name = "requirement without a name",
+     .tags = {{"JVM_EXE", {"bin/java"}}, {"JVM_PROPERTIES", {"=17.0.2", "b="}}},
+     .home = "DIR/jdk",
+     .verifyClass = "Verify",
+     .wantedCall = "[Verify][b]",
+     .wantedLog = "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
+                  "Executing launch script command: \"DIR/jdk/bin/java\"    Verify  b"
+                  " in working directory DIR\nOUT"},
+    {.name = "no requirements: the magic line alone counts",
+     .tags = {{"JVM_EXE", {"bin/java"}}},
+     .home = "DIR/jdk",
+     .verifyClass = "Verify",
+     .wanted = true,
+     .wantedCall = "[Verify]",
+     .wantedLog = "Verifying JVM at DIR/jdk/bin/java\n   for JVM: \n"
+                  "Executing launch script command: \"DIR/jdk/bin/java\"    Verify in working "
+                  "directory DIR\nOUT"
+                  "Found matching JVM at DIR/jdk\n"},
+    {.name = "no executable named",
+     .tags = {{"JVM_PROPERTIES", {"a=b"}}},
+     .home = "DIR/jdk",
+     .verifyClass = "Verify",
+     .wantedCall = "",
+     .wantedLog = ""},
+    {.name = "no home",
+     .tags = kRequirements,
+     .home = "",
+     .verifyClass = "Verify",
+     .wantedCall = "",
+     .wantedLog = ""},
 };
 
 TEST_F(VerifyTest, RunsTheVerifyClass) {
@@ -266,20 +294,40 @@ struct BadClasspathRow {
 const char kScriptError[] = "LauncherException: Launch script error: ";
 
 const BadClasspathRow kBadClasspaths[] = {
-    {"no quotes", "v.jar", "Verify",
-     std::string(kScriptError) + "Expected string arg. (near character ", 18, ")",
-     "Launch command:\n\"DIR/jdk/@JVM_EXE@\" %CP%(v.jar)  @REQ_JAVA_ARGS@ Verify java.version "
-     "java.vendor\n"},
-    {"quote at the end only", "v.jar\"", "\"Verify\"",
-     std::string(kScriptError) + "Expected string arg. (near character ", 18, ")",
-     "Launch command:\n\"DIR/jdk/@JVM_EXE@\" %CP%(v.jar\")  @REQ_JAVA_ARGS@ \"Verify\" "
-     "java.version java.vendor\n"},
-    {"quote at the beginning only: the class's first one ends it", "\"v.jar", "\"Verify\"",
-     std::string(kScriptError) + "Expected right parenthesis. (near character ", 44, ")",
-     "Launch command:\n\"DIR/jdk/@JVM_EXE@\" %CP%(\"v.jar)  @REQ_JAVA_ARGS@ \"Verify\" "
-     "java.version java.vendor\n"},
-    {"quote at the beginning only, class without quotes", "\"v.jar", "Verify",
-     "LauncherException: Expected double quote to end argument near ", 19, "", ""},
+    {.name = "no quotes",
+     .classpath = "v.jar",
+     .verifyClass = "Verify",
+     .wantedError = std::string(kScriptError) + "Expected string arg. (near character ",
+     .wantedPosition = 18,
+     .wantedEnd = ")",
+     .wantedLog =
+         "Launch command:\n\"DIR/jdk/@JVM_EXE@\" %CP%(v.jar)  @REQ_JAVA_ARGS@ Verify java.version "
+         "java.vendor\n"},
+    {.name = "quote at the end only",
+     .classpath = "v.jar\"",
+     .verifyClass = "\"Verify\"",
+     .wantedError = std::string(kScriptError) + "Expected string arg. (near character ",
+     .wantedPosition = 18,
+     .wantedEnd = ")",
+     .wantedLog =
+         "Launch command:\n\"DIR/jdk/@JVM_EXE@\" %CP%(v.jar\")  @REQ_JAVA_ARGS@ \"Verify\" "
+         "java.version java.vendor\n"},
+    {.name = "quote at the beginning only: the class's first one ends it",
+     .classpath = "\"v.jar",
+     .verifyClass = "\"Verify\"",
+     .wantedError = std::string(kScriptError) + "Expected right parenthesis. (near character ",
+     .wantedPosition = 44,
+     .wantedEnd = ")",
+     .wantedLog =
+         "Launch command:\n\"DIR/jdk/@JVM_EXE@\" %CP%(\"v.jar)  @REQ_JAVA_ARGS@ \"Verify\" "
+         "java.version java.vendor\n"},
+    {.name = "quote at the beginning only, class without quotes",
+     .classpath = "\"v.jar",
+     .verifyClass = "Verify",
+     .wantedError = "LauncherException: Expected double quote to end argument near ",
+     .wantedPosition = 19,
+     .wantedEnd = "",
+     .wantedLog = ""},
 };
 
 TEST_F(VerifyTest, PassesErrorsOfTheTemplateOn) {

@@ -111,26 +111,64 @@ TEST(WalkTest, ProgressAdvancesAfterEachThousandthFile) {
 struct EndRow {
   const char* name;
   long actsAt;  // at this file of six
-  bool isCancellable;
-  bool isCanceledBefore;
-  bool cancels;
-  bool stops;
-  bool result;
+  bool isCancellable = false;
+  bool isCanceledBefore = false;
+  bool cancels = false;
+  bool stops = false;
+  bool result = false;
   std::size_t files;
 };
 
 const EndRow kEndRows[] = {
-    {"to the end", 0, true, false, false, false, false, 6},
-    {"stopped at the first", 1, true, false, false, true, true, 1},
-    {"stopped at the third", 3, true, false, false, true, true, 3},
-    {"stopped at the last", 6, true, false, false, true, true, 6},
-    {"canceled before", 0, true, true, false, false, false, 0},
-    {"canceled at the first", 1, true, false, true, false, false, 1},
-    {"canceled at the third", 3, true, false, true, false, false, 3},
-    {"canceled and stopped", 3, true, false, true, true, true, 3},
-    {"not cancellable, canceled before", 0, false, true, false, false, false, 6},
-    {"not cancellable, canceled at the third", 3, false, false, true, false, false, 6},
-    {"not cancellable, stopped", 3, false, true, false, true, true, 3},
+    {.name = "to the end", .actsAt = 0, .isCancellable = true, .files = 6},
+    {.name = "stopped at the first",
+     .actsAt = 1,
+     .isCancellable = true,
+     .stops = true,
+     .result = true,
+     .files = 1},
+    {.name = "stopped at the third",
+     .actsAt = 3,
+     .isCancellable = true,
+     .stops = true,
+     .result = true,
+     .files = 3},
+    {.name = "stopped at the last",
+     .actsAt = 6,
+     .isCancellable = true,
+     .stops = true,
+     .result = true,
+     .files = 6},
+    {.name = "canceled before",
+     .actsAt = 0,
+     .isCancellable = true,
+     .isCanceledBefore = true,
+     .files = 0},
+    {.name = "canceled at the first",
+     .actsAt = 1,
+     .isCancellable = true,
+     .cancels = true,
+     .files = 1},
+    {.name = "canceled at the third",
+     .actsAt = 3,
+     .isCancellable = true,
+     .cancels = true,
+     .files = 3},
+    {.name = "canceled and stopped",
+     .actsAt = 3,
+     .isCancellable = true,
+     .cancels = true,
+     .stops = true,
+     .result = true,
+     .files = 3},
+    {.name = "not cancellable, canceled before", .actsAt = 0, .isCanceledBefore = true, .files = 6},
+    {.name = "not cancellable, canceled at the third", .actsAt = 3, .cancels = true, .files = 6},
+    {.name = "not cancellable, stopped",
+     .actsAt = 3,
+     .isCanceledBefore = true,
+     .stops = true,
+     .result = true,
+     .files = 3},
 };
 
 TEST(WalkTest, TheWalkEndsWhenStoppedOrCanceled) {
