@@ -1,5 +1,5 @@
 // The way of the tests to the process's state: sets what normally the command line or a signal
-// would. Each test runs in a process of its own, so nothing needs to be put back.
+// would. Nothing needs to be put back: each test begins as a new process does (NewProcess.h).
 #ifndef CORVANE_TESTS_SUPPORT_TESTACCESS_H
 #define CORVANE_TESTS_SUPPORT_TESTACCESS_H
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "support/Guard.h"
+#include "support/NewProcess.h"
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
@@ -9,5 +10,8 @@ int main(int argc, char** argv) {
   if (testing::GTEST_FLAG(list_tests)) {
     return RUN_ALL_TESTS();
   }
-  return test::runGuarded([] { return RUN_ALL_TESTS(); });
+  return test::runGuarded([] {
+    test::beginEachTestAsNewProcess();
+    return RUN_ALL_TESTS();
+  });
 }
