@@ -71,9 +71,11 @@ class Attack {
   }
 
   Outcome atCall(const CallCounts& counts) {
-    m_process = static_cast<int>(m_plan.who * static_cast<double>(counts.size()));
+    m_process = m_plan.process != -1
+                    ? m_plan.process
+                    : static_cast<int>(m_plan.who * static_cast<double>(counts.size()));
     m_serial = static_cast<std::uint64_t>(
-        m_plan.when * static_cast<double>(counts[static_cast<std::size_t>(m_process)]));
+        m_plan.when * static_cast<double>(counts.at(static_cast<std::size_t>(m_process))));
     Tracer tracer([this](const Call& call) { return onCall(call); }, true);
     Watch watch(&tracer);
     m_watch = &watch;
@@ -212,6 +214,9 @@ std::vector<std::string> namesOf(const Options& options, bool canTrace) {
     if (i % 10 == 0) {
       names.push_back("terminal/" + std::to_string(i));
     }
+  }
+  for (int i = 0; canTrace && i < kShellPlans; i += options.isShort ? 5 : 1) {
+    names.push_back("shell/" + std::to_string(i));
   }
   return names;
 }

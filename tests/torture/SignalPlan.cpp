@@ -46,9 +46,21 @@ class Dice {
   std::mt19937 m_engine;
 };
 
-}  // namespace
+// No chance here: each call from the fork to the wizard's first ones, by all who can be aimed at.
+SignalPlan shellPlan(int number) {
+  constexpr Target kEach[] = {Target::Launcher, Target::Group, Target::Child};
+  constexpr int kPlansForCall = 6;
+  constexpr int kCalls = kShellPlans / kPlansForCall;  // more than the shell makes
+  SignalPlan plan{};
+  plan.aim = Aim::Call;
+  plan.scenario = findScenario(number % 2 == 0 ? "launch" : "launch-exec");
+  plan.shots = {{SIGTERM, kEach[number / 2 % 3]}};
+  plan.when = (number / kPlansForCall + 0.5) / kCalls;
+  plan.process = 3;  // behind the launcher, the verification's shell and its java
+  return plan;
+}
 
-SignalPlan drawPlan(const std::string& name, unsigned seed) {
+SignalPlan chancePlan(const std::string& name, unsigned seed) {
   const std::size_t slash = name.find('/');
   if (slash == std::string::npos) {
     throw std::runtime_error("no such case: " + name);
@@ -68,6 +80,14 @@ SignalPlan drawPlan(const std::string& name, unsigned seed) {
   plan.who = dice.share();
   plan.between = dice.share();
   return plan;
+}
+
+}  // namespace
+
+SignalPlan drawPlan(const std::string& name, unsigned seed) {
+  const std::string shell = "shell/";
+  return name.starts_with(shell) ? shellPlan(std::stoi(name.substr(shell.size())))
+                                 : chancePlan(name, seed);
 }
 
 std::string SignalPlan::text() const {

@@ -30,11 +30,14 @@ struct SignalPlan {
   double when;              // 0 to 1: of the time, or of the calls of the process
   double who;               // 0 to 1: which process
   double between;           // 0 to 1: how long to the second shot
+  int process = -1;         // instead of `who`
 
   std::string text() const;
 };
 
-// `name`: "time/N", "call/N" or "terminal/N".
+// `name`: "time/N", "call/N", "terminal/N", or "shell/N" for each call of the wizard's shell in
+// turn.
+constexpr int kShellPlans = 480;
 SignalPlan drawPlan(const std::string& name, unsigned seed);
 
 }  // namespace torture
