@@ -63,7 +63,9 @@ void JVMFiles::searchUserHome() {
   if (home.empty()) {
     return;
   }
-  logMessage("Checking user specified Java home directory => " + home, LOG_INFO);
+  logMessage(
+      "Checking user specified Java home directory => " + LauncherFacts::getUserJavaHomeAsGiven(),
+      LOG_INFO);
   for (long i = 0; i < m_jvmFiles.size() && mustTryNext(m_currentMatch); ++i) {
     m_currentMatch = m_jvmFiles[i]->verify(home, m_verifyClass);
   }

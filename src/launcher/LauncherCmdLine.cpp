@@ -55,7 +55,11 @@ const Launcher::OptionRow Launcher::kOptions[] = {
        g_launcher.m_passThroughArgs.push_back(kSilentOption);
      },
      nullptr},
-    {"-cv:javahome", true, [](RunPlan&, const SString& home) { g_launcher.m_userJavaHome = home; },
+    {"-cv:javahome", true,
+     [](RunPlan&, const SString& home) {
+       g_launcher.m_userJavaHome = PlatformImpl::makeAbsolute(home);
+       g_launcher.m_userJavaHomeAsGiven = home;
+     },
      nullptr},
     // QUIRK(extract-leaves-no-script): the index counts as loaded from here on, without what its
     // tag files hold; a run that a later input file asks for has only what that file names.

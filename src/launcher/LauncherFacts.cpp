@@ -45,6 +45,10 @@ SString& LauncherFacts::getUserJavaHome() {
   return g_launcher.m_userJavaHome;
 }
 
+SString& LauncherFacts::getUserJavaHomeAsGiven() {
+  return g_launcher.m_userJavaHomeAsGiven;
+}
+
 SString& LauncherFacts::getPrependClasspath() {
   return g_launcher.m_prependClasspath;
 }

@@ -36,7 +36,8 @@ class LauncherFacts {
 
   // --- What the options said, and what the wizard left ---
 
-  static SString& getUserJavaHome();
+  static SString& getUserJavaHome();  // absolute
+  static SString& getUserJavaHomeAsGiven();
   static SString& getPrependClasspath();
   static SString& getAppendClasspath();
   static SString& getErrOutput();

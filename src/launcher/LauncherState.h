@@ -26,7 +26,8 @@ struct LauncherState {
   StringDeque m_passThroughArgs;                         // arguments that are not ours
   StringDeque m_args;                                    // process
   bool m_showJavaConsole = false;                        // "-cv:javaconsole" and its like
-  SString m_userJavaHome;                                // "-cv:javahome"
+  SString m_userJavaHome;                                // "-cv:javahome"; absolute
+  SString m_userJavaHomeAsGiven;                         // "-cv:javahome", for messages
   SString m_prependClasspath;                            // "-cp:p"
   SString m_appendClasspath;                             // "-cp:a"
   SString m_applicationArchive;                          // getApplicationArchive

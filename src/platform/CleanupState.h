@@ -30,7 +30,8 @@ struct CleanupState {
   CancelWish m_lastWish{};                        // signal 0: none; the signal handler
   struct sigaction m_inherited[kSignalCount] {};  // what we were started with; prepareProcess
   bool m_isPrepared = false;                      // m_inherited is known; prepareProcess
-  SString m_tempDir;                              // setSystemTempDir and its getter
+  SString m_tempDir;                              // setSystemTempDir and its getter; absolute
+  SString m_tempDirAsGiven;                       // the same two, for messages
   std::uint64_t m_randomState = 0;                // randomName, where the system has no source
   StringDeque m_sdqCreatedFiles;                  // createTempFile and the list operations
   StringDeque m_sdqCreatedDrs;                    // createTempSubDirectory

@@ -87,17 +87,31 @@ bool PlatformImpl::isCanceled() {
   return g_cleanup.m_canceled != 0;
 }
 
+SString PlatformImpl::makeAbsolute(const SString& path) {
+  const bool isRelative = !path.empty() && !path.startsWith(kPathSeparator);
+  const std::unique_ptr<char, void (*)(void*)> known(isRelative ? getcwd(nullptr, 0) : nullptr,
+                                                     std::free);
+  if (known == nullptr) {
+    return path;
+  }
+  SString absolute(known.get());
+  appendPathSeparator(absolute);
+  return absolute + path;
+}
+
 void PlatformImpl::setSystemTempDir(const SString& dir) {
-  g_cleanup.m_tempDir = dir;
+  g_cleanup.m_tempDir = makeAbsolute(dir);
+  g_cleanup.m_tempDirAsGiven = dir;
 }
 
 SString PlatformImpl::getSystemTempDirectory() {
   if (g_cleanup.m_tempDir.empty()) {
-    g_cleanup.m_tempDir = kDefaultTempDir;
+    setSystemTempDir(kDefaultTempDir);
   }
   struct stat status;
   if (stat(g_cleanup.m_tempDir.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
-    throw LauncherException(get_msg(kCatalogueTempDirMissing, g_cleanup.m_tempDir.c_str()).get());
+    throw LauncherException(
+        get_msg(kCatalogueTempDirMissing, g_cleanup.m_tempDirAsGiven.c_str()).get());
   }
   return g_cleanup.m_tempDir;
 }

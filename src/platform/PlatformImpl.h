@@ -83,6 +83,7 @@ class PlatformImpl {
 
   // --- Temporary files and clean-up (PlatformTemp) ---
 
+  // `dir` is taken as seen from the current directory; messages show it as it is.
   static void setSystemTempDir(const SString& dir);
   // The chosen directory, or "/var/tmp/". Throws the text of MSG_TEMP_DIR_MISSING with the path
   // when it is no directory.
@@ -95,6 +96,8 @@ class PlatformImpl {
   static void addFileToCleanupList(const SString& path);
   static void removeFileFromCleanupList(const SString& path);
   static void removeDirFromCleanupList(const SString& path);
+  // A relative path behind the current directory, where that can be told.
+  static SString makeAbsolute(const SString& path);
   static bool fileExists(const SString& path);
   // Deletes a directory with its whole tree, or anything else alone. Never follows a link.
   static void deleteFile(const SString& path);

@@ -37,6 +37,12 @@ SString makeTempName() {
          kTempPrefix + randomName(kRandomPart);
 }
 
+// The path of a temporary file, as the user sees the directory that he gave.
+SString asGiven(const SString& path) {
+  const std::size_t directory = withoutTrailingSeparators(g_cleanup.m_tempDir).size();
+  return withoutTrailingSeparators(g_cleanup.m_tempDirAsGiven) + path.substr(directory);
+}
+
 void deleteAll(const StringDeque& paths) {
   for (long i = 0; i < paths.size(); ++i) {
     PlatformImpl::deleteFile(paths[i]);
@@ -48,7 +54,7 @@ void deleteAll(const StringDeque& paths) {
 SString PlatformImpl::createTempFile() {
   SString path;
   if (createUniqueEntry(EntryKind::File, makeTempName, path) != 0) {
-    throw LauncherException(kTempFileError + path);
+    throw LauncherException(kTempFileError + asGiven(path));
   }
   g_cleanup.m_sdqCreatedFiles.push_back(path);
   return path;

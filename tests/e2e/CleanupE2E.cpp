@@ -57,8 +57,8 @@ TEST_F(Cleanup, TemporaryFolders) {
       {"separators behind", {"-cv:tempdir", dir("real///")}, dir("real/")},
       {"a link", {"-cv:tempdir", dir("link")}, dir("link/")},
       {"the last one counts", {"-cv:tempdir", dir("none"), "-cv:tempdir", tempDir()}, dir("temp/")},
-      {"relative", {"-cv:tempdir", "../real"}, "../real/"},
-      {"the current folder", {"-cv:tempdir", "."}, "./"},
+      {"relative", {"-cv:tempdir", "../real"}, currentDir() + "/../real/"},
+      {"the current folder", {"-cv:tempdir", "."}, currentDir() + "/./"},
   };
   fs::create_directories(dir("real"));
   fs::create_symlink("real", dir("link"));
@@ -111,6 +111,15 @@ TEST_F(Cleanup, TemporaryFoldersThatAreNone) {
     EXPECT_EQ("Sample\n" + message, result.out);
     EXPECT_EQ("Finding a JVM\nERROR: " + message, withoutIndex(result.log));
   }
+}
+
+TEST_F(Cleanup, ARelativeTemporaryFolderIsShownAsItWasGiven) {
+  embedSetup("exit 6");
+  EXPECT_EQ(
+      "Sample\nCannot use ../none as the temp directory because it does not exist. Please run the "
+      "program again using the option -cv:tempdir <temp dir> to specify a different directory to "
+      "use.\n",
+      runBare({"-cv:tempdir", "../none"}).out);
 }
 
 // The verify archive needs a folder, the match's jvm file a file.

@@ -78,6 +78,19 @@ TEST_F(Find, TheUsersHomeComesFirstAndIsTriedForEachJvmFile) {
   EXPECT_EQ(std::string::npos, result.log.find("Initiating JVM search based on hints..."));
 }
 
+// The verify command runs in the launcher's folder; the home is meant from the user's.
+TEST_F(Find, ARelativeUsersHomeIsMeantFromTheUsersFolder) {
+  makeJVM("good", "17.0.2");
+  embedJVM("");
+  embedFind();
+  const Result result = run({"-cv:javahome", "../jvms/good"});
+  EXPECT_EQ("DIR/current/../jvms/good/bin/java\n", triedPlaces(result.log, scratch()));
+  EXPECT_NE(std::string::npos,
+            result.log.find("Checking user specified Java home directory => ../jvms/good\n"));
+  EXPECT_NE(std::string::npos,
+            result.log.find("Matching JVM home is " + currentDir() + "/../jvms/good\n"));
+}
+
 TEST_F(Find, AUsersHomeThatDoesNotFitFallsBackToTheHints) {
   const std::string good = makeJVM("good", "17.0.2");
   setEnv("HINT", good);

@@ -24,6 +24,7 @@ void LauncherTestAccess::setAppendClasspath(const std::string& path) {
 
 void LauncherTestAccess::setUserJavaHome(const std::string& path) {
   g_launcher.m_userJavaHome = path.c_str();
+  g_launcher.m_userJavaHomeAsGiven = path.c_str();
 }
 
 void LauncherTestAccess::setPurpose(int purpose) {
@@ -55,6 +56,7 @@ void LauncherTestAccess::resetCommandLine() {
   g_launcher.m_args.clear();
   g_launcher.m_showJavaConsole = false;
   g_launcher.m_userJavaHome = SString();
+  g_launcher.m_userJavaHomeAsGiven = SString();
   g_launcher.m_prependClasspath = SString();
   g_launcher.m_appendClasspath = SString();
 }

@@ -2,6 +2,7 @@
 // rows, so that no script runs.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,12 @@ std::string flagged(const char* name, bool isSet) {
   return isSet ? std::string(name) + " " : "";
 }
 
+// "CWD" in the place of the current directory in front.
+std::string fromHere(const std::string& path) {
+  const std::string here = std::filesystem::current_path().string() + "/";
+  return path.starts_with(here) ? "CWD/" + path.substr(here.size()) : path;
+}
+
 class LauncherCmdLine : public ArchiveTest {
  protected:
   void SetUp() override { beginAnew(); }
@@ -52,9 +59,9 @@ class LauncherCmdLine : public ArchiveTest {
     std::string text = named("log", LauncherTestAccess::logFileName()) +
                        named("orig", original == m_dir / "launcher" ? "" : original) +
                        flagged("delete", PlatformTestAccess::deletesLauncher()) +
-                       named("temp", PlatformTestAccess::tempDir()) +
+                       named("temp", fromHere(PlatformTestAccess::tempDir())) +
                        flagged("silent", PlatformTestAccess::isSilent()) +
-                       named("home", test::str(Launcher::getUserJavaHome())) +
+                       named("home", fromHere(test::str(Launcher::getUserJavaHome()))) +
                        flagged("console", LauncherTestAccess::showsJavaConsole()) +
                        named("before", test::str(Launcher::getPrependClasspath())) +
                        named("behind", test::str(Launcher::getAppendClasspath()));
@@ -98,13 +105,17 @@ const OptionRow kOptionRows[] = {
 
     {"tempdir, unseen", {"-cv:tempdir", "/no/such"}, "temp=/no/such "},
     {"tempdir again", {"-cv:tempdir", "/a", "-cv:tempdir", "/b"}, "temp=/b "},
+    {"tempdir, relative", {"-cv:tempdir", "../a"}, "temp=CWD/../a "},
+    {"tempdir, empty", {"-cv:tempdir", "/a", "-cv:tempdir", ""}, ""},
     {"tempdir last", {"-cv:tempdir"}, ""},
-    {"tempdir takes an option", {"-cv:tempdir", "-cv:version"}, "temp=-cv:version "},
+    {"tempdir takes an option", {"-cv:tempdir", "-cv:version"}, "temp=CWD/-cv:version "},
 
     {"javahome", {"-cv:javahome", "/j"}, "home=/j "},
     {"javahome again", {"-cv:javahome", "/j", "-cv:javahome", "/k"}, "home=/k "},
+    {"javahome, relative", {"-cv:javahome", "./j"}, "home=CWD/./j "},
+    {"javahome, empty", {"-cv:javahome", "/j", "-cv:javahome", ""}, ""},
     {"javahome last", {"-cv:javahome"}, ""},
-    {"javahome takes an option", {"-cv:javahome", "-console"}, "home=-console "},
+    {"javahome takes an option", {"-cv:javahome", "-console"}, "home=CWD/-console "},
 
     {"class paths", {"-cp:p", "a:b", "-cp:a", "c:d"}, "before=a:b behind=c:d "},
     {"class paths again",
@@ -169,7 +180,7 @@ TEST_F(LauncherCmdLine, LongArgumentsAreTakenWhole) {
     Launcher::processCmdLine(
         toDeque({"-cv:version", text, "-cv:javahome", text, "-cv:log", text, "-cp:p", text}));
   });
-  EXPECT_EQ("log=" + text + " home=" + text + " before=" + text + " [" + text + "]", changes());
+  EXPECT_EQ("log=" + text + " home=CWD/" + text + " before=" + text + " [" + text + "]", changes());
 }
 
 // --- "-cv:extract" ---

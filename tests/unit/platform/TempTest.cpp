@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <set>
 #include <string>
 #include <vector>
@@ -180,6 +181,28 @@ TEST(Temp, CreationFails) {
   EXPECT_EQ("Permission denied", errorOf([] { PlatformImpl::createTempSubDirectory(); }));
   EXPECT_EQ(Strings(), toVector(PlatformTestAccess::createdFiles()));
   EXPECT_EQ(Strings(), toVector(PlatformTestAccess::createdDirectories()));
+}
+
+TEST(Temp, ARelativeDirectoryIsShownAsItWasGiven) {
+  test::TempDir scratch;
+  ASSERT_EQ(0, chmod(scratch.path().c_str(), 0755));
+  std::filesystem::create_directory(scratch / "closed");
+  const test::ScopedCurrentDir here(scratch.path());
+  PlatformImpl::setSystemTempDir("closed//");
+  std::filesystem::permissions("closed", std::filesystem::perms::none);
+  const test::OrdinaryUser user;
+  const std::string message = errorOf([] { PlatformImpl::createTempFile(); });
+  EXPECT_TRUE(message.starts_with("Error creating tmp file closed/cvj")) << message;
+}
+
+TEST(Temp, ARelativeDirectoryIsThatOfTheMoment) {
+  test::TempDir scratch;
+  std::filesystem::create_directory(scratch / "chosen");
+  {
+    const test::ScopedCurrentDir here(scratch.path());
+    PlatformImpl::setSystemTempDir("chosen");
+  }
+  EXPECT_EQ(scratch / "chosen", str(PlatformImpl::getSystemTempDirectory()));
 }
 
 TEST(Temp, TheRootKeepsItsSeparator) {
