@@ -48,7 +48,7 @@ struct ArgumentGrammar {
 inline constexpr std::size_t kMostArguments = 3;
 
 struct CommandGrammar {
-  const char* name;
+  std::string_view name;
   Command command;
   std::span<const ArgumentGrammar> arguments;  // what follows them on the line is ignored
 };
