@@ -3,7 +3,7 @@
 
 Usage: check_quirks.py [ROOT]
 
-A quirk is marked `QUIRK(some-name): why`. Its name must be unique in src/ and must stand somewhere
+A quirk is marked `QUIRK(some-name): what is promised`. Its name must be unique in src/ and stand somewhere
 below tests/ (as the name of a table row, or in a comment `QUIRK(some-name)` at the test). Prints
 each problem as FILE:LINE and ends with status 1 when there is any.
 """
@@ -32,7 +32,7 @@ def main():
                 if not NAME.match(name):
                     problems.append(f"{place}: quirk name '{name}' is not like first-line-label")
                 elif not colon:
-                    problems.append(f"{place}: quirk '{name}' gives no reason (write QUIRK({name}): why)")
+                    problems.append(f"{place}: quirk '{name}' promises nothing (write QUIRK({name}): what is promised)")
                 elif name in first_place:
                     problems.append(f"{place}: quirk '{name}' is marked already at {first_place[name]}")
                 elif not re.search(rf"(?<![\w-]){re.escape(name)}(?![\w-])", tests):

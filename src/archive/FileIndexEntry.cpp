@@ -23,10 +23,10 @@ std::int32_t loadFileType(std::FILE* file) {
   return type;
 }
 
-// QUIRK(name-ends-at-newline): the name is read as a line of at most `length` bytes. A newline in
-// it ends it there, stays in it, and leaves its other bytes to be read as the next fields; a name
-// cut short by the end of the file is taken as it is. Writers must not use newlines in names.
-// A name that holds a zero byte ends there for us, its other bytes are consumed.
+// QUIRK(name-ends-at-newline): the name is read as a line of at most `length` bytes. It ends with
+// its first newline, and the bytes after that are read as the next fields. A name cut short by the
+// end of the file is taken as it is. A name also ends before its first zero byte; the bytes after
+// that are skipped.
 SString loadName(std::FILE* file, std::int16_t length) {
   char name[kMaxNameLength + 1];
   if (length <= 0 || std::fgets(name, length + 1, file) == nullptr) {

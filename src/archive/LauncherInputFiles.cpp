@@ -51,8 +51,8 @@ void LauncherInputFiles::load(const TagFile& inputFile) {
   }
 }
 
-// QUIRK(empty-jvm-value): an input file whose JVM values are all empty still keeps the embedded jvm
-// files out; so a caller says that none of them is wanted.
+// QUIRK(empty-jvm-value): an input file whose JVM values are all empty still replaces the embedded
+// jvm files.
 void LauncherInputFiles::loadJVMFile(const SString& path) {
   m_jvmFilesGiven = true;
   if (!path.empty()) {
@@ -96,8 +96,8 @@ void LauncherInputFiles::logFileIndex() const {
   }
 }
 
-// QUIRK(one-prefix-for-all): whatever tag file fails, of whatever type, the message begins with the
-// text for the instruction script.
+// QUIRK(one-prefix-for-all): the error of any tag file, of whatever type, begins with the text for
+// the instruction script.
 void LauncherInputFiles::loadTagFiles(std::FILE* launcherFile) {
   withPrefix(MSG_INSTRUCTIONS_LOAD_FAILED, [&] {
     TagFileLoader loader(launcherFile);

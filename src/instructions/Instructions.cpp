@@ -79,8 +79,8 @@ unsigned long Instructions::gotoLabel(const SString& label) const {
   if (!m_labels) {
     m_labels.emplace(lines());
   }
-  // QUIRK(label-line-whole): the whole line must be the label: one with text behind it is skipped
-  // like any label when it is reached, but never found.
+  // QUIRK(label-line-whole): a label is found only when it is alone on its line. With more text
+  // after it, its line is skipped when it is reached, like that of any label.
   const std::uint32_t index = m_labels->find(target);
   if (index == LabelIndex::kNone) {
     throwException("Label not found (" + label + ")");

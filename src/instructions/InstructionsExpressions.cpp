@@ -23,8 +23,9 @@ void Instructions::evalExpr(SString& text, std::string_view prefix) const {
     throwException(SString(prefix) + kEmptyExpression);
   }
   std::uint32_t count = 0;
-  // QUIRK(doubled-at-read-again): a pass that replaced a reference is followed by another one,
-  // which resolves references in values, but reads an @@ that became @ as the start of a reference.
+  // QUIRK(doubled-at-read-again): after a pass that replaced a reference the whole text is read
+  // again. So references in values are resolved, but an "@" that was written "@@" begins a
+  // reference.
   while (substitute(text, prefix, count)) {
   }
 }
@@ -58,8 +59,7 @@ std::int32_t Instructions::evalLongExpr(const SString& text, std::string_view pr
   evalExpr(value, prefix);
   std::int32_t number = 0;
   if (!convertToLong(value, number)) {
-    // QUIRK(long-error-without-blank): nothing stands between the prefix and this text; callers
-    // compare the whole message.
+    // QUIRK(long-error-without-blank): nothing stands between the prefix and this text.
     throwException(SString(prefix) + kInvalidNumber + value + ")");
   }
   return number;
@@ -70,7 +70,8 @@ std::int16_t Instructions::evalShortExpr(const SString& text, std::string_view p
   evalExpr(value, prefix);
   std::int16_t number = 0;
   if (!convertToShort(value, number)) {
-    // QUIRK(short-error-with-blank): unlike the long form, and also behind an empty prefix.
+    // QUIRK(short-error-with-blank): unlike in the long form, a blank follows the prefix, even an
+    // empty one.
     throwException(SString(prefix) + " " + kInvalidNumber + value + ")");
   }
   return number;
@@ -79,15 +80,15 @@ std::int16_t Instructions::evalShortExpr(const SString& text, std::string_view p
 bool Instructions::evalBoolExpr(const SString& text, std::string_view prefix) const {
   const std::int32_t value = evalLongExpr(text, prefix);
   if (value != 0 && value != 1) {
-    // QUIRK(boolean-error-as-written): the argument is shown before substitution, so that the
-    // reference can be found in the script; the numeric errors show it afterwards.
+    // QUIRK(boolean-error-as-written): the argument is shown as it was before substitution; the
+    // numeric errors show it as it is afterwards.
     throwException(SString(prefix) + kInvalidBoolean + text + ")");
   }
   return value == 1;
 }
 
-// QUIRK(empty-quotes-are-an-error): "" becomes an empty text, which cannot be substituted, whereas
-// nothing at all is a fine empty string.
+// QUIRK(empty-quotes-are-an-error): "" is an empty text, which cannot be substituted; no text at
+// all is an empty string.
 void Instructions::evalStringExpr(SString& text, std::string_view prefix) const {
   if (text.empty()) {
     return;

@@ -1,8 +1,7 @@
 #include "instructions/LabelIndex.h"
 
 LabelIndex::LabelIndex(const StringDeque& lines) {
-  // QUIRK(first-line-label): the search for a label begins at the second line, so that a label on
-  // the first line is never found; scripts that want to loop put another line in front.
+  // QUIRK(first-line-label): a label on the first line is never found.
   for (long i = 1; i < lines.size(); ++i) {
     if (lines[i][0] == ':') {
       // The first of equals wins.

@@ -34,8 +34,8 @@ constexpr ArgumentGrammar kInstallJVM[] = {
     {kInstallOption, "The first argument to INSTALL_JVM should be a 0, 1 or 2."},
 };
 
-// QUIRK(jmp0-second-argument): the text for a bad value speaks of the second argument, though the
-// value is the first one. The label is asked for even where the value says not to jump.
+// QUIRK(jmp0-second-argument): the text for a bad value says "second argument", though the value is
+// the first one. The label is required even when the value says not to jump.
 constexpr ArgumentGrammar kJmp0[] = {
     {kNumber, nullptr, "The second argument to JMP0 must be numeric."},
     {kLabel, "JMP0 requires a jump label as its second argument."},
@@ -63,14 +63,13 @@ constexpr ArgumentGrammar kVerify[] = {
      "The third argument to VERIFY should be the file index number of the jvm file."},
 };
 
-// QUIRK(execute-launcher-text): the text for a missing argument is that of ILAUNCH; whoever looks
-// for it in a log finds the same words for both commands.
+// QUIRK(execute-launcher-text): the text for a missing argument is that of ILAUNCH.
 constexpr ArgumentGrammar kExecuteLauncher[] = {
     {kLauncherPosition, kILaunchIndex},
 };
 
-// QUIRK(comment-marker-alone): // is a command without arguments, so it must stand alone: "//text"
-// is an invalid command.
+// QUIRK(comment-marker-alone): // is a command without arguments, so a blank must follow it:
+// "//text" is an invalid command.
 constexpr CommandGrammar kRows[] = {
     {"FIND_JVM", Command::kFindJVM, kFindJVM},
     {"GOTO", Command::kGoto, kGoto},

@@ -48,8 +48,8 @@ bool readArgument(const SString& line, std::size_t& position, SString& argument)
   argument.clear();
   ArgumentScanner scanner;
   char byte = line[position++];
-  // QUIRK(last-character-of-launch): a byte counts only when another one follows it, so that an
-  // argument at the very end of a line loses its last character, or its closing quote.
+  // QUIRK(last-character-of-launch): a byte counts only when another one follows it. An argument at
+  // the very end of a line loses its last character, or its closing quote.
   while (position < line.size() && !scanner.isDone()) {
     if (scanner.accepts(byte, line[position])) {
       argument += byte;

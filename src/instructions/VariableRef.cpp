@@ -32,8 +32,7 @@ void VariableRef::init(const SString& reference, std::string_view prefix) {
   if (!isNumericVariable() && !isStringVariable()) {
     throw LauncherException(SString(prefix) + kInvalidReference + reference + kInvalidReferenceEnd);
   }
-  // QUIRK(number-with-trailing-text): "N1x", "N 1", "N+1" and "N01" all mean N1, since the number
-  // is read as leniently as any other number of a script.
+  // QUIRK(number-with-trailing-text): "N1x", "N 1", "N+1" and "N01" all mean N1.
   const SString rest = reference.substr(1);
   const bool isValid = convertToLong(rest, m_number) &&
                        (isNumericVariable() ? LauncherFacts::isValidLongVariable(m_number)

@@ -23,8 +23,7 @@ SString JVMFile::processMacro(const MacroText& text, char /*delimiter*/, std::si
                               std::size_t& end) const {
   const SString name = text.rest().substr(start + 1, end - start - 1);
   SString value = tagValue(name.c_str());
-  // QUIRK(jvm-home-backslash): the macro JVM_HOME loses one backslash at its end, never a "/":
-  // templates join it with a separator of their own.
+  // QUIRK(jvm-home-backslash): the macro JVM_HOME drops one backslash at its end, but keeps a "/".
   if (name == tagname::kJVMHome && value.endsWith("\\")) {
     value.erase(value.size() - 1);
   }

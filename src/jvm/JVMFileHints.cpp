@@ -22,8 +22,8 @@ SString homeFromPathEntry(const SString& dir, const SString& exe) {
   }
   SString home = dir;
   appendPathSeparator(home);
-  // QUIRK(path-suffix-without-boundary): the end is compared without regard to where a directory
-  // name begins: "/opt/xbin" gives the home "/opt/x" for "bin/java".
+  // QUIRK(path-suffix-without-boundary): only the end of the text is compared: "/opt/xbin" gives
+  // the home "/opt/x" for "bin/java".
   if (home.endsWith(exeDir)) {
     home.erase(home.size() - exeDir.size());
   }

@@ -106,7 +106,7 @@ bool JVMFile::performVerify(const SString& home, const VerifyClass& verifyClass)
 
 SString JVMFile::buildVerifyCommand(const SString& home, const VerifyClass& verifyClass,
                                     StringPairPtrDeque& properties) const {
-  // QUIRK(home-is-template-text): a home with "%", "@" or two "#" in it is read as a macro.
+  // QUIRK(home-is-template-text): a "%", an "@" or two "#" in a home begin a macro.
   const char* separator = home.endsWith(kPathSeparator) ? "" : kPathSeparator;
   SString command = fileNameForShell(home + separator + macro(tagname::kJVMExe)) + " %CP%(";
   command += quoteClasspath(verifyClass.classpath);
@@ -144,8 +144,8 @@ bool JVMFile::verifyJVMOutput(const SString& output, const StringPairPtrDeque& p
     logMessage("Invalid magic value: " + line + "\n", LOG_ERROR);
     return false;
   }
-  // QUIRK(lenient-verify-output): an output that ends early leaves the remaining requirements
-  // unchecked; a JVM that prints the magic line alone is accepted.
+  // QUIRK(lenient-verify-output): requirements without a line of output are not checked; a JVM that
+  // prints only the magic line is accepted.
   for (long i = 0; i < properties.size() && position < output.size(); ++i) {
     line.clear();
     readRawLineFromString(output, position, line);

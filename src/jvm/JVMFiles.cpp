@@ -91,8 +91,8 @@ bool JVMFiles::searchHints() {
 }
 
 void JVMFiles::searchAll(JVMMatchPtrDeque& matches, bool stopAtFirst) {
-  // QUIRK(search-all-keeps-scan-match): a match made while the disks are scanned is not delivered
-  // here; it cannot be made unless the first match ends the search, which no caller asks for.
+  // QUIRK(search-all-keeps-scan-match): a match made while the disks are scanned (only
+  // `stopAtFirst` makes one) is not delivered here.
   m_currentMatch = nullptr;
   writeVerifyJar();
   m_stopAtFirst = stopAtFirst;
@@ -136,15 +136,17 @@ bool JVMFiles::foundFile(const SString& path) {
   for (long i = 0; i < m_jvmFiles.size() && mustTryNext(m_currentMatch); ++i) {
     JVMFile& jvmFile = *m_jvmFiles[i];
     const SString exe = jvmFile.getJVMExe();
-    // QUIRK(scan-suffix-without-boundary): a file found for one jvm file is offered to each whose
-    // executable its path merely ends with: "/opt/jdk/bin/java" gives "/opt/jdk/bin" for "java".
+    // QUIRK(scan-suffix-without-boundary): a found file is offered to every jvm file whose
+    // executable its path ends with: "/opt/jdk/bin/java" also gives the home "/opt/jdk/bin" for
+    // "java".
     if (!path.endsWith(exe)) {
       continue;
     }
     const std::size_t tail = exe.size() + 1;
     const SString home = path.substr(0, path.size() - std::min(tail, path.size()));
     // QUIRK(first-jvm-file-verified-at-once): where one match is enough, the first jvm file is
-    // verified during the scan, again for each name that a file found matches, never afterwards.
+    // verified during the scan and not afterwards; a file that matches several names is verified
+    // for each of them.
     if (i == 0 && m_stopAtFirst) {
       m_currentMatch = jvmFile.verify(home, m_verifyClass);
     } else {

@@ -22,8 +22,8 @@ void appendEscape(const SString& line, std::size_t& pos, SString& arg) {
 }  // namespace
 
 std::int32_t CmdLine::parse(const SString& line) {
-  // QUIRK(parse-appends): the count begins anew, the arguments do not: those of an earlier parse
-  // stay in front. An object parses one line.
+  // QUIRK(parse-appends): the count begins anew, but the arguments are appended to those of an
+  // earlier parse.
   m_optionCount = 0;
   std::size_t pos = line.find_first_not_of(kBlanks);
   while (pos != npos) {

@@ -28,9 +28,9 @@ struct Launcher::OptionRow {
 };
 
 // QUIRK(option-names-in-texts): the texts about missing arguments call the options "-log" and
-// "-in", as they have always been printed.
-// QUIRK(missing-log-name-goes-on): without its argument "-cv:log" (and "-cv:orig") sets the status
-// and goes on, so that the run's own status replaces it.
+// "-in".
+// QUIRK(missing-log-name-goes-on): without their argument "-cv:log" and "-cv:orig" set the status,
+// and the status of the run replaces it.
 const Launcher::OptionRow Launcher::kOptions[] = {
     {"-cv:log", true, [](RunPlan&, const SString& name) { setLogFileName(name); },
      [](RunPlan& plan) {
@@ -61,8 +61,9 @@ const Launcher::OptionRow Launcher::kOptions[] = {
        g_launcher.m_userJavaHomeAsGiven = home;
      },
      nullptr},
-    // QUIRK(extract-leaves-no-script): the index counts as loaded from here on, without what its
-    // tag files hold; a run that a later input file asks for has only what that file names.
+    // QUIRK(extract-leaves-no-script): from here on the index counts as loaded, without the
+    // contents of its tag files. A run that a later input file asks for has only what that file
+    // names.
     {"-cv:extract", false,
      [](RunPlan& plan, const SString&) {
        withPrefix(MSG_FILE_INDEX_LOAD_FAILED, [] { getInputFiles().load(false); });

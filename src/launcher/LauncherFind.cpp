@@ -23,8 +23,8 @@ void printLine(const SString& text) {
   std::printf("%s\n", text.c_str());
 }
 
-// QUIRK(first-status-unseen): the status line comes before the console is switched on, so that
-// after an earlier hiding it is not seen.
+// QUIRK(first-status-unseen): the status line is written before the console is switched on, so it
+// is not seen when the console was hidden.
 void showSearching(bool showProgress) {
   if (showProgress) {
     PlatformImpl::setUIStatus(UI_STATUS_SEARCHING);
@@ -130,7 +130,8 @@ void Launcher::searchAll(bool showProgress, bool showFailMsg) {
     if (showFailMsg) {
       PlatformImpl::showUIMessage(text);
     }
-    // QUIRK(zero-behind-partial-output): callers read this line also behind a count printed before.
+    // QUIRK(zero-after-partial-output): a 0 is printed even after a count that was printed before
+    // the failure.
     printNumber(0);
   }
 }

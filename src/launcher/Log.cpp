@@ -45,8 +45,8 @@ void logMessage(const char* text, LogMessageType type) {
   if (file == nullptr) {
     return;
   }
-  // QUIRK(log-separator-once): once in a process; a log file that is named later gets no separator,
-  // so that a log always shows one per process.
+  // QUIRK(log-separator-once): the separator is written once in a process; a log file that is named
+  // later gets none.
   if (!g_launcher.m_logFileInitialized) {
     std::fputs(kLogSeparator, file.get());
     g_launcher.m_logFileInitialized = true;

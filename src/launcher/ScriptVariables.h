@@ -13,8 +13,8 @@ namespace resultvariable {
 inline constexpr std::int32_t kFlag = 1;     // N1: 1 when found, valid or installed, else 0
 inline constexpr std::int32_t kHome = 1;     // S1: the home of the JVM found or verified
 inline constexpr std::int32_t kJVMFile = 2;  // S2: the jvm file written for the JVM found
-// QUIRK(install-leaves-file): S1 holds the jvm file after an installation, while a find leaves the
-// home in it.
+// QUIRK(install-leaves-file): after an installation S1 holds the path of the jvm file, after a find
+// the home.
 inline constexpr std::int32_t kInstalledJVMFile = 1;
 
 }  // namespace resultvariable

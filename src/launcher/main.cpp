@@ -22,8 +22,8 @@ constexpr volatile char kStubMark[] =
 
 // The launcher's own path as the user started it, behind the current directory unless it is
 // absolute.
-// QUIRK(untold-directory-is-root): a current directory that cannot be told, or is longer than the
-// room for it, leaves "/" in front. Programs whose own directory is gone so name us from the root.
+// QUIRK(untold-directory-is-root): when the current directory cannot be found out, or is longer
+// than the buffer, it is taken as "/".
 SString makeAbsolute(const char* path) {
   if (path[0] == '/') {
     return path;
@@ -35,8 +35,8 @@ SString makeAbsolute(const char* path) {
   return absolute + path;
 }
 
-// QUIRK(quiet-232): exactly this status, and only for the purposes 0 and 2, is shown no error text
-// for; every other failure is loud. Programs that embed a launcher rely on the difference.
+// QUIRK(quiet-232): with the purposes 0 and 2 the status 232 shows no error text; every other
+// failure does.
 bool isLoudFailure(std::int32_t status) {
   return status != 0 && !(status == kQuietFailure && Launcher::isQuietPurpose());
 }

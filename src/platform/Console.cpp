@@ -34,8 +34,7 @@ void writeLine(const char* text) {
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #pragma GCC diagnostic ignored "-Wformat-security"
 
-// QUIRK(write-interprets-percent): the text is the format itself, so "%%" shows as one "%".
-// Translators' texts rely on it: all texts of the catalogue are written by the rules of printf.
+// QUIRK(write-interprets-percent): the text is the format of printf, so "%%" shows as one "%".
 void write(const char* text) {
   if (g_console.g_enableOutput) {
     std::printf(text);

@@ -48,8 +48,7 @@ int findNorwegian() {
   return findLocale([](const char* code) { return std::strcmp(code, "no") == 0; });
 }
 
-// QUIRK(hong-kong-reads-english): "zh_HK" is not given to "zh". That table is in simplified
-// characters, which readers in Hong Kong do not use; they prefer English.
+// QUIRK(hong-kong-reads-english): "zh_HK" reads English, not the texts of "zh".
 bool wantsEnglish(const char* name) {
   return std::strcmp(name, "C") == 0 || beginsWith(name, "zh_HK");
 }

@@ -59,7 +59,6 @@ std::int32_t addWrapping(std::int32_t a, std::int32_t b) {
 }
 
 // QUIRK(launch-failed-runs-together): nothing stands between the two texts of a failed launch.
-// Programs that read our output look for the line as it has always been.
 void showStatus(const StatusRow& row) {
   writeLine("");
   if (row.lead != kNoText) {
@@ -81,8 +80,8 @@ void PlatformImpl::setUIStatus(UIStatus status) {
   }
 }
 
-// QUIRK(sub-status-never-shown): the line for the sub-status is not written, and the sub-status is
-// none at once. Calling programs count our lines; a console has no place for a passing text.
+// QUIRK(sub-status-never-shown): no line is written for a sub-status, and the sub-status is
+// UI_SUBSTATUS_NONE afterwards.
 void PlatformImpl::setUISubStatus(UISubStatus, const SString& data) {
   if (g_console.m_silent) {
     return;
@@ -91,8 +90,8 @@ void PlatformImpl::setUISubStatus(UISubStatus, const SString& data) {
   g_console.m_subStatusData = data;
 }
 
-// QUIRK(progress-rows-stay-closed): the number of closed rows never goes back, so that dots after a
-// restart of the count continue the row that is open instead of breaking it.
+// QUIRK(progress-rows-stay-closed): the number of closed rows never decreases. After the progress
+// was set back, dots continue the open row without a line break.
 void PlatformImpl::setUIProgress(std::int32_t progress) {
   if (g_console.m_silent) {
     return;
@@ -105,8 +104,8 @@ void PlatformImpl::setUIProgress(std::int32_t progress) {
   }
 }
 
-// QUIRK(progress-counts-double): n steps show n dots and advance the progress by 2n, so that a row
-// of single steps ends after 35 dots. Its looks are what users and calling programs know.
+// QUIRK(progress-counts-double): n steps write n dots and advance the progress by 2n, so a row of
+// single steps ends after 35 dots.
 void PlatformImpl::advanceUIProgress(std::int32_t steps) {
   if (g_console.m_silent) {
     return;
@@ -145,8 +144,7 @@ bool PlatformImpl::isUIVisible() {
   return g_console.g_enableOutput;
 }
 
-// QUIRK(messages-show-while-hidden): a hidden console hides status and progress, not messages. A
-// calling program that hides us still wants to show its user why nothing happens.
+// QUIRK(messages-show-while-hidden): a hidden console hides status and progress, but not messages.
 void PlatformImpl::showUIMessage(const SString& text) {
   if (!g_console.m_silent) {
     std::puts(text.c_str());

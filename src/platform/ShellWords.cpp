@@ -6,8 +6,8 @@ SString fileNameForShell(const SString& path) {
   return inQuotes(path);
 }
 
-// QUIRK(only-quotes-are-escaped): "$", "`" and "\" of an argument reach the shell as they are, so
-// that callers may let it fill them in; one that ends with a single "\" spoils the command.
+// QUIRK(only-quotes-are-escaped): "$", "`" and "\" of an argument reach the shell as they are; an
+// argument that ends with a single "\" spoils the command.
 SString argumentForShell(const SString& argument) {
   SString word;
   for (const char byte : argument.view()) {

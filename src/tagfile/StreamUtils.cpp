@@ -57,8 +57,8 @@ bool isAtEnd(std::FILE* file) {
 int getBytes(std::FILE* file, unsigned char* buffer, int count) {
   int reads = 0;
   while (reads < count && !isAtEnd(file)) {
-    // QUIRK(end-is-a-byte): the read that meets the end is stored (EOF as a byte is 0xFF) and
-    // counted; a number at the very end of a file may lack its last byte.
+    // QUIRK(end-is-a-byte): the read that meets the end is counted and stored (EOF as a byte is
+    // 0xFF), so a number at the very end of a file may lack its last byte.
     buffer[reads++] = static_cast<unsigned char>(std::fgetc(file));
   }
   return reads;

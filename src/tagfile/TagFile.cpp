@@ -68,8 +68,8 @@ void TagFile::load(std::FILE* file, const SString& name, std::int32_t start, std
   }
   const std::int64_t end = std::int64_t{start} + length;
   LineReader reader(file, start);
-  // QUIRK(bound-before-tags-only): a block that begins before the bound is read to its "/:", also
-  // past the bound; embedded files end between tags, so only a wrong length shows it.
+  // QUIRK(bound-before-tags-only): a block that begins before the bound is read to its "/:", even
+  // past the bound.
   while (!reader.isAtEnd() && (length < 0 || reader.position() < end)) {
     const std::string_view line = readLine(reader);
     if (!line.empty()) {
@@ -93,8 +93,8 @@ void TagFile::loadTag(LineReader& reader, std::string_view line) {
     logSyntaxError(kColonMissing, m_name, m_lineNumber);
   }
   const SString key(withoutBlanks(line.substr(0, colon)));
-  // QUIRK(last-definition-wins): and goes to the end; the earlier one is gone before the new values
-  // are read, so a definition that fails leaves no such tag.
+  // QUIRK(last-definition-wins): a tag that is defined again moves to the end. Its earlier values
+  // go before the new ones are read, so after a definition that fails there is no such tag.
   removeValue(key);
   if (colon + 1 == line.size()) {
     loadBlock(reader, key);
@@ -108,8 +108,7 @@ void TagFile::loadBlock(LineReader& reader, const SString& key) {
   StringDeque* values = nullptr;
   while (!reader.isAtEnd()) {
     SString value = parseValue(readLine(reader), 0);
-    // QUIRK(quoted-completer): "/:" ends the block in quotes, too, and an empty value is none:
-    // neither can be a value of a block.
+    // QUIRK(quoted-completer): "/:" in quotes ends the block, too, and an empty value is skipped.
     if (value == kBlockEnd) {
       return;
     }

@@ -25,8 +25,8 @@ bool isSpace(char byte) {
 SString parseUnquoted(const SString& text, std::size_t& position) {
   const std::size_t blank = text.find_first_of(kBlanks, position);
   if (blank == SString::npos) {
-    // QUIRK(unquoted-to-the-end): without a blank the whole text is the argument, also what stands
-    // in front of the position; callers that begin at 0 cannot tell, and the others rely on it.
+    // QUIRK(unquoted-to-the-end): without a blank the argument is the whole text, including what
+    // stands before the position.
     position = SString::npos;
     return text;
   }
@@ -48,8 +48,8 @@ bool takeQuoted(const SString& text, std::size_t& position, SString& argument) {
       return true;
     }
     if (quote + 2 == text.size()) {
-      // QUIRK(doubled-quote-at-the-end): it closes nothing and leaves no position, which the
-      // message shows as -1.
+      // QUIRK(doubled-quote-at-the-end): a doubled quote at the end of the text closes nothing, and
+      // the position becomes npos, which the message shows as -1.
       position = SString::npos;
       return false;
     }
@@ -78,8 +78,8 @@ bool readEscape(std::string_view text, std::size_t pos, wchar_t& character) {
   char digits[kEscapeDigits + 1] = {};
   std::memcpy(digits, text.data() + pos + 2, kEscapeDigits);
   unsigned int code = 0;
-  // QUIRK(short-unicode-escape): "%x" stops at the first byte that is no hexadecimal digit, so
-  // fewer than four digits give a character, too, and all four bytes are consumed.
+  // QUIRK(short-unicode-escape): "%x" stops at the first byte that is no hexadecimal digit: fewer
+  // than four digits give a character, too, and all four bytes are consumed.
   if (std::sscanf(digits, "%x", &code) != 1) {
     return false;
   }
@@ -203,7 +203,7 @@ bool convertToShort(const SString& text, std::int16_t& number) {
   if (!convertToLong(text, value)) {
     return false;
   }
-  // QUIRK(short-keeps-low-bits): 65536 reads as 0, as scripts and input files have always had it.
+  // QUIRK(short-keeps-low-bits): 65536 reads as 0.
   number = static_cast<std::int16_t>(static_cast<std::uint16_t>(value));
   return true;
 }

@@ -330,7 +330,7 @@ TEST_F(Scan, CtrlCEndsTheVerificationOfWhatWasFound) {
   EXPECT_EQ(std::vector<std::string>{}, test::listTree(dir("jail/tmp")));
 }
 
-// QUIRK(zero-behind-partial-output)
+// QUIRK(zero-after-partial-output)
 TEST_F(Scan, AFailureBehindTheCountPrintsAZero) {
   const std::string missing =
       "Unable to search for all JVMs.Cannot use /tmp as the temp directory because it does not "
