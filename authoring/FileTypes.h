@@ -11,7 +11,7 @@ namespace authoring {
 
 // "unknown" for a number that is no type.
 const char* fileTypeName(std::int32_t type);
-std::optional<std::int32_t> fileTypeFromName(std::string_view name);
+[[nodiscard]] std::optional<std::int32_t> fileTypeFromName(std::string_view name);
 // All names, joined by commas.
 std::string allFileTypeNames();
 

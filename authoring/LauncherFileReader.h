@@ -22,13 +22,13 @@ struct LauncherFile {
 };
 
 // Where the index of the open launcher file lies; nothing when it does not end with our trailer.
-std::optional<std::int32_t> findFileIndex(std::FILE* file);
+[[nodiscard]] std::optional<std::int32_t> findFileIndex(std::FILE* file);
 
 // Throws AuthoringError: the path and what is wrong with the file.
 LauncherFile readLauncherFile(const std::string& path);
 
 // True when the entry's stored bytes lie wholly inside the file.
-bool isInside(const LauncherFile& launcher, const FileIndexEntry& entry);
+[[nodiscard]] bool isInside(const LauncherFile& launcher, const FileIndexEntry& entry);
 
 }  // namespace authoring
 

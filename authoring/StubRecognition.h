@@ -19,10 +19,10 @@ struct Stub {
 
 // Looks for the mark in front of the embedded files. Nothing: the program is none of ours, or from
 // before the marks.
-std::optional<Stub> recognizeStub(const LauncherFile& launcher);
+[[nodiscard]] std::optional<Stub> recognizeStub(const LauncherFile& launcher);
 
 // The mark in a stub's bytes.
-std::optional<Stub> findStubMark(const std::string& bytes);
+[[nodiscard]] std::optional<Stub> findStubMark(const std::string& bytes);
 
 // As pages and messages call it: "corvane-launcher-any 1.0 (x86_64)".
 std::string describeStub(const Stub& stub);

@@ -34,7 +34,7 @@ void run(benchmark::State& state, const TagFile& script, int rounds, int itemsPe
   const Instructions instructions(script);
   for (auto _ : state) {
     endAfter(rounds);
-    instructions.execute();
+    (void)instructions.execute();
   }
   state.SetItemsProcessed(state.iterations() * rounds * itemsPerRound);
 }

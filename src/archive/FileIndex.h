@@ -20,15 +20,15 @@ class FileIndex {
 
   // Opens the running launcher's file for reading: its index and its stored bytes are read through
   // here and nowhere else. Null, with errno set, when it does not open.
-  static FilePtr openLauncherFile();
+  [[nodiscard]] static FilePtr openLauncherFile();
 
   // Reads the index of an open launcher file. False when the file does not end with our trailer: it
   // carries no files then. Throws; the entries read until then stay. Another call appends.
-  bool load(std::FILE* launcherFile);
+  [[nodiscard]] bool load(std::FILE* launcherFile);
 
   // The steps of `load`, for a caller that words errors step by step. Each throws.
   // Where the index begins; nothing without our trailer.
-  static std::optional<std::int32_t> findOffset(std::FILE* launcherFile);
+  [[nodiscard]] static std::optional<std::int32_t> findOffset(std::FILE* launcherFile);
   // Goes to the index and reads how many entries it claims to hold.
   static std::int32_t readCount(std::FILE* launcherFile, std::int32_t offset);
   void appendEntries(std::FILE* launcherFile, std::int32_t count);

@@ -31,7 +31,7 @@ class FileIndexEntry {
   std::int32_t getFileType() const { return m_fileType; }
   // Null unless this is a tag file that was parsed. Owned by the entry.
   TagFile* getTagFile() const { return m_tagFile.get(); }
-  std::unique_ptr<TagFile> takeTagFile() { return std::move(m_tagFile); }
+  [[nodiscard]] std::unique_ptr<TagFile> takeTagFile() { return std::move(m_tagFile); }
   std::int32_t getFileId() const { return m_fileId; }
   std::int32_t getFileLength() const { return m_fileLength; }
   std::int32_t getOffsetToBytes() const { return m_offsetToBytes; }

@@ -36,5 +36,5 @@ void LauncherInputFiles::extractAll() {
     recordTagFile(input, *m_fileIndex.at(i));
     m_fileIndex.at(i)->extract(SString());
   }
-  input.write(kInputTagFile);
+  (void)input.write(kInputTagFile);
 }

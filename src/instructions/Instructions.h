@@ -28,7 +28,7 @@ class Instructions {
 
   // Runs the script from its first line and returns the result of the last LAUNCH or ILAUNCH, 0
   // when none ran.
-  int execute() const;
+  [[nodiscard]] int execute() const;
   // The index of the line that defines the label, which may hold variable references. The first
   // line is never looked at.
   unsigned long gotoLabel(const SString& label) const;
@@ -59,7 +59,7 @@ class Instructions {
   const StringDeque& lines() const;
   void jumpTo(const SString& label) const;
   // One pass of evalExpr; true when it replaced a reference. `count` counts them in all passes.
-  bool substitute(SString& text, std::string_view prefix, std::uint32_t& count) const;
+  [[nodiscard]] bool substitute(SString& text, std::string_view prefix, std::uint32_t& count) const;
   static void stopIfCanceled();
 
   const TagFile& m_tagFile;

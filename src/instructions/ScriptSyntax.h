@@ -11,7 +11,7 @@
 
 // Reads one argument, quoted or not, of `line` from `position` into `argument`, with its quotes;
 // `position` is left where the next argument may begin. False when the closing quote is missing.
-bool readArgument(const SString& line, std::size_t& position, SString& argument);
+[[nodiscard]] bool readArgument(const SString& line, std::size_t& position, SString& argument);
 
 // The first word of `text`, or what stands between its double quotes, doubled quotes as one. Throws
 // the LauncherException of `parseStringArgument` when the closing quote is missing.
@@ -22,7 +22,7 @@ struct Assignment {
   SString value;
 };
 // Both sides of the first "=", without the blanks around them; nothing when there is none.
-std::optional<Assignment> splitAssignment(std::string_view text);
+[[nodiscard]] std::optional<Assignment> splitAssignment(std::string_view text);
 
 // An "@" of a text, and the next one.
 struct Reference {

@@ -41,26 +41,32 @@ class JVMFile : public MacroHandler {
   // of the run passes through.
 
   // The home that the jvm file itself names; needs JVM_PROPERTIES (else a warning is logged).
-  std::unique_ptr<JVMMatch> verify(const VerifyClass& verifyClass);
-  std::unique_ptr<JVMMatch> verify(const SString& home, const VerifyClass& verifyClass);
+  [[nodiscard]] std::unique_ptr<JVMMatch> verify(const VerifyClass& verifyClass);
+  [[nodiscard]] std::unique_ptr<JVMMatch> verify(const SString& home,
+                                                 const VerifyClass& verifyClass);
   // Runs the verify class in the JVM at `home` and judges what it printed.
-  bool performVerify(const SString& home, const VerifyClass& verifyClass);
+  [[nodiscard]] bool performVerify(const SString& home, const VerifyClass& verifyClass);
   // True when the lines behind the magic line match the requirements.
-  bool verifyJVMOutput(const SString& output, const StringPairPtrDeque& properties) const;
+  [[nodiscard]] bool verifyJVMOutput(const SString& output,
+                                     const StringPairPtrDeque& properties) const;
 
   // Location by hints: each verifies its candidates in order and returns the first match, or null.
 
-  std::unique_ptr<JVMMatch> verifyWithPlatformHints(const VerifyClass& verifyClass);
-  std::unique_ptr<JVMMatch> verifyWithPathHints(const VerifyClass& verifyClass);
-  std::unique_ptr<JVMMatch> verifyWithPlatformJVMPaths(const VerifyClass& verifyClass);
+  [[nodiscard]] std::unique_ptr<JVMMatch> verifyWithPlatformHints(const VerifyClass& verifyClass);
+  [[nodiscard]] std::unique_ptr<JVMMatch> verifyWithPathHints(const VerifyClass& verifyClass);
+  [[nodiscard]] std::unique_ptr<JVMMatch> verifyWithPlatformJVMPaths(
+      const VerifyClass& verifyClass);
 
  private:
   SString tagValue(const char* tag, long index = 0) const;
-  bool hasProperties() const;  // logs the warning when it has none
-  bool beginHintSearch(const char* strategy) const;
-  std::unique_ptr<JVMMatch> verifyPlatformHint(const SString& hint, const VerifyClass& verifyClass);
-  std::unique_ptr<JVMMatch> verifyAbsoluteHint(const SString& hint, const VerifyClass& verifyClass);
-  std::unique_ptr<JVMMatch> verifyRelativeHint(const SString& hint, const VerifyClass& verifyClass);
+  [[nodiscard]] bool hasProperties() const;  // logs the warning when it has none
+  [[nodiscard]] bool beginHintSearch(const char* strategy) const;
+  [[nodiscard]] std::unique_ptr<JVMMatch> verifyPlatformHint(const SString& hint,
+                                                             const VerifyClass& verifyClass);
+  [[nodiscard]] std::unique_ptr<JVMMatch> verifyAbsoluteHint(const SString& hint,
+                                                             const VerifyClass& verifyClass);
+  [[nodiscard]] std::unique_ptr<JVMMatch> verifyRelativeHint(const SString& hint,
+                                                             const VerifyClass& verifyClass);
   SString buildVerifyCommand(const SString& home, const VerifyClass& verifyClass,
                              StringPairPtrDeque& properties) const;
   void addProperties(SString& command, StringPairPtrDeque& properties) const;

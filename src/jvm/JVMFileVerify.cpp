@@ -98,7 +98,7 @@ bool JVMFile::performVerify(const SString& home, const VerifyClass& verifyClass)
   m_tagFile.setTagValue(tagname::kJVMHome, home);
   StringPairPtrDeque properties;
   LaunchScript script(buildVerifyCommand(home, verifyClass, properties), true);
-  script.execute(*this, nullptr, false);
+  (void)script.execute(*this, nullptr, false);
   const bool isAccepted = verifyJVMOutput(script.getStdOut(), properties);
   PlatformImpl::advanceUIProgress(kStepsForRun);
   return isAccepted;

@@ -5,7 +5,7 @@
 SString JVMMatch::writeNewJVMFile() {
   const SString path = PlatformImpl::createTempFile();
   m_tagFile.setDynamicJVMTags(m_home, path, m_temporary);
-  m_tagFile.write(path);
+  (void)m_tagFile.write(path);
   return path;
 }
 

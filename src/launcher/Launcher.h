@@ -48,10 +48,10 @@ class Launcher : public LauncherFacts {
 
   // Runs the launcher at `launcherPath` (absolute) with the arguments behind argv[0]. Returns the
   // status for the exit code; -1 after a LauncherException, which is shown and logged.
-  static std::int32_t process(StringDeque& args, const SString& launcherPath);
+  [[nodiscard]] static std::int32_t process(StringDeque& args, const SString& launcherPath);
   // Applies the options from left to right and, unless one of them said otherwise, loads the
   // embedded files and runs the instruction script.
-  static std::int32_t processCmdLine(const StringDeque& args);
+  [[nodiscard]] static std::int32_t processCmdLine(const StringDeque& args);
 
   // --- Log ---
 
@@ -65,7 +65,7 @@ class Launcher : public LauncherFacts {
   static LauncherInputFiles& getInputFiles();
   // Runs the instruction script; -1 when there is none. An error in the script is thrown as
   // "Error in instructions. TEXT Line number (N)".
-  static std::int32_t run();
+  [[nodiscard]] static std::int32_t run();
 
   // --- Finding and verifying (LauncherFind) ---
   // showProgress: show the console and a status line; showFailMsg: show failures on the console.
@@ -93,8 +93,8 @@ class Launcher : public LauncherFacts {
 
   // Run the launch script with a jvm file on disk, or with an embedded one. Return the wizard's
   // exit code, or -1 when it could not be started for want of a file.
-  static std::int32_t launch(const SString& jvmFileName, std::int16_t uiSeconds);
-  static std::int32_t ilaunch(std::int32_t fileId, std::int16_t uiSeconds);
+  [[nodiscard]] static std::int32_t launch(const SString& jvmFileName, std::int16_t uiSeconds);
+  [[nodiscard]] static std::int32_t ilaunch(std::int32_t fileId, std::int16_t uiSeconds);
   // Replaces this process by the launcher embedded at `position` of the file index. Returns only
   // when that fails.
   static void executeEmbeddedLauncher(std::int32_t position);

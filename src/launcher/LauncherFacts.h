@@ -20,7 +20,7 @@ class LauncherFacts {
   static SString getOriginalLauncherDir();
   // The byte in front of the file's trailer, 0..255; -1 when it cannot be read. The running
   // launcher's is read once.
-  static std::int32_t getLauncherPurpose(const char* file);
+  [[nodiscard]] static std::int32_t getLauncherPurpose(const char* file);
   // True for the purposes 0 and 2 of the running launcher.
   static bool isQuietPurpose();
 

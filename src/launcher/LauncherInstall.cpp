@@ -50,8 +50,8 @@ void runInstaller(const FileIndexEntry& installer, const SString& destination) {
   installer.extract(destination);
   SString output;
   SString errors;
-  PlatformImpl::executeProcess(quoteForShell(path), destination, false, true, true, &output,
-                               &errors, false);
+  (void)PlatformImpl::executeProcess(quoteForShell(path), destination, false, true, true, &output,
+                                     &errors, false);
   PlatformImpl::deleteFile(path);
   PlatformImpl::removeFileFromCleanupList(path);
 }
@@ -64,7 +64,7 @@ SString jvmFileIn(const SString& destination) {
 void recordHome(const SString& jvmPath, const SString& home, bool temporary) {
   TagFile jvmFile(jvmPath);
   jvmFile.setDynamicJVMTags(home, jvmPath, temporary);
-  jvmFile.write(jvmPath);
+  (void)jvmFile.write(jvmPath);
 }
 
 }  // namespace
@@ -100,8 +100,8 @@ void Launcher::installJVM(InstallJVMOption option) {
 
 void Launcher::installJVM(bool showProgress, bool, const SString& installerCommand,
                           const SString& destination) {
-  PlatformImpl::executeProcess(installerCommand, destination, showProgress, false, true, nullptr,
-                               nullptr, false);
+  (void)PlatformImpl::executeProcess(installerCommand, destination, showProgress, false, true,
+                                     nullptr, nullptr, false);
   const SString jvmPath = jvmFileIn(destination);
   recordHome(jvmPath, destination, false);
   std::printf("%s\n", jvmPath.c_str());

@@ -123,8 +123,8 @@ void Launcher::executeEmbeddedLauncher(std::int32_t position) {
     // This program ends here without another chance to clean up; the copy removes itself.
     PlatformImpl::removeDirFromCleanupList(directory);
     PlatformImpl::cleanup();
-    PlatformImpl::executeProcess(buildHandOverCommand(path), directory, true, false, false, nullptr,
-                                 nullptr, true);
+    (void)PlatformImpl::executeProcess(buildHandOverCommand(path), directory, true, false, false,
+                                       nullptr, nullptr, true);
     PlatformImpl::addFileToCleanupList(directory);
   }
 }

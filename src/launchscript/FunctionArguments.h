@@ -16,9 +16,9 @@ class FunctionArguments {
 
   // Adds the arguments to `args`. False when a token is not the expected one. LauncherException of
   // a quoted string without its closing quote passes through.
-  bool read(StringDeque& args);
+  [[nodiscard]] bool read(StringDeque& args);
   // The same, with any error as false.
-  bool tryRead(StringDeque& args);
+  [[nodiscard]] bool tryRead(StringDeque& args);
 
   // One past the last token read; npos behind a string that ends the text.
   std::size_t position() const { return m_position; }

@@ -31,7 +31,7 @@ class LaunchScript : public MacroHandler {
   SString resolve(const JVMFile& jvm) const;
   // Resolves and runs the command with `extraArgs` (may be null) behind it, each in double quotes,
   // and returns its exit code. JAVA_HOME names the JVM during the run.
-  int execute(const JVMFile& jvm, const StringDeque* extraArgs, bool forceConsole);
+  [[nodiscard]] int execute(const JVMFile& jvm, const StringDeque* extraArgs, bool forceConsole);
 
   // Output of the last run; empty when it was not captured.
   SString getStdOut() const { return m_standardOutput; }
@@ -61,7 +61,8 @@ class LaunchScript : public MacroHandler {
   SString makeSystemProp(const JVMFile& jvm, const SString& name, const SString& value) const;
 
  private:
-  int run(const JVMFile& jvm, const SString& command, const SString& directory, bool console);
+  [[nodiscard]] int run(const JVMFile& jvm, const SString& command, const SString& directory,
+                        bool console);
   void logOutput() const;
   std::size_t readCall(const MacroText& text, std::size_t position, StringDeque& args) const;
   SString tagValue(const char* key) const;  // of the current jvm file

@@ -25,7 +25,7 @@ class MacroText {
 
   // Finds the delimiters of the next macro. A name has at least one character, which may itself be
   // the delimiter.
-  bool findMacro(char delimiter, std::size_t& start, std::size_t& end) const;
+  [[nodiscard]] bool findMacro(char delimiter, std::size_t& start, std::size_t& end) const;
   // Puts `value` in the place of the bytes from `start` to `end` inclusive. A value that holds the
   // delimiter will be looked at again.
   void replace(std::size_t start, std::size_t end, const SString& value, char delimiter);

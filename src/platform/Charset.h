@@ -17,14 +17,14 @@ class Charset {
   static constexpr Charset utf8() { return Charset(kUtf8); }
   // By its name, with or without signs between letters and digits, in any case: "ISO-8859-1",
   // "iso88591", "eucJP". Nothing for a charset that we have no table of.
-  static std::optional<Charset> named(std::string_view name);
+  [[nodiscard]] static std::optional<Charset> named(std::string_view name);
 
   // Its number in kCharsetTables; -1 when it needs no table.
   constexpr int table() const { return m_number < 0 ? -1 : m_number; }
   constexpr bool isUtf8() const { return m_number == kUtf8; }
   // Appends the character's bytes. False, and nothing is appended, when it has none here, as it is
   // unknown to the charset, half of a pair, or no character at all.
-  bool append(char32_t character, SString& text) const;
+  [[nodiscard]] bool append(char32_t character, SString& text) const;
 
   friend constexpr bool operator==(Charset a, Charset b) { return a.m_number == b.m_number; }
 

@@ -19,14 +19,14 @@ class DirectoryReader {
 
   // Moves on to the next entry; "." and ".." are left out. False at the end, and at once when the
   // directory cannot be opened or read.
-  bool next();
+  [[nodiscard]] bool next();
   // Of the current entry. The name is valid until `next`.
   const char* name() const { return m_entry->d_name; }
   // No link is followed.
   bool isDirectory() const;
 
  private:
-  bool read();
+  [[nodiscard]] bool read();
 
 #if defined(__linux__) && defined(__GLIBC__)
   static constexpr unsigned kBufferSize = 32 * 1024;

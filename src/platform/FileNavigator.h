@@ -38,8 +38,8 @@ class FileNavigator {
   const StringDeque& visitedDirectories() const { return m_visited; }
 
  private:
-  bool listDirectory(const SString& directory, bool isRoot);
-  bool visitFile(const SString& path);
+  [[nodiscard]] bool listDirectory(const SString& directory, bool isRoot);
+  [[nodiscard]] bool visitFile(const SString& path);
 
   StringDeque m_visited;
   StringDeque m_pending;  // used as a stack

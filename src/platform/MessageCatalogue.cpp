@@ -115,7 +115,7 @@ SString convertText(const char* text, Charset charset) {
   while (*text != '\0') {
     const char32_t character = nextCharacter(text);
     if (!charset.append(character, converted)) {
-      charset.append(olderLetter(character), converted);
+      (void)charset.append(olderLetter(character), converted);
     }
   }
   return converted;

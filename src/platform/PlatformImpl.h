@@ -71,13 +71,13 @@ class PlatformImpl {
   // Throws LauncherException, each text followed by the system's: "Error setting working
   // directory: DIR ", "Couldn't create either stdout or stderr pipe: ", "Error forking new
   // process: ", "Error waiting for child process: " (not with `capture`).
-  static int executeProcess(const SString& command, const SString& workingDir, bool consoleFlag,
-                            bool capture, bool redirectInChild, SString* stdOut, SString* stdErr,
-                            bool replaceProcess);
+  [[nodiscard]] static int executeProcess(const SString& command, const SString& workingDir,
+                                          bool consoleFlag, bool capture, bool redirectInChild,
+                                          SString* stdOut, SString* stdErr, bool replaceProcess);
   // One read of at most 4096 bytes from a non-blocking descriptor; what came is appended to `out`
   // up to its first zero byte, unless `out` is null, and advances the progress by 1. Returns what
   // read(2) returned: -1 nothing there now, 0 end of file.
-  static int readFromFile(int fd, SString* out);
+  [[nodiscard]] static int readFromFile(int fd, SString* out);
   // Called just before the Java process starts; nothing to do on this platform.
   static void preJavaLaunch() {}
 
@@ -98,16 +98,17 @@ class PlatformImpl {
   static void removeDirFromCleanupList(const SString& path);
   // A relative path behind the current directory, where that can be told.
   static SString makeAbsolute(const SString& path);
-  static bool fileExists(const SString& path);
+  [[nodiscard]] static bool fileExists(const SString& path);
   // Deletes a directory with its whole tree, or anything else alone. Never follows a link.
   static void deleteFile(const SString& path);
   // Deletes one file, link or empty directory. False when it cannot be looked at, as it does not
   // exist or its directory cannot be entered (quietly), or could not be deleted (logged as a
   // warning: "Could not delete PATH :  REASON").
-  static bool deleteOneFile(const SString& path);
+  [[nodiscard]] static bool deleteOneFile(const SString& path);
   // True when the file system of `directory` (of the current directory, unless it begins with "/")
   // has room for `bytes` in `files` files. Throws the system's text when it cannot be asked.
-  static bool checkFreeSpace(const SString& directory, std::int64_t bytes, std::int64_t files);
+  [[nodiscard]] static bool checkFreeSpace(const SString& directory, std::int64_t bytes,
+                                           std::int64_t files);
   // The rule behind it, apart from the system: the blocks that so many bytes and files need.
   static std::int64_t countBlocks(std::int64_t bytes, std::int64_t files, std::int64_t blockSize);
   static void setDeleteLauncher(bool deleteIt);

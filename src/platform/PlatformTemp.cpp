@@ -92,7 +92,7 @@ void PlatformImpl::deleteFile(const SString& path) {
   if (FileNavigator::isDirectory(withoutTrailingSeparators(path).c_str())) {
     DeleteFullDir().process(path);
   } else {
-    deleteOneFile(path);
+    (void)deleteOneFile(path);
   }
 }
 

@@ -15,6 +15,6 @@ inline constexpr int kMostUniqueNames = 1000;
 // Creates an empty file or directory, open to all whom the umask does not shut out, at the first
 // path of `makePath` that did not exist. Returns 0, or the errno of the attempt that failed (EEXIST
 // when all names were taken). `path` becomes the last path that was tried.
-int createUniqueEntry(EntryKind kind, SString (*makePath)(), SString& path);
+[[nodiscard]] int createUniqueEntry(EntryKind kind, SString (*makePath)(), SString& path);
 
 #endif

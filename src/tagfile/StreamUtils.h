@@ -19,14 +19,14 @@ using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
 
 // Opens `path` with the given fopen mode, close-on-exec. Null, with errno set, when it does not
 // open. A directory opened for reading counts as a file that does not open (EISDIR).
-FilePtr openFile(const SString& path, const char* mode);
+[[nodiscard]] FilePtr openFile(const SString& path, const char* mode);
 
 // True when nothing more can be read: end of file or a read error was met.
-bool isAtEnd(std::FILE* file);
+[[nodiscard]] bool isAtEnd(std::FILE* file);
 
 // Reads up to `count` bytes one by one; stops when the end was met before a read. The read that
 // meets the end is stored (as 0xFF) and counted. Returns the number of reads.
-int getBytes(std::FILE* file, unsigned char* buffer, int count);
+[[nodiscard]] int getBytes(std::FILE* file, unsigned char* buffer, int count);
 
 // Read a signed big-endian number of four or two bytes; throw LauncherException with `errorText`
 // when the stream held too few. One missing byte at the end of the file is tolerated and reads as
@@ -51,11 +51,11 @@ class LineReader {
   std::int64_t position() const { return m_position; }
   // True when `next` met the end of the stream: the file's last line had no newline, or no line
   // was left.
-  bool isAtEnd() const { return m_atEnd; }
+  [[nodiscard]] bool isAtEnd() const { return m_atEnd; }
 
  private:
   std::string_view take(std::size_t size, std::size_t lineEnd);
-  bool readMore();
+  [[nodiscard]] bool readMore();
 
   std::FILE* m_file;
   std::int64_t m_position;

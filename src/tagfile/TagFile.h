@@ -74,7 +74,7 @@ class TagFile {
 
   // Writes the document to `path` so that `load` reads it back equal. False, with nothing said,
   // when it cannot be opened or written.
-  bool write(const SString& path) const;
+  [[nodiscard]] bool write(const SString& path) const;
   // The same to an open stream, whose errors are the caller's to look at.
   void write(std::FILE* file) const;
 

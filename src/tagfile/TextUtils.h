@@ -66,8 +66,8 @@ SString positionToString(std::size_t position);
 // follows the number is ignored. False, with `number` untouched, when there is none.
 // Numbers outside the 32-bit range saturate; the 16-bit form then keeps the low 16 bits, as the
 // C library's "%hd" does.
-bool convertToLong(const SString& text, std::int32_t& number);
-bool convertToShort(const SString& text, std::int16_t& number);
+[[nodiscard]] bool convertToLong(const SString& text, std::int32_t& number);
+[[nodiscard]] bool convertToShort(const SString& text, std::int16_t& number);
 
 // The text as zero-terminated wide characters, with each escape (backslash, "u" or "U" and four
 // hexadecimal digits) as one character. Bytes from 0x80 on are sign-extended. An escape whose

@@ -56,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const FilePtr input = FileIndex::openLauncherFile();
   FileIndex index;
   try {
-    index.load(input.get());
+    (void)index.load(input.get());
   } catch (const LauncherException&) {
     // What was read until then is looked at, too.
   }

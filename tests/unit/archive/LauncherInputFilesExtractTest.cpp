@@ -72,7 +72,7 @@ TEST_F(LauncherInputFilesExtractTest, ReadsBackWhatItExtracts) {
   embedded.extractAll();
   LauncherInputFiles inputs;
   inputs.load(TagFile("input.tag"));
-  inputs.getInstructions()->execute();
+  (void)inputs.getInstructions()->execute();
   EXPECT_STREQ("embedded", LauncherFacts::getStringVariable(1).c_str());
   EXPECT_STREQ("Title", inputs.getLaunchScript()->getDesc().c_str());
   ASSERT_EQ(1, inputs.getJVMFiles().getJVMFileCount());

@@ -23,7 +23,7 @@ std::string script(const std::string& name) {
 // The name that the script in use was made with; "none" without a script.
 std::string scriptOf(const LauncherInputFiles& inputs) {
   if (inputs.getInstructions() == nullptr) return "none";
-  inputs.getInstructions()->execute();
+  (void)inputs.getInstructions()->execute();
   return LauncherFacts::getStringVariable(1).c_str();
 }
 

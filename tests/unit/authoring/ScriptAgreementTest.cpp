@@ -61,7 +61,7 @@ std::string errorOf(const authoring::SetupFile& script) {
   FakeLauncherOperations::setRecording(false);
   test::setVariables({{"N1", "1"}, {"N5", "1"}, {"S1", "1"}, {"S10", "1"}});
   return test::outcomeOf([&] {
-    Instructions(*script.tagFile).execute();
+    (void)Instructions(*script.tagFile).execute();
     return "";
   });
 }

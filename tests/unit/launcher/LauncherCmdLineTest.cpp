@@ -170,14 +170,14 @@ TEST_F(LauncherCmdLine, EachOptionLeavesItsMark) {
 
 TEST_F(LauncherCmdLine, AMarkForDeletionOfBeforeDoesNotCount) {
   PlatformImpl::setDeleteLauncher(true);
-  test::captureStdout([] { Launcher::processCmdLine(toDeque({"-cv:version"})); });
+  test::captureStdout([] { (void)Launcher::processCmdLine(toDeque({"-cv:version"})); });
   EXPECT_FALSE(PlatformTestAccess::deletesLauncher());
 }
 
 TEST_F(LauncherCmdLine, LongArgumentsAreTakenWhole) {
   const std::string text(1000000, 'x');
   test::captureStdout([&] {
-    Launcher::processCmdLine(
+    (void)Launcher::processCmdLine(
         toDeque({"-cv:version", text, "-cv:javahome", text, "-cv:log", text, "-cp:p", text}));
   });
   EXPECT_EQ("log=" + text + " home=CWD/" + text + " before=" + text + " [" + text + "]", changes());
@@ -217,7 +217,7 @@ TEST_F(LauncherCmdLine, ExtractNamesTheStepThatFails) {
     PlatformTestAccess::setCanceled(row.isCanceled);
     std::string error;
     test::captureStdout(
-        [&] { error = errorOf([] { Launcher::processCmdLine(toDeque({"-cv:extract"})); }); });
+        [&] { error = errorOf([] { (void)Launcher::processCmdLine(toDeque({"-cv:extract"})); }); });
     EXPECT_EQ(row.error, error);
   }
 }

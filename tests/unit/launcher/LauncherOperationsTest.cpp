@@ -518,7 +518,7 @@ TEST_F(LauncherOperations, ALaunchHidesTheConsole) {
   for (const SecondsRow& row : rows) {
     SCOPED_TRACE(row.seconds);
     test::setMode(test::Shown);
-    EXPECT_EQ(row.out, test::captureStdout([&] { Launcher::ilaunch(11, row.seconds); }));
+    EXPECT_EQ(row.out, test::captureStdout([&] { (void)Launcher::ilaunch(11, row.seconds); }));
     EXPECT_FALSE(PlatformImpl::isUIVisible());
   }
 }

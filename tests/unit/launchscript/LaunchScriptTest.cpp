@@ -290,7 +290,7 @@ TEST_F(LaunchScriptTest, LauncherWithoutAFolderNamesItself) {
       "LauncherException: Error setting working directory: no-such-launcher No such file or "
       "directory",
       test::outcome([&] {
-        script.execute(jvm, nullptr, false);
+        (void)script.execute(jvm, nullptr, false);
         return SString("it ran");
       }));
   EXPECT_STREQ("/before", getenv("JAVA_HOME"));  // also after an error
@@ -301,7 +301,7 @@ TEST_F(LaunchScriptTest, JavaHomeComesBackEmpty) {
   unsetenv("JAVA_HOME");
   TagFile jvmFile;
   const JVMFile jvm(jvmFile);
-  LaunchScript(":", false).execute(jvm, nullptr, false);
+  (void)LaunchScript(":", false).execute(jvm, nullptr, false);
   EXPECT_STREQ("", getenv("JAVA_HOME"));
 }
 

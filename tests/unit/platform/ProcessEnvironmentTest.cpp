@@ -43,7 +43,8 @@ const DirectoryRow kDirectoryRows[] = {
 std::string runIn(const char* command, const char* workingDir) {
   SString output;
   try {
-    PlatformImpl::executeProcess(command, workingDir, true, true, true, &output, nullptr, false);
+    (void)PlatformImpl::executeProcess(command, workingDir, true, true, true, &output, nullptr,
+                                       false);
   } catch (const LauncherException& problem) {
     return problem.what();
   }
@@ -118,7 +119,7 @@ TEST(ProcessEnvironmentTest, TheChildHasTheStandardDescriptorsOnly) {
                 PlatformImpl::setSilent(true);
                 test::closeAllDescriptorsButStandardOnes();
                 SString output;
-                PlatformImpl::executeProcess(
+                (void)PlatformImpl::executeProcess(
                     "for f in 0 1 2 3 4 5 6 7 8 9 10 11 12; do test -e /dev/fd/$f && printf \"$f "
                     "\"; done",
                     "/", true, captures, true, &output, nullptr, false);
@@ -147,8 +148,8 @@ TEST(ProcessEnvironmentTest, TheChildReadsOurStandardInput) {
   EXPECT_EQ("<input>", outputOf([&] {
               dup2(ends[0], STDIN_FILENO);
               close(ends[0]);
-              PlatformImpl::executeProcess("read x; printf \"<$x>\"", "", false, false, true,
-                                           nullptr, nullptr, false);
+              (void)PlatformImpl::executeProcess("read x; printf \"<$x>\"", "", false, false, true,
+                                                 nullptr, nullptr, false);
             }));
   close(ends[0]);
 }

@@ -191,9 +191,9 @@ TEST(ProcessTest, OutputComesOnceAndInOrder) {
                 std::printf("before ");
                 SString output;
                 SString errors;
-                PlatformImpl::executeProcess("printf 'child '; printf err >&2", "", true,
-                                             row.capture, row.redirectInChild, &output, &errors,
-                                             false);
+                (void)PlatformImpl::executeProcess("printf 'child '; printf err >&2", "", true,
+                                                   row.capture, row.redirectInChild, &output,
+                                                   &errors, false);
                 std::printf("after");
                 test::writeFile(log, std::string(output.c_str()) + "|" + errors.c_str());
               }));
@@ -212,11 +212,12 @@ std::string progressOf(Body body) {
 
 TEST(ProcessTest, ProgressAdvancesOnceForEachChunk) {
   EXPECT_EQ("", progressOf([] {
-              PlatformImpl::executeProcess("true", "", true, true, true, nullptr, nullptr, false);
+              (void)PlatformImpl::executeProcess("true", "", true, true, true, nullptr, nullptr,
+                                                 false);
             }));
   EXPECT_EQ(".", progressOf([] {
-              PlatformImpl::executeProcess("printf x", "", true, true, true, nullptr, nullptr,
-                                           false);
+              (void)PlatformImpl::executeProcess("printf x", "", true, true, true, nullptr, nullptr,
+                                                 false);
             }));
 }
 

@@ -62,8 +62,8 @@ TEST(StartTest, AChildCanBeCapturedWhenAllDescriptorsWereMissing) {
     PlatformImpl::prepareProcess();
     SString output;
     SString errors;
-    PlatformImpl::executeProcess("cat; echo out; echo err >&2", "/", true, true, true, &output,
-                                 &errors, false);
+    (void)PlatformImpl::executeProcess("cat; echo out; echo err >&2", "/", true, true, true,
+                                       &output, &errors, false);
     test::writeFile(answer, std::string(output.c_str()) + errors.c_str());
   });
   EXPECT_EQ("exit 0", process.end());
@@ -144,8 +144,8 @@ TEST(StartTest, AProgramThatWeBecomeHasThemToo) {
                 inherit(row);
                 PlatformImpl::prepareProcess();
                 const std::string command = "/bin/sh -c \"" + commandThatSignalsItself(row) + "\"";
-                PlatformImpl::executeProcess(command.c_str(), "", false, false, true, nullptr,
-                                             nullptr, true);
+                (void)PlatformImpl::executeProcess(command.c_str(), "", false, false, true, nullptr,
+                                                   nullptr, true);
               }));
   }
 }

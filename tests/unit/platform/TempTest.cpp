@@ -388,7 +388,7 @@ TEST(Temp, FreeSpaceCannotBeAsked) {
   test::TempDir scratch;
   const std::string missing = scratch / "missing";
   EXPECT_EQ("No such file or directory",
-            errorOf([&] { PlatformImpl::checkFreeSpace(missing.c_str(), 0, 0); }));
+            errorOf([&] { (void)PlatformImpl::checkFreeSpace(missing.c_str(), 0, 0); }));
 }
 
 }  // namespace

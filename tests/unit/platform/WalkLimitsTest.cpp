@@ -194,7 +194,7 @@ TEST(WalkTest, AChildStartedOnTheWayDoesNotInheritTheDirectory) {
   struct Starter : FileNavigator {
     Starter() : FileNavigator(true, Visited::Forget) {}
     bool processFile(const SString&) override {
-      PlatformImpl::executeProcess(
+      (void)PlatformImpl::executeProcess(
           "for f in 0 1 2 3 4 5 6 7 8 9; do test -e /dev/fd/$f && printf \"$f \"; done", "", false,
           false, true, nullptr, nullptr, false);
       return true;
