@@ -73,9 +73,17 @@ bool DirectoryReader::next() {
   return false;
 }
 
+bool DirectoryReader::tellsType() const {
+#ifdef DT_UNKNOWN
+  return m_entry->d_type != DT_UNKNOWN;
+#else
+  return false;
+#endif
+}
+
 bool DirectoryReader::isDirectory() const {
 #ifdef DT_UNKNOWN
-  if (m_entry->d_type != DT_UNKNOWN) {
+  if (tellsType()) {
     return m_entry->d_type == DT_DIR;
   }
 #endif

@@ -22,6 +22,8 @@ class DirectoryReader {
   [[nodiscard]] bool next();
   // Of the current entry. The name is valid until `next`.
   const char* name() const { return m_entry->d_name; }
+  // False: isDirectory has to look at the entry, which a dead mount does not survive.
+  bool tellsType() const;
   // No link is followed.
   bool isDirectory() const;
 

@@ -42,7 +42,7 @@ bool FileNavigator::listDirectory(const SString& directory, bool isRoot) {
   bool isStopped = false;
   while (!isStopped && !isCanceled() && entries.next()) {
     path.replace(nameStart, SString::npos, entries.name());
-    if (entries.isDirectory()) {
+    if ((!entries.tellsType() && isKnownDirectory(path)) || entries.isDirectory()) {
       m_pending.push_back(SString(path.view()));
     } else {
       isStopped = visitFile(path);
@@ -60,6 +60,10 @@ bool FileNavigator::visitFile(const SString& path) {
 }
 
 bool FileNavigator::skipDirectory(const SString&) {
+  return false;
+}
+
+bool FileNavigator::isKnownDirectory(const SString&) const {
   return false;
 }
 

@@ -23,6 +23,8 @@ class FileNavigator {
   virtual bool processFile(const SString& path) = 0;
   // True: the directory is neither listed nor descended into.
   virtual bool skipDirectory(const SString& path);
+  // True: `path` is a directory, and the system must not be asked whether it is one.
+  virtual bool isKnownDirectory(const SString& path) const;
 
   // True when `path` itself (no link is followed) is a directory.
   static bool isDirectory(const char* path);

@@ -1,7 +1,9 @@
 #include "platform/FindFiles.h"
 
 #include <string_view>
+#include <utility>
 
+#include "launcher/Log.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TextUtils.h"
 
@@ -15,13 +17,27 @@ bool isNamed(std::string_view path, std::string_view name) {
          path.ends_with(name);
 }
 
+// Nobody wonders why no Java was found in a pseudo file system.
+void logPassedOver(const Mount& mount) {
+  if (mount.kind == FileSystemKind::Network) {
+    logMessage("Passing over the network mount " + onOneLine(mount.point) + " of type " +
+                   onOneLine(mount.type),
+               LOG_INFO);
+  } else if (mount.kind == FileSystemKind::Fuse) {
+    logMessage("Passing over the FUSE mount " + onOneLine(mount.point) + " of type " +
+                   onOneLine(mount.type),
+               LOG_INFO);
+  }
+}
+
 }  // namespace
 
-FindFiles::FindFiles(const StringDeque& names, FileFindListener& listener)
+FindFiles::FindFiles(const StringDeque& names, FileFindListener& listener, MountTable mounts)
     : FileNavigator(true, Visited::Forget),
       m_names(names),
       m_listener(listener),
-      m_tempDir(PlatformImpl::getSystemTempDirectory()) {
+      m_tempDir(PlatformImpl::getSystemTempDirectory()),
+      m_mounts(std::move(mounts)) {
   appendPathSeparator(m_tempDir);
 }
 
@@ -35,8 +51,16 @@ bool FindFiles::processFile(const SString& path) {
 }
 
 bool FindFiles::skipDirectory(const SString& path) {
+  if (const Mount* mount = m_mounts.passedOverAt(path)) {
+    logPassedOver(*mount);
+    return true;
+  }
   // QUIRK(skip-needs-trailing-separator): directories met on the way have no separator at their
   // end, so only a root that was given with one is ever skipped. JVMs unpacked into the temporary
   // directory are found for that reason.
   return path == m_tempDir || path == kUnixTempDir;
+}
+
+bool FindFiles::isKnownDirectory(const SString& path) const {
+  return m_mounts.passedOverAt(path) != nullptr;
 }

@@ -120,6 +120,20 @@ void appendPathSeparator(SString& path) {
   }
 }
 
+SString onOneLine(std::string_view text) {
+  SString line;
+  for (const char byte : text) {
+    if (static_cast<unsigned char>(byte) < ' ' || byte == '\x7f') {
+      char escape[5];
+      std::snprintf(escape, sizeof escape, "\\%03o", static_cast<unsigned>(byte));
+      line += escape;
+    } else {
+      line += byte;
+    }
+  }
+  return line;
+}
+
 std::size_t stringEndsWith(const SString& text, const char* suffix) {
   return text.endsWith(suffix) ? text.size() - std::strlen(suffix) : SString::npos;
 }

@@ -27,6 +27,10 @@ std::string_view withoutBlanks(std::string_view text);
 // Appends "/" unless `path` is empty or ends with one.
 void appendPathSeparator(SString& path);
 
+// `text` with its control bytes as a backslash and three octal digits: for names that must not
+// break a line of the log.
+SString onOneLine(std::string_view text);
+
 // The position at which `suffix` begins when `text` ends with it, else npos.
 std::size_t stringEndsWith(const SString& text, const char* suffix);
 

@@ -1,6 +1,5 @@
 // Finding a JVM: the strategies in their order, verification, and the scan of the disks.
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,7 +8,7 @@
 #include <regex>
 
 #include "e2e/LauncherTest.h"
-#include "support/OwnProcess.h"
+#include "e2e/ScanFixture.h"
 
 namespace fs = std::filesystem;
 
@@ -193,60 +192,6 @@ TEST_F(Find, CtrlCEndsTheSearchWithoutAMatch) {
   EXPECT_EQ("", result.out);
   EXPECT_EQ("DIR/jvms/slow/bin/java\n", triedPlaces(result.log, scratch()));
 }
-
-// The scan walks the whole disk: here a disk of its own, behind chroot.
-class Scan : public LauncherTest {
- protected:
-  void SetUp() override {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "the sanitizer's runtime needs files that the small disk lacks";
-#endif
-    if (!canChroot()) {
-      GTEST_SKIP() << "chroot is not allowed here";
-    }
-    const std::string jail = dir("jail");
-    fs::create_directories(jail + "/tmp");
-    fs::create_directories(jail + "/app");
-    // The shell, and the libraries of the shell and of a stub that is not static.
-    const std::string copy =
-        "mkdir -p \"$1/bin\" && cp /bin/sh /bin/rm \"$1/bin\" && "
-        "for f in $(ldd /bin/sh /bin/rm \"$2\" 2>/dev/null | grep -o '/[^ :]*\\.so[^ :]*'); do "
-        "mkdir -p \"$1${f%/*}\" && cp -L \"$f\" \"$1$f\"; done";
-    ASSERT_EQ(0, std::system(("set -- '" + jail + "' '" CORVANE_STUB "'; " + copy).c_str()));
-    setLauncherPath(jail + "/app/setup");
-    setStartPath("/app/setup");
-    setEnv("PATH", "/bin");
-    setPrepareChild([jail] {
-      if (!test::changeRoot(jail)) {
-        _exit(124);
-      }
-    });
-  }
-
-  bool canChroot() {
-    const pid_t pid = fork();
-    if (pid == 0) {
-      _exit(test::changeRoot("/") ? 0 : 1);
-    }
-    int status = -1;
-    waitpid(pid, &status, 0);
-    return status == 0;
-  }
-
-  std::string place(const std::string& home, const std::string& version) {
-    makeJVM("../jail" + home, version);
-    return home;
-  }
-
-  Result runInside(const std::vector<std::string>& args) {
-    std::vector<std::string> all{"-cv:tempdir", "/tmp", "-cv:log", "/log"};
-    all.insert(all.end(), args.begin(), args.end());
-    Result result = runBare(all);
-    result.log = test::readFile(dir("jail/log"));
-    fs::remove(dir("jail/log"));
-    return result;
-  }
-};
 
 TEST_F(Scan, FindsWhatNoHintNames) {
   place("/opt/a/deep/java8", "1.8.0");

@@ -28,6 +28,7 @@ class RecordingWalk : public FileNavigator {
     asked.emplace_back(path.c_str());
     return path == skipped.c_str();
   }
+  bool isKnownDirectory(const SString& path) const override { return path == known.c_str(); }
   std::vector<std::string> visited() const {
     std::vector<std::string> paths;
     for (long i = 0; i < visitedDirectories().size(); ++i) {
@@ -37,6 +38,7 @@ class RecordingWalk : public FileNavigator {
   }
 
   std::string skipped;
+  std::string known;  // a directory that the walk must not look at to know it
   long actsAt = 0;
   bool cancels = false;
   bool stops = false;

@@ -224,6 +224,21 @@ TEST(WalkTest, ASkippedDirectoryIsNeitherListedNorDescendedInto) {
   EXPECT_EQ(1, std::count(visited.begin(), visited.end(), folder / "b"));
 }
 
+// Here a file stands for the directory, so that one sees what the walk believes.
+TEST(WalkTest, AKnownDirectoryIsNotLookedAtWhereTheSystemTellsNoTypes) {
+  const test::TempDir folder;
+  test::writeFile(folder / "known", "");
+  for (const bool hidesTypes : {false, true}) {
+    g_hidesTypes = hidesTypes;
+    RecordingWalk walk;
+    walk.known = folder / "known";
+    EXPECT_FALSE(walk.process(folder.path().c_str()));
+    EXPECT_EQ(hidesTypes ? Paths() : Paths{folder / "known"}, walk.files);
+    EXPECT_EQ(hidesTypes ? 2U : 1U, walk.asked.size());
+  }
+  g_hidesTypes = false;
+}
+
 TEST(WalkTest, UnreadableDirectoriesArePassedOver) {
   const test::TempDir folder;
   for (const char* name : {"r/open/f", "r/shut/f", "r/listed/f", "r/listed/d/f"}) {

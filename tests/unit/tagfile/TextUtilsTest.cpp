@@ -84,6 +84,12 @@ TEST(TextUtilsTest, AppendsThePathSeparator) {
   expectTexts(appendPathSeparator, kSeparatorRows, std::size(kSeparatorRows));
 }
 
+TEST(TextUtilsTest, KeepsNamesOnOneLine) {
+  EXPECT_STREQ("a b\\c \xff", onOneLine("a b\\c \xff").c_str());
+  EXPECT_STREQ("a\\012b\\000\\033\\177", onOneLine({"a\nb\0\033\177", 6}).c_str());
+  EXPECT_STREQ("", onOneLine("").c_str());
+}
+
 TEST(TextUtilsTest, StripsQuotes) {
   expectTexts(stripQuotes, kStripRows, std::size(kStripRows));
 }
