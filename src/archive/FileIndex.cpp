@@ -18,8 +18,8 @@ constexpr const char* kInvalidIndexOffset = "Invalid file index offset.";
 constexpr const char* kNoFileCount = "Unable to read the file count.";
 constexpr const char* kTooMuchText = "Unable to read tag file.";
 
-// How much more text than the launcher file is long its tag files may have in all.
-constexpr std::int64_t kSharedTextAllowance = 16 << 20;
+// The tag files of a launcher file may have its size and this many bytes in all.
+constexpr std::int64_t kExtraTagFileBytes = 16 << 20;
 
 std::int64_t sizeOf(std::FILE* file) {
   return fseeko(file, 0, SEEK_END) == 0 ? std::int64_t{ftello(file)} : 0;
@@ -56,8 +56,8 @@ std::int32_t FileIndex::readCount(std::FILE* launcherFile, std::int32_t offset) 
   return loadLongValue(launcherFile, kNoFileCount);
 }
 
-// The count is believed only as far as entries follow: each takes 16 bytes of the file or more,
-// and its end throws.
+// A count that is too large does no harm: each entry takes at least 16 bytes, and the end of the
+// file throws.
 void FileIndex::appendEntries(std::FILE* launcherFile, std::int32_t count) {
   for (std::int32_t i = 0; i < count; ++i) {
     auto entry = std::make_unique<FileIndexEntry>();
@@ -85,7 +85,7 @@ FileIndexEntry* FileIndex::findType(std::int32_t fileType) const {
 }
 
 TagFileLoader::TagFileLoader(std::FILE* launcherFile)
-    : m_launcherFile(launcherFile), m_bytesLeft(kSharedTextAllowance + sizeOf(launcherFile)) {}
+    : m_launcherFile(launcherFile), m_bytesLeft(kExtraTagFileBytes + sizeOf(launcherFile)) {}
 
 void TagFileLoader::load(FileIndexEntry& entry) {
   if (!entry.isTagFile()) {

@@ -1,8 +1,8 @@
 // FileIndexEntry: one embedded file of the launcher, as the file index describes it.
 //
-// The record and its reader stand in FileIndexEntry.cpp and know nothing of the operating system;
-// extraction stands in FileIndexEntryExtract.cpp. The layout is drawn in LauncherFileFormat.h.
-// Numbers are taken as they are stored: a hostile file may hold any value in them.
+// The record and its reader are in FileIndexEntry.cpp, which does not use the operating system;
+// extraction is in FileIndexEntryExtract.cpp. The layout is drawn in LauncherFileFormat.h. Numbers
+// are taken as they are stored: in a hostile file they may have any value.
 #ifndef CORVANE_ARCHIVE_FILEINDEXENTRY_H
 #define CORVANE_ARCHIVE_FILEINDEXENTRY_H
 
@@ -21,7 +21,7 @@ class FileIndexEntry {
   FileIndexEntry(const FileIndexEntry&) = delete;
   FileIndexEntry& operator=(const FileIndexEntry&) = delete;
 
-  // Reads one entry from the stream's position and leaves the stream just behind it. Memory is
+  // Reads one entry from the stream's position and leaves the stream just after it. Memory is
   // bounded by what the file really holds. Throws LauncherException with one of the texts at the
   // top of FileIndexEntry.cpp.
   void load(std::FILE* launcherFile);

@@ -1,4 +1,4 @@
-// FileIndexEntry: copying an embedded file out of the launcher file.
+// FileIndexEntry: extraction.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -18,20 +18,19 @@ namespace {
 constexpr std::size_t kChunkSize = 61439;
 constexpr mode_t kNewFileMode = 0666;  // less the umask
 
-// Reads stored bytes, not through the stream's buffer: a chunk is one read of the system.
+// Reads stored bytes past the stream's buffer: a chunk is one read(2).
 class StoredBytes {
  public:
   explicit StoredBytes(std::FILE* launcherFile) : m_fd(fileno(launcherFile)) {}
 
   bool isAtEnd() const { return m_atEnd; }
 
-  // Where the file stands after it was moved to `position`; a negative one cannot be reached and
-  // leaves it at its beginning.
+  // Moves to `position` and returns it; to the beginning of the file when it is negative.
   std::int64_t seek(std::int64_t position) {
     return lseek(m_fd, static_cast<off_t>(position), SEEK_SET) < 0 ? 0 : position;
   }
 
-  // Fewer than `size` bytes come at the end of the file only; a read error counts as the end.
+  // Returns fewer than `size` bytes only at the end of the file; a read error counts as the end.
   std::size_t read(char* bytes, std::size_t size) {
     std::size_t done = 0;
     while (done < size && !m_atEnd) {
@@ -47,8 +46,7 @@ class StoredBytes {
   bool m_atEnd = false;
 };
 
-// A file without a buffer of its own: what was written is in the file at once, without a flush.
-// Remembers the first error.
+// The file that is written, without a buffer: no flush is needed. Remembers the first error.
 class Copy {
  public:
   explicit Copy(const SString& path)
@@ -88,8 +86,8 @@ class Copy {
   int m_fd;
 };
 
-// Copies the bytes from `begin` up to `end`, as far as they lie inside the launcher file. One
-// progress step for each chunk; a cancellation is looked for before each.
+// Copies the bytes from `begin` up to `end`, as far as they lie inside the launcher file. Each
+// chunk advances the progress by 1; before each the cancel flag is checked.
 void copyChunks(StoredBytes& launcher, Copy& output, std::int64_t begin, std::int64_t end) {
   const auto buffer = std::make_unique_for_overwrite<char[]>(kChunkSize);
   std::int64_t position = launcher.seek(begin);
@@ -104,7 +102,7 @@ void copyChunks(StoredBytes& launcher, Copy& output, std::int64_t begin, std::in
 }
 
 // Returns the system's error number of a failed open or write, 0 for success. A launcher file that
-// has gone since its index was read is reported the same way.
+// was removed after its index was read is reported the same way.
 int copyStoredBytes(const SString& path, std::int64_t begin, std::int64_t end) {
   const FilePtr launcherFile = FileIndex::openLauncherFile();
   if (launcherFile == nullptr) {
@@ -121,7 +119,7 @@ int copyStoredBytes(const SString& path, std::int64_t begin, std::int64_t end) {
 
 }  // namespace
 
-// What the file's consumer unpacks from it needs room, too.
+// What is unpacked from the file later needs room, too.
 void FileIndexEntry::checkFreeSpace(const SString& directory) const {
   std::int64_t bytes = m_fileLength;
   std::int64_t files = 1;

@@ -39,7 +39,7 @@ constexpr bool isTagFileType(std::int32_t type) {
          type == FILE_TYPE_LAUNCH_SCRIPT || type == FILE_TYPE_JVM_MESSAGE;
 }
 
-// Types that are programs: they become executable when they are copied out.
+// Types that are programs: they become executable when they are extracted.
 constexpr bool isProgramType(std::int32_t type) {
   return type == FILE_TYPE_JVM_INSTALLER || type == FILE_TYPE_LAUNCHER;
 }

@@ -44,7 +44,7 @@ void LauncherInputFiles::load(const TagFile& inputFile) {
   }
   const SString title = inputFile.getTagValue(tagname::kUITitle, 0);
   if (!title.empty()) {
-    PlatformImpl::setUITitle(title);  // behind the launch script's own, so it wins
+    PlatformImpl::setUITitle(title);  // after that of the launch script, so it wins
   }
   for (long i = 0; i < inputFile.getTagValueCount(tagname::kJVM); ++i) {
     loadJVMFile(inputFile.getTagValue(tagname::kJVM, static_cast<unsigned long>(i)));
@@ -131,6 +131,6 @@ void LauncherInputFiles::useTagFile(const FileIndexEntry& entry) {
       m_jvmMessage = std::make_unique<JVMMessage>(*tagFile);
       break;
     default:
-      break;  // copied out when somebody asks for it
+      break;  // extracted when it is needed
   }
 }

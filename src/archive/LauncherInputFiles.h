@@ -4,8 +4,8 @@
 // script, launch script, jvm files, JVM message. They come from the launcher file and from an
 // input file ("-cv:in"), which is loaded first and wins (docs/formats.md, "Input file").
 //
-// Owns all of them, and the tag files behind them. The objects are declared after the tag files
-// that they refer to, so they are destroyed before them.
+// Owns all of them and their tag files. The objects are declared after the tag files that they
+// refer to, so they are destroyed first.
 #ifndef CORVANE_ARCHIVE_LAUNCHERINPUTFILES_H
 #define CORVANE_ARCHIVE_LAUNCHERINPUTFILES_H
 
@@ -32,8 +32,8 @@ class LauncherInputFiles {
   void load(const TagFile& inputFile);
   // Reads the launcher file's index, once in a run, and with `loadTagFilesToo` parses its tag
   // files. A launcher file without our trailer holds no files, which is no error. Throws
-  // LauncherException; entries read until then stay. Memory is bounded by the file's size: an index
-  // that names the same bytes over and over ends with "Unable to read tag file.".
+  // LauncherException; entries read before the error stay. Memory is bounded by the file's size: an
+  // index that names the same bytes over and over ends with "Unable to read tag file.".
   void load(bool loadTagFilesToo);
   // Copies every embedded file into the current directory and writes "input.tag" beside them, an
   // input file that runs the same setup from disk.
@@ -62,7 +62,7 @@ class LauncherInputFiles {
   std::unique_ptr<LaunchScript> m_launchScript;
   std::unique_ptr<JVMMessage> m_jvmMessage;
   JVMFiles m_jvmFiles{m_fileIndex};
-  bool m_jvmFilesGiven = false;  // embedded jvm files are then left out
+  bool m_jvmFilesGiven = false;  // true: embedded jvm files are left out
   bool m_internalFilesLoaded = false;
 };
 

@@ -1,4 +1,4 @@
-// LauncherInputFiles: copying everything out, so that it can be looked at and run from disk.
+// LauncherInputFiles: extracting everything, to be looked at and run from disk.
 #include "archive/LauncherFileFormat.h"
 #include "archive/LauncherInputFiles.h"
 #include "tagfile/TagNames.h"
@@ -7,7 +7,7 @@ namespace {
 
 constexpr const char* kInputTagFile = "input.tag";
 
-// Names the file under the tag by which an input file gives it; other types are not named.
+// Names the file under the tag that input files have for its type, if there is one.
 void recordTagFile(TagFile& input, const FileIndexEntry& entry) {
   switch (entry.getFileType()) {
     case FILE_TYPE_JVM:

@@ -88,7 +88,7 @@ unsigned long Instructions::gotoLabel(const SString& label) const {
   return index;
 }
 
-// Execution goes on behind the label's line.
+// Execution continues after the label's line.
 void Instructions::jumpTo(const SString& label) const {
   const auto index = static_cast<std::uint32_t>(gotoLabel(label));
   if (index <= m_currentLine) {

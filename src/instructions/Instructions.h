@@ -4,12 +4,12 @@
 // jumps, SET, and commands that call operations of Launcher (docs/instructions.md). The tag file
 // is not owned; it must outlive the interpreter and stay as it is during a run.
 //
-// ScriptGrammar says which arguments a command has. Instructions.cpp runs the statements;
-// InstructionsExpressions.cpp evaluates arguments. Errors of
-// the script are InstructionsException; a LauncherException of an operation passes through.
-// A script that loops for ever can be stopped: a jump backwards, and a substitution that goes on
-// and on, look at the cancel flag and throw LauncherException "Canceled by the user.". Nothing else
-// looks at it: a script whose wizard was interrupted goes on to its end.
+// ScriptGrammar says which arguments a command has. Instructions.cpp runs the statements,
+// InstructionsExpressions.cpp evaluates arguments. Errors of the script are
+// InstructionsException; a LauncherException of an operation passes through.
+// A script that loops for ever can be canceled: jumps backwards and long substitutions check the
+// cancel flag and throw LauncherException "Canceled by the user.". Nothing else checks it: after an
+// interrupted wizard the script still runs to its end.
 #ifndef CORVANE_INSTRUCTIONS_INSTRUCTIONS_H
 #define CORVANE_INSTRUCTIONS_INSTRUCTIONS_H
 
@@ -36,7 +36,7 @@ class Instructions {
   [[noreturn]] void throwException(const SString& message) const;
 
   // Replaces every @NAME@ in `text` by the variable's value and @@ by @, until a pass replaces no
-  // more. `prefix` opens every error text. An empty text is an error.
+  // reference. `prefix` begins every error text. An empty text is an error.
   void evalExpr(SString& text, std::string_view prefix) const;
   // The substituted text as a number or a boolean (0 or 1).
   std::int32_t evalLongExpr(const SString& text, std::string_view prefix) const;
@@ -51,7 +51,7 @@ class Instructions {
 
  private:
   struct Statement;  // a line being executed: its text, its arguments, the run's result
-  // The user's end of the run: SET gives a line number to every other LauncherException.
+  // A cancel by the user. SET adds a line number to every other LauncherException.
   struct Canceled : LauncherException {
     using LauncherException::LauncherException;
   };

@@ -13,7 +13,8 @@ constexpr const char* kInvalidNumber = "Invalid numeric expression (";
 constexpr const char* kInvalidBoolean = " Invalid boolean value (";
 constexpr const char* kNoEndingQuote = "Expected ending quote in ";
 
-// More than an honest argument needs; values that name themselves go on for ever.
+// After more substitutions in one argument than any useful one needs, the cancel flag is checked: a
+// value that names itself is substituted for ever.
 constexpr std::uint32_t kUnwatchedSubstitutions = 1000;
 
 }  // namespace
@@ -49,7 +50,7 @@ bool Instructions::substitute(SString& text, std::string_view prefix, std::uint3
     VariableRef variable;
     variable.init(reference.name(text), prefix);
     text.replace(begin, end - begin + 1, variable.getStringValue());
-    reference = findReference(text, begin);  // in the value itself, too
+    reference = findReference(text, begin);  // the value may hold references
   }
   return replaced;
 }

@@ -4,7 +4,7 @@ LabelIndex::LabelIndex(const StringDeque& lines) {
   // QUIRK(first-line-label): a label on the first line is never found.
   for (long i = 1; i < lines.size(); ++i) {
     if (lines[i][0] == ':') {
-      // The first of equals wins.
+      // Of equal labels the first one counts.
       m_lineOf.try_emplace(lines[i].view(), static_cast<std::uint32_t>(i));
     }
   }

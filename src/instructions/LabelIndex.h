@@ -1,4 +1,4 @@
-// LabelIndex: finds the line that defines a label, at the same cost in a script of any length.
+// LabelIndex: finds the line that defines a label, in constant time.
 //
 // Built once over a script's lines, which it does not own and which must stay as they are. A
 // label's line is found by its whole text, colon included.
@@ -14,7 +14,7 @@
 
 class LabelIndex {
  public:
-  // No line: also the first one, which defines no label that can be found.
+  // No line. It is the index of the first line, which never defines a label.
   static constexpr std::uint32_t kNone = 0;
 
   explicit LabelIndex(const StringDeque& lines);

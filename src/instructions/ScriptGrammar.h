@@ -1,8 +1,8 @@
 // ScriptGrammar: the commands of the instruction script, their arguments, and what is said when one
 // is missing or wrong.
 //
-// One table for all who read scripts: the interpreter takes the arguments of a statement by it, and
-// the checker of corvane-pack looks at them by it. docs/instructions.md tells the same to authors.
+// The interpreter and the checker of corvane-pack read statements by this one table.
+// docs/instructions.md describes it for authors.
 #ifndef CORVANE_INSTRUCTIONS_SCRIPTGRAMMAR_H
 #define CORVANE_INSTRUCTIONS_SCRIPTGRAMMAR_H
 
@@ -29,8 +29,8 @@ enum class ArgumentKind {
   kSeconds,           // a number of 16 bits
   kBoolean,           // 0 or 1
   kInstallOption,     // 0, 1 or 2
-  kLaunchedFile,      // the number of a jvm file; one that there is not ends with status -1
-  kVerifiedFile,      // the number of a jvm file; one that there is not is an error
+  kLaunchedFile,      // the number of a jvm file; an unknown one ends with status -1
+  kVerifiedFile,      // the number of a jvm file; an unknown one is an error
   kLauncherPosition,  // the place of a launcher in the file index, from 0
   kLabel,             // without its colon
   kFileName,          // a text that may stand in double quotes
@@ -39,10 +39,10 @@ enum class ArgumentKind {
 
 struct ArgumentGrammar {
   ArgumentKind kind;
-  // The error when the line holds no more, and when an install option is none; null: an argument
-  // that is not there is read like an empty one.
+  // The error for a missing argument and for an invalid install option. Null: a missing argument is
+  // read as an empty one.
   const char* missing;
-  const char* prefix = "";  // opens every error of its evaluation
+  const char* prefix = "";  // begins every error of its evaluation
 };
 
 inline constexpr std::size_t kMostArguments = 3;

@@ -7,7 +7,7 @@ namespace {
 // Follows one argument through a line, byte by byte.
 class ArgumentScanner {
  public:
-  // True when `byte`, in front of `next`, belongs to the argument (its quotes included).
+  // True when `byte`, before `next`, belongs to the argument (its quotes included).
   bool accepts(char byte, char next);
 
   bool isDone() const { return m_done; }
@@ -19,7 +19,7 @@ class ArgumentScanner {
   bool m_leading = true;
   bool m_quoted = false;
   bool m_done = false;
-  bool m_oddQuotes = false;  // in the run of quotes that ends here
+  bool m_oddQuotes = false;  // the run of quotes that ends here has an odd length
 };
 
 bool ArgumentScanner::accepts(char byte, char next) {
@@ -36,7 +36,7 @@ bool ArgumentScanner::accepts(char byte, char next) {
   return !m_done;
 }
 
-// The closing quote is the odd one of a run that ends; a doubled quote goes on.
+// A quote closes the argument when it ends a run of odd length; doubled quotes do not.
 void ArgumentScanner::scanQuoted(char byte, char next) {
   m_oddQuotes = byte == '"' && !m_oddQuotes;
   m_done = m_oddQuotes && next != '"';

@@ -1,4 +1,4 @@
-// ScriptSyntax: how the parts of a statement are told apart: arguments in quotes, the two sides of
+// ScriptSyntax: splits a statement into its parts: arguments in quotes, the two sides of
 // an assignment, references between "@". Shared by the interpreter and the checker of corvane-pack.
 #ifndef CORVANE_INSTRUCTIONS_SCRIPTSYNTAX_H
 #define CORVANE_INSTRUCTIONS_SCRIPTSYNTAX_H
@@ -24,7 +24,7 @@ struct Assignment {
 // Both sides of the first "=", without the blanks around them; nothing when there is none.
 [[nodiscard]] std::optional<Assignment> splitAssignment(std::string_view text);
 
-// An "@" of a text, and the next one.
+// An "@" in a text, and the next one.
 struct Reference {
   enum Kind { kNone, kUnclosed, kDoubled, kVariable };
   Kind kind = kNone;
@@ -33,7 +33,7 @@ struct Reference {
 
   SString name(const SString& text) const { return text.substr(begin + 1, end - begin - 1); }
 };
-// The first reference of `text` that begins at `from` or behind it.
+// The first reference of `text` that begins at `from` or later.
 Reference findReference(const SString& text, std::size_t from);
 
 #endif

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Each stands behind the caller's prefix.
+// Each follows the caller's prefix.
 constexpr const char* kTooShort =
     " Variable references must be at least 2 characters (e.g. N1 and S10).";
 constexpr const char* kInvalidReference = " Invalid variable reference (";

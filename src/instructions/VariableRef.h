@@ -1,6 +1,6 @@
 // VariableRef: a reference to one of the script's variables, such as N1 or S10.
 //
-// A small value object over the variables that Launcher holds. `prefix` opens every error text.
+// A small value object over the variables that Launcher holds. `prefix` begins every error text.
 #ifndef CORVANE_INSTRUCTIONS_VARIABLEREF_H
 #define CORVANE_INSTRUCTIONS_VARIABLEREF_H
 

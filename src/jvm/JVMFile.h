@@ -36,9 +36,9 @@ class JVMFile : public MacroHandler {
   SString processMacro(const MacroText& text, char delimiter, std::size_t start,
                        std::size_t& end) const override;
 
-  // Verification. `verifyClass` is that of JVMFiles::writeVerifyJar. A match is
-  // returned as a new object that refers to the tag file; null means refused. LauncherException
-  // of the run passes through.
+  // Verification. `verifyClass` is that of JVMFiles::writeVerifyJar. A match is returned as a new
+  // object that refers to the tag file; null means refused. A LauncherException of the run passes
+  // through.
 
   // The home that the jvm file itself names; needs JVM_PROPERTIES (else a warning is logged).
   [[nodiscard]] std::unique_ptr<JVMMatch> verify(const VerifyClass& verifyClass);
@@ -46,7 +46,7 @@ class JVMFile : public MacroHandler {
                                                  const VerifyClass& verifyClass);
   // Runs the verify class in the JVM at `home` and judges what it printed.
   [[nodiscard]] bool performVerify(const SString& home, const VerifyClass& verifyClass);
-  // True when the lines behind the magic line match the requirements.
+  // True when the lines after the magic line match the requirements.
   [[nodiscard]] bool verifyJVMOutput(const SString& output,
                                      const StringPairPtrDeque& properties) const;
 

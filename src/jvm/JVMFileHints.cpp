@@ -13,8 +13,8 @@
 
 namespace {
 
-// The home of the JVM whose executable the directory `dir` of PATH may hold: a directory that ends
-// with the executable's own directory is cut before it.
+// The home of a JVM whose executable may be in `dir`, a directory of PATH: `dir` without the
+// executable's own directory at its end.
 SString homeFromPathEntry(const SString& dir, const SString& exe) {
   const SString exeDir = exe.substr(0, exe.size() - baseNameOf(exe).size());  // "bin/"
   if (exeDir.empty()) {

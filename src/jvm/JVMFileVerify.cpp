@@ -24,7 +24,7 @@ SString macro(const char* tag) {
   return SString(&kTagMark, 1) + tag + kTagMark;
 }
 
-// The argument of the class-path function. A path in quotes goes in as a string that keeps them.
+// The argument of the class-path function. A path in quotes becomes a string that keeps them.
 SString quoteClasspath(const SString& classpath) {
   if (classpath.startsWith("\"") && classpath.endsWith("\"")) {
     return inQuotes(inQuotes(classpath));
@@ -32,8 +32,8 @@ SString quoteClasspath(const SString& classpath) {
   return classpath;
 }
 
-// Reads lines up to the magic line and leaves `position` behind it. False, with the last line read
-// in `line`, when there is none: what a JVM prints before it (banners, warnings) is passed over.
+// Skips what a JVM prints before the magic line (banners, warnings) and leaves `position` after
+// that line. False, with the last line read in `line`, when there is none.
 bool skipToMagicLine(const SString& output, std::size_t& position, SString& line) {
   while (position < output.size()) {
     line.clear();
@@ -116,7 +116,7 @@ SString JVMFile::buildVerifyCommand(const SString& home, const VerifyClass& veri
   return command;
 }
 
-// The names go to the verify class, the expected values wait for what it prints.
+// Adds the names to the command and the expected values, for later, to `properties`.
 void JVMFile::addProperties(SString& command, StringPairPtrDeque& properties) const {
   const long count = m_tagFile.getTagValueCount(tagname::kJVMProperties);
   for (long i = 0; i < count; ++i) {

@@ -21,7 +21,7 @@ class FileIndex;
 
 class JVMFiles : public FileFindListener {
  public:
-  // `embeddedFiles` hold the verify archive; they must outlive this.
+  // `embeddedFiles` holds the verify archive and must outlive this object.
   explicit constexpr JVMFiles(const FileIndex& embeddedFiles) : m_embeddedFiles(embeddedFiles) {}
   JVMFiles(const JVMFiles&) = delete;
   JVMFiles& operator=(const JVMFiles&) = delete;
@@ -29,7 +29,7 @@ class JVMFiles : public FileFindListener {
   // Appends in the order of search; takes ownership.
   void addJVMFile(std::unique_ptr<JVMFile> jvmFile);
   long getJVMFileCount() const { return m_jvmFiles.size(); }
-  // Throws LauncherException with the text of MSG_INVALID_JVM_FILE_ID for an index that is none.
+  // Throws LauncherException with the text of MSG_INVALID_JVM_FILE_ID for an index out of range.
   JVMFile* getJVMFile(std::int32_t index) const;
 
   // Appends at most one match.
@@ -40,8 +40,8 @@ class JVMFiles : public FileFindListener {
   bool foundFile(const SString& path) override;
   void addUnverifiedMatch(JVMFile* jvmFile, const SString& home);
 
-  // Makes sure that the verify class is known: set by the input file, or the embedded verify
-  // archive is extracted, once in a run. Empty when there is neither.
+  // The verify class: that of the input file, or that of the embedded verify archive, which is
+  // extracted once in a run. Empty when there is neither.
   const VerifyClass& writeVerifyJar();
   void setVerifyClass(const VerifyClass& verifyClass) { m_verifyClass = verifyClass; }
 

@@ -1,6 +1,6 @@
 // VerifyClass: the class that runs inside a candidate and prints its properties.
 //
-// Either text may be empty, and goes into the command as it stands: quotes are part of it.
+// Either text may be empty. Both go into the command as they are, with their quotes.
 #ifndef CORVANE_JVM_VERIFYCLASS_H
 #define CORVANE_JVM_VERIFYCLASS_H
 

@@ -8,7 +8,7 @@ namespace {
 constexpr char kBackslash = '\\';
 constexpr std::size_t npos = SString::npos;
 
-// Takes the backslash at `pos` and the byte behind it; a backslash that ends the line is dropped.
+// Takes the backslash at `pos` and the byte after it; a backslash that ends the line is dropped.
 void appendEscape(const SString& line, std::size_t& pos, SString& arg) {
   ++pos;
   if (pos < line.size()) {

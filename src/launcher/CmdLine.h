@@ -1,7 +1,7 @@
 // CmdLine: splits one command string into arguments with the launcher's quoting rules.
 //
 // Used where a program is started without a shell. Blanks (space, tab, newline, carriage return)
-// separate arguments; double quotes keep blanks together and may stand inside an argument; behind
+// separate arguments; double quotes keep blanks together and may stand inside an argument; after
 // a backslash a double quote is literal, and a backslash before anything else stands for itself.
 // In the first argument, the program's path, a backslash is always an ordinary character. An
 // argument that comes out empty is dropped.
@@ -19,7 +19,7 @@ class CmdLine {
   // Always returns 1.
   std::int32_t parse(const SString& line);
 
-  // Reads one argument of `line` from `pos` into `arg`; `next` is where to go on, npos behind a
+  // Reads one argument of `line` from `pos` into `arg`; `next` is where to continue, npos after a
   // nested quoted section that ends the line. `isFirst` marks the program's path. Always returns 1.
   std::int32_t getNextArg(const SString& line, std::size_t pos, bool isFirst, SString& arg,
                           std::size_t& next) const;

@@ -4,7 +4,7 @@
 // so that its destructor cleans up (temporary files, and the running copy of the launcher where
 // asked for).
 //
-// What low rooms need of it stands in LauncherFacts and Log. The rest is declared whole here and
+// What low rooms need of it is in LauncherFacts and Log. The rest is declared whole here and
 // defined in several files, cut by concern and height:
 //
 //   LauncherRun.cpp      process, destructor
@@ -46,7 +46,7 @@ class Launcher : public LauncherFacts {
 
   // --- The run (LauncherRun, LauncherCmdLine, LauncherActions) ---
 
-  // Runs the launcher at `launcherPath` (absolute) with the arguments behind argv[0]. Returns the
+  // Runs the launcher at `launcherPath` (absolute) with the arguments after argv[0]. Returns the
   // status for the exit code; -1 after a LauncherException, which is shown and logged.
   [[nodiscard]] static std::int32_t process(StringDeque& args, const SString& launcherPath);
   // Applies the options from left to right and, unless one of them said otherwise, loads the
@@ -92,7 +92,7 @@ class Launcher : public LauncherFacts {
   // --- Launching (LauncherLaunch) ---
 
   // Run the launch script with a jvm file on disk, or with an embedded one. Return the wizard's
-  // exit code, or -1 when it could not be started for want of a file.
+  // exit code, or -1 when a file that is needed is missing.
   [[nodiscard]] static std::int32_t launch(const SString& jvmFileName, std::int16_t uiSeconds);
   [[nodiscard]] static std::int32_t ilaunch(std::int32_t fileId, std::int16_t uiSeconds);
   // Replaces this process by the launcher embedded at `position` of the file index. Returns only

@@ -24,7 +24,7 @@ struct Launcher::OptionRow {
   const char* name;
   bool takesArgument;
   void (*act)(RunPlan& plan, const SString& argument);
-  void (*actOnMissing)(RunPlan& plan);  // null: an option without its argument is passed over
+  void (*actOnMissing)(RunPlan& plan);  // null: an option without its argument is ignored
 };
 
 // QUIRK(option-names-in-texts): the texts about missing arguments call the options "-log" and

@@ -1,4 +1,4 @@
-// It calls nothing but stdio and the text helpers.
+// Calls only stdio and the text helpers.
 #include "launcher/LauncherFacts.h"
 
 #include <cstdio>

@@ -1,8 +1,8 @@
-// LauncherFacts: what a run knows of itself, for rooms of every height.
+// LauncherFacts: facts about the run, for rooms of every rank.
 //
-// The launcher's own names and purpose byte, the script's variables, and what the options said. A
-// Launcher is a LauncherFacts with operations: who includes Launcher.h calls all of this
-// Launcher::NAME. The fields are in LauncherState.h.
+// The launcher's own names and purpose byte, the script's variables, and what the options said.
+// Launcher adds operations: code that includes Launcher.h calls all of this Launcher::NAME. The
+// fields are in LauncherState.h.
 #ifndef CORVANE_LAUNCHER_LAUNCHERFACTS_H
 #define CORVANE_LAUNCHER_LAUNCHERFACTS_H
 
@@ -16,10 +16,10 @@ class LauncherFacts {
 
   static SString getLauncherFileName();
   static SString getOriginalLauncherFileName();
-  // What stands before the last "/" or "\" of the original launcher's path; empty without one.
+  // The part before the last "/" or "\" of the original launcher's path; empty without one.
   static SString getOriginalLauncherDir();
-  // The byte in front of the file's trailer, 0..255; -1 when it cannot be read. The running
-  // launcher's is read once.
+  // The byte before the file's trailer, 0..255; -1 when it cannot be read. The running launcher's
+  // is read once.
   [[nodiscard]] static std::int32_t getLauncherPurpose(const char* file);
   // True for the purposes 0 and 2 of the running launcher.
   static bool isQuietPurpose();
@@ -34,7 +34,7 @@ class LauncherFacts {
   static std::int32_t getLongVariable(std::int32_t number);
   static void setLongVariable(std::int32_t number, std::int32_t value);
 
-  // --- What the options said, and what the wizard left ---
+  // --- Values of options, and the wizard's error output ---
 
   static SString& getUserJavaHome();  // absolute
   static SString& getUserJavaHomeAsGiven();

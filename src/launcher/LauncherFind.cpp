@@ -15,7 +15,7 @@
 
 namespace {
 
-// Results for a calling program are printed whatever is hidden or silent.
+// Results for a calling program are printed even when the console is hidden or silent.
 void printNumber(std::int32_t number) {
   std::printf("%ld\n", static_cast<long>(number));
 }
@@ -84,7 +84,7 @@ void Launcher::recordMatch(JVMMatch& match) {
   setLongVariable(resultvariable::kFlag, 1);
 }
 
-// Tells the user in the author's words, or in our own where the author gave none.
+// Shows the author's text, or our own where the author gave none.
 void Launcher::reportNoJVM() {
   g_launcher.m_jvmMessage = getInputFiles().getJVMMessage();
   const SString text = g_launcher.m_jvmMessage != nullptr

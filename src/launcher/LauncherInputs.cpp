@@ -1,5 +1,5 @@
-// Launcher: the input files, and the script among them. Below this file their type is known by name
-// only.
+// Launcher: the input files and the run of their script. Lower files know only the name of their
+// type.
 #include "archive/LauncherInputFiles.h"
 #include "instructions/InstructionsException.h"
 #include "launcher/Launcher.h"

@@ -8,7 +8,7 @@ Launcher::~Launcher() {
   try {
     PlatformImpl::cleanup();
   } catch (...) {
-    // Nothing is left to be told to anybody: the exit status is decided.
+    // It is too late to report it: the exit status is decided.
   }
 }
 

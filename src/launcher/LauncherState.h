@@ -1,7 +1,7 @@
-// LauncherState: what a run knows of itself; the first of the process's three values.
+// LauncherState: the launcher's part of the process's state, which is three values.
 //
-// `g_launcher = {}` is a new process: so the tests begin. Read and written by Launcher's own files
-// and the log only; everybody else asks Launcher.
+// `g_launcher = {}` makes it that of a new process; each test begins so. Read and written by
+// Launcher's own files and the log only; other code asks Launcher.
 #ifndef CORVANE_LAUNCHER_LAUNCHERSTATE_H
 #define CORVANE_LAUNCHER_LAUNCHERSTATE_H
 
@@ -15,7 +15,7 @@
 class JVMMessage;
 class LauncherInputFiles;
 
-// Behind each field: who writes it.
+// The comment of a field says who writes it.
 struct LauncherState {
   SString m_logFileName;                                 // no log when empty; "-cv:log", LOGFILE
   bool m_logFileInitialized = false;                     // logMessage, with the separator line
@@ -34,8 +34,8 @@ struct LauncherState {
   std::int32_t m_launcherPurpose = -1;                   // not read yet; getLauncherPurpose
   SString m_stdOutput;                                   // launch and ilaunch
   SString m_errOutput;                                   // launch and ilaunch
-  // None until getInputFiles makes them. Shared only in name: this pointer, unlike a unique one, is
-  // whole where the type is not known yet.
+  // Null until getInputFiles makes it. Nobody shares it: a shared_ptr, unlike a unique_ptr, can
+  // be destroyed where the type is incomplete.
   std::shared_ptr<LauncherInputFiles> m_inputFiles;
   const JVMMessage* m_jvmMessage = nullptr;  // findJVM; one of m_inputFiles
 };

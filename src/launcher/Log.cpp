@@ -1,4 +1,4 @@
-// The log. It calls nothing but stdio, so that everybody may log.
+// The log. It calls only stdio, so that all other code may log.
 #include "launcher/Log.h"
 
 #include <cerrno>
@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* kLogSeparator = "------------------\n";
 
-// Callers log in the middle of a failure and read errno afterwards.
+// Callers log while they handle a failure and read errno afterwards.
 class ErrnoKeeper {
  public:
   ErrnoKeeper() : m_saved(errno) {}

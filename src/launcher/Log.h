@@ -1,7 +1,7 @@
-// Log: one line for each thing that whoever looks into a failed setup wants to know.
+// Log: what happened in a run, line by line, for whoever looks into a failed setup.
 //
-// Low rooms log through this header; who has Launcher at hand calls Launcher::logMessage, which is
-// the same. The file's format is in docs/formats.md, "Log file".
+// Low rooms log through this header; Launcher::logMessage is the same. The file's format is in
+// docs/formats.md, "Log file".
 #ifndef CORVANE_LAUNCHER_LOG_H
 #define CORVANE_LAUNCHER_LOG_H
 

@@ -13,15 +13,15 @@
 namespace {
 
 constexpr std::size_t kCurrentDirCapacity = 1024;
-// With this status a wizard whose launcher has a quiet purpose has told the user itself.
+// A wizard that ends with this status, in a launcher of a quiet purpose, has shown its error
+// itself.
 constexpr std::int32_t kQuietFailure = 232;
 
-// For corvane-pack. It is read once, so that no compiler and no linker leaves it out.
+// For corvane-pack. `main` reads it, so that neither compiler nor linker removes it.
 constexpr volatile char kStubMark[] =
     CORVANE_STUB_MARK(CORVANE_STUB_KIND, CORVANE_VERSION, CORVANE_STUB_ENCODING, CORVANE_MACHINE);
 
-// The launcher's own path as the user started it, behind the current directory unless it is
-// absolute.
+// The launcher's path as the user started it, made absolute by the current directory.
 // QUIRK(untold-directory-is-root): when the current directory cannot be found out, or is longer
 // than the buffer, it is taken as "/".
 SString makeAbsolute(const char* path) {
@@ -62,7 +62,7 @@ int main(int argc, char** argv) {
   try {
     return runLauncher(args, makeAbsolute(argc > 0 ? argv[0] : ""));
   } catch (...) {
-    // No memory is left, or a fault of our own: an abnormal end. Catching it has cleaned up.
+    // Out of memory, or a bug of ours: end abnormally. The destructor of Launcher has cleaned up.
     std::abort();
   }
 }

@@ -19,7 +19,7 @@ bool isHalfOfPair(char32_t character) {
   return character >= 0xD800 && character <= 0xDFFF;
 }
 
-// One of the bytes that follow the first: six bits, counted from the lowest.
+// A continuation byte: the six bits from bit `shift` on.
 char sixBits(char32_t character, int shift) {
   return byteOf(0x80 | (character >> shift & 0x3F));
 }
@@ -43,7 +43,7 @@ bool appendUtf8(char32_t character, SString& text) {
   return true;
 }
 
-// The tables are read by their bytes and searched by their characters: texts are short and few.
+// A linear search is enough: texts are short and few.
 bool appendFromTable(const CharsetTable& table, char32_t character, SString& text) {
   const std::uint16_t* begin = kCharsetCharacters + table.first;
   const std::uint16_t* end = begin + table.count;

@@ -1,4 +1,4 @@
-// Charset: one of the encodings that the launcher writes by itself.
+// Charset: one of the encodings that the launcher can write.
 //
 // The C library is never asked to convert: for most charsets it would load modules of the machine
 // that we run on, which need not fit the library that we are linked with. A value is a number and
@@ -15,15 +15,15 @@ class Charset {
  public:
   static constexpr Charset ascii() { return Charset(kAscii); }
   static constexpr Charset utf8() { return Charset(kUtf8); }
-  // By its name, with or without signs between letters and digits, in any case: "ISO-8859-1",
+  // The charset of that name, of which only letters (in any case) and digits count: "ISO-8859-1",
   // "iso88591", "eucJP". Nothing for a charset that we have no table of.
   [[nodiscard]] static std::optional<Charset> named(std::string_view name);
 
   // Its number in kCharsetTables; -1 when it needs no table.
   constexpr int table() const { return m_number < 0 ? -1 : m_number; }
   constexpr bool isUtf8() const { return m_number == kUtf8; }
-  // Appends the character's bytes. False, and nothing is appended, when it has none here, as it is
-  // unknown to the charset, half of a pair, or no character at all.
+  // Appends the character's bytes. False, with nothing appended, when the charset lacks it, or it
+  // is half of a surrogate pair or no character at all.
   [[nodiscard]] bool append(char32_t character, SString& text) const;
 
   friend constexpr bool operator==(Charset a, Charset b) { return a.m_number == b.m_number; }

@@ -1,6 +1,6 @@
-// The tables of the charsets that the launcher writes, as the build makes them
-// (tools/catalogue/Charsets.cpp), and what they leave out. Constant data without pointers: nothing
-// is relocated when the launcher starts.
+// The tables of the charsets that the launcher writes, which the build makes
+// (tools/catalogue/Charsets.cpp). Constant data without pointers: nothing is relocated when the
+// launcher starts.
 //
 // ASCII is a part of each charset and stands in no table; UTF-8 needs none.
 #ifndef CORVANE_PLATFORM_CHARSETTABLES_H
@@ -8,9 +8,9 @@
 
 #include <cstdint>
 
-// One charset. Its characters beyond ASCII stand one behind the other in kCharsetCharacters, by
-// their bytes. One byte a character: those of 0x80, 0x81, ... Two bytes: row by row; the first byte
-// is `firstLead` plus the row's number, the second one is what trailByte() tells.
+// One charset. Its characters beyond ASCII are in kCharsetCharacters, in the order of their bytes.
+// One byte a character: those of 0x80, 0x81, ... Two bytes: row by row; the first byte is
+// `firstLead` plus the row's number, the second one is trailByte() of the column.
 struct CharsetTable {
   char name[12];           // of letters and digits, in lower case: "iso88591"
   std::uint8_t firstLead;  // 0: one byte a character

@@ -1,8 +1,8 @@
 // Console: the writers and the reader under the launcher's user interface, and their state.
 //
 // Used by PlatformImpl's console operations; other code goes through those. Standard output and
-// input only. Text ends at its first zero byte; nothing is converted on its way. Writing is never
-// checked: a launcher whose reader has gone still does its work.
+// input only. Text ends at its first zero byte; nothing is converted on its way. Write errors are
+// ignored: the launcher does its work even when nobody reads its output.
 #ifndef CORVANE_PLATFORM_CONSOLE_H
 #define CORVANE_PLATFORM_CONSOLE_H
 
@@ -11,8 +11,8 @@
 #include "platform/ConsoleTexts.h"
 #include "util/SString.h"
 
-// What the console shows: the second of the process's three values. `g_console = {}` is a new
-// process: so the tests begin. Behind each field: who writes it.
+// The console's part of the process's state. `g_console = {}` makes it that of a new process; each
+// test begins so. The comment of a field says who writes it.
 struct ConsoleState {
   bool g_enableOutput = true;                   // showUI, hideUI
   bool m_silent = false;                        // setSilent
@@ -34,9 +34,8 @@ void writeLine(const char* text);
 void write(const char* text);
 
 // One word of standard input: white space is skipped, then everything up to the next white space is
-// taken. What there is when the input ends, a signal interrupts or the word grows past 64 KiB
-// (the rest stays to be read); so possibly nothing. What follows a zero byte in the word is
-// dropped.
+// taken. It ends early, perhaps empty, when the input ends, a signal interrupts, or after 64 KiB
+// (the rest stays to be read). What follows a zero byte in the word is dropped.
 SString getLine();
 
 #endif

@@ -19,8 +19,8 @@ bool isDotOrDotDot(const char* name) {
 
 #if defined(__linux__) && defined(__GLIBC__)
 
-// The library's opendir and readdir would do, but ask the system four more questions for each
-// directory, which is a sixth of the time of a walk.
+// opendir and readdir would do, but make four more system calls for each directory: a sixth of the
+// time of a walk.
 DirectoryReader::DirectoryReader(const char* path, Links links)
     : m_fd(openDirectory(path, links)) {}
 

@@ -1,8 +1,8 @@
 // DirectoryReader: the entries of one directory, in the order in which the system lists them.
 //
-// Used by FileNavigator. Asks the system for many entries at once and believes the types that it
-// tells; only where it tells none is an entry looked at by itself. Owns one descriptor
-// (close-on-exec) and, on Linux, a buffer of 32 KiB: meant to live on the stack.
+// Used by FileNavigator. Asks the system for many entries and their types at once; only an entry
+// without a type is examined by itself. Owns one descriptor (close-on-exec) and, on Linux, a buffer
+// of 32 KiB: meant to live on the stack.
 #ifndef CORVANE_PLATFORM_DIRECTORYREADER_H
 #define CORVANE_PLATFORM_DIRECTORYREADER_H
 

@@ -1,4 +1,4 @@
-// FileFindListener: who wants to hear of the files that a search of the disks finds.
+// FileFindListener: receives the files that a search of the disks finds.
 #ifndef CORVANE_PLATFORM_FILEFINDLISTENER_H
 #define CORVANE_PLATFORM_FILEFINDLISTENER_H
 

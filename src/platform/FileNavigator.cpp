@@ -32,8 +32,8 @@ bool FileNavigator::process(const SString& root) {
 }
 
 bool FileNavigator::listDirectory(const SString& directory, bool isRoot) {
-  // Only the root may be reached through a link: any other directory that has become one since it
-  // was seen is not the directory that was meant.
+  // Only the root may be a link. Another directory that a link has replaced since it was listed is
+  // no longer the one that was meant.
   DirectoryReader entries(directory.c_str(),
                           isRoot ? DirectoryReader::Links::Follow : DirectoryReader::Links::Refuse);
   SString path = directory;

@@ -3,8 +3,8 @@
 // Base of FindFiles and DeleteFullDir. Symbolic links are never followed: a link, also one to a
 // directory, is handed to `processFile`. Entries come in the order of readdir; the directories of
 // one directory are visited in the reverse of that order. A directory that cannot be opened is
-// passed over. One buffer holds the path being looked at; the memory is what is pending (and, for
-// who asks for it, the list of what was visited).
+// skipped. One buffer holds the current path; memory holds the pending directories (and, on
+// request, the visited ones).
 #ifndef CORVANE_PLATFORM_FILENAVIGATOR_H
 #define CORVANE_PLATFORM_FILENAVIGATOR_H
 

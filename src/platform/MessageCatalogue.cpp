@@ -19,7 +19,7 @@ const char* codeOf(int locale) {
   return storedText(locale, 0);
 }
 
-// The first locale for which `matches` its code; kNone when there is none.
+// The first locale whose code `matches`; kNone when there is none.
 template <class Matches>
 int findLocale(Matches matches) {
   for (int i = 0; i < kLocaleCount; ++i) {
@@ -34,12 +34,12 @@ bool beginsWith(const char* text, const char* prefix) {
   return std::strncmp(text, prefix, std::strlen(prefix)) == 0;
 }
 
-// True when the locale's name is the code, with or without a country, charset or variant behind it.
+// True when the locale's name is the code, with or without a country, charset or variant after it.
 bool isNamedBy(const char* name, const char* code) {
   return beginsWith(name, code) && std::strchr("_.@", name[std::strlen(code)]) != nullptr;
 }
 
-// The two written forms of Norwegian, by which current systems call it. The table is in the first.
+// Current systems name Norwegian by its two written forms. The table is in the first.
 bool isNorwegian(const char* name) {
   return isNamedBy(name, "nb") || isNamedBy(name, "nn");
 }
@@ -53,8 +53,8 @@ bool wantsEnglish(const char* name) {
   return std::strcmp(name, "C") == 0 || beginsWith(name, "zh_HK");
 }
 
-// The rule of corvane-launcher: all that counts of LANG is a code ("pt_BR.UTF-8", "it"), or LANG
-// begins with one ("de_DE" finds "de").
+// The rule of corvane-launcher: the first five bytes of LANG are a code ("pt_BR.UTF-8", "it"), or
+// LANG begins with one ("de_DE" finds "de").
 int localeOfLang() {
   const char* lang = std::getenv("LANG");
   if (lang == nullptr || wantsEnglish(lang)) {
@@ -72,8 +72,8 @@ int localeOfLang() {
   return found == kNone ? kEnglish : found;
 }
 
-// The rule of corvane-launcher-any: the variables and the names as the C library reads them, so
-// that "fil_PH" is no Finnish. The code with a country goes before the one without.
+// The rule of corvane-launcher-any: variables and names are read as the C library reads them, so
+// "fil_PH" is not Finnish. A code with a country is preferred.
 int localeOfUser() {
   const char* name = userLocale("LC_MESSAGES");
   if (wantsEnglish(name)) {
@@ -96,7 +96,7 @@ bool canShow(Charset charset, int locale) {
          (charset.table() >= 0 && (kLocaleCharsets[locale] >> charset.table() & 1) != 0);
 }
 
-// The next character of a stored text in UTF-8, which is known to be whole.
+// The next character of a stored text, which is known to be valid UTF-8.
 char32_t nextCharacter(const char*& text) {
   const auto first = static_cast<unsigned char>(*text++);
   if (first < 0x80) {
@@ -156,7 +156,7 @@ int get_locale() {
   return locale == kEnglish || canShow(consoleCharset(), locale) ? locale : kEnglish;
 }
 
-// What corvane-launcher does in a locale that is not installed is what the C library does there.
+// In a locale that is not installed corvane-launcher does what the C library does.
 Charset consoleCharset() {
   return userCharset(kTextsAreUtf8 ? NamedCharset::IsBelieved : NamedCharset::MustBeInstalled);
 }

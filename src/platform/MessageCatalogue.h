@@ -31,19 +31,20 @@ enum CatalogueIndex {
 
 inline constexpr int kLocaleCount = 27;
 
-// What the build stores. For each locale 40 texts, one behind the other, each with its zero: the
-// locale's code, and printf formats with at most one "%s". Locale 0 is English and the fallback.
-extern const bool kTextsAreUtf8;  // the sort of the stub, see above
+// What the build stores. For each locale 40 texts, one after the other, each with its zero byte:
+// the locale's code, and printf formats with at most one "%s". Locale 0 is English and the
+// fallback.
+extern const bool kTextsAreUtf8;  // which stub this is, see above
 extern const char kStoredTexts[];
 extern const std::uint32_t kLocaleStarts[];  // in kStoredTexts
-// For each locale a bit for each table (Charset::table) that has all its letters; with
-// kTextsAreUtf8 alone.
+// For each locale a bit for each table (Charset::table) that has all its letters; only with
+// kTextsAreUtf8.
 extern const std::uint64_t kLocaleCharsets[];
 
 // Text 0..39 of locale 0..26, as it is stored.
 const char* storedText(int locale, int index);
 
-// The locale (0..26) that the user's messages are written in; asked afresh at each call.
+// The locale (0..26) that the user's messages are written in; determined anew at each call.
 int get_locale();
 
 // The charset that titles are shown in, and messages of corvane-launcher-any.

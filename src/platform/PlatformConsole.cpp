@@ -174,7 +174,8 @@ SString PlatformImpl::promptJVMDestinationDirectory() {
     return {};
   }
   writeLine(get_msg(kCatalogueAskDestination, nullptr).get());
-  std::fflush(stdout);  // who is to answer must see the question, in a pipe too
-  // A signal that came before ends no wait, and the next one would end us without the clean-up.
+  std::fflush(stdout);  // the user must see the question before the answer, in a pipe too
+  // A signal that came before does not end the wait, and the next one would end us without
+  // clean-up.
   return isCanceled() ? SString() : getLine();
 }

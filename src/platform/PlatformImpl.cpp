@@ -54,8 +54,8 @@ SString PlatformImpl::getEnvironmentVariable(const SString& name) {
 }
 
 void PlatformImpl::setEnvironmentVariable(const SString& name, const SString& value) {
-  // putenv keeps the text itself, which therefore stays as long as the process. It takes any name,
-  // unlike setenv: none at all, or one with "=" in it.
+  // putenv keeps the pointer, so the text must live as long as the process. Unlike setenv it takes
+  // an empty name, or one with "=".
   static StringDeque& texts = *new StringDeque;
   texts.push_back(name + "=" + value);
   putenv(const_cast<char*>(texts.back().c_str()));
@@ -74,7 +74,7 @@ SString PlatformImpl::wideToMultiByte(const wchar_t* text) {
     bytes += static_cast<char>(*text);
   }
   if (*text == L'\0') {
-    return bytes;  // the user's charset does not matter; to learn it costs files and time
+    return bytes;  // no need to find out the user's charset, which costs files and time
   }
   const Charset charset = consoleCharset();
   while (*text != L'\0' && charset.append(static_cast<char32_t>(*text), bytes)) {

@@ -99,20 +99,20 @@ class PlatformImpl {
   // A relative path behind the current directory, where that can be told.
   static SString makeAbsolute(const SString& path);
   [[nodiscard]] static bool fileExists(const SString& path);
-  // Deletes a directory with its whole tree, or anything else alone. Never follows a link.
+  // Deletes a file, or a directory with its whole tree. Never follows a link.
   static void deleteFile(const SString& path);
-  // Deletes one file, link or empty directory. False when it cannot be looked at, as it does not
-  // exist or its directory cannot be entered (quietly), or could not be deleted (logged as a
-  // warning: "Could not delete PATH :  REASON").
+  // Deletes one file, link or empty directory. False when it does not exist or its directory cannot
+  // be entered (not logged), or when it cannot be deleted (logged as a warning: "Could not delete
+  // PATH :  REASON").
   [[nodiscard]] static bool deleteOneFile(const SString& path);
   // True when the file system of `directory` (of the current directory, unless it begins with "/")
   // has room for `bytes` in `files` files. Throws the system's text when it cannot be asked.
   [[nodiscard]] static bool checkFreeSpace(const SString& directory, std::int64_t bytes,
                                            std::int64_t files);
-  // The rule behind it, apart from the system: the blocks that so many bytes and files need.
+  // The blocks that so many bytes and files need: the arithmetic of checkFreeSpace alone.
   static std::int64_t countBlocks(std::int64_t bytes, std::int64_t files, std::int64_t blockSize);
   static void setDeleteLauncher(bool deleteIt);
-  // Removes the running launcher, and its directory when that is empty then.
+  // Removes the running launcher, and then its directory if that is empty.
   static void deleteLauncher();
   // Deletes the registered files, then the registered directories, each in order of registration,
   // then the launcher itself where asked for.
@@ -133,8 +133,8 @@ class PlatformImpl {
   static void setEnvironmentVariable(const SString& name, const SString& value);
   // Adds the execute bits for owner, group and others; failures are ignored.
   static void setFileExecutable(const SString& path);
-  // In the charset of the user's locale; what it cannot hold ends the text. `text` is
-  // zero-terminated.
+  // In the charset of the user's locale; the text ends at the first character that it lacks. `text`
+  // is zero-terminated.
   static SString wideToMultiByte(const wchar_t* text);
 
  private:

@@ -26,8 +26,8 @@ bool askSystem(std::uint64_t& number) {
 #endif
 }
 
-// One step of a multiplicative generator, stirred by the clock and the process.
-std::uint64_t stirClock() {
+// One step of a linear congruential generator, mixed with the clock and the process id.
+std::uint64_t numberFromClock() {
   std::uint64_t& state = g_cleanup.m_randomState;
   struct timeval now = {};
   (void)gettimeofday(&now, nullptr);
@@ -39,7 +39,7 @@ std::uint64_t stirClock() {
 
 std::uint64_t randomNumber() {
   std::uint64_t number = 0;
-  return askSystem(number) ? number : stirClock();
+  return askSystem(number) ? number : numberFromClock();
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// RandomName: names that nobody can foresee, for temporary files.
+// RandomName: unpredictable names for temporary files.
 #ifndef CORVANE_PLATFORM_RANDOMNAME_H
 #define CORVANE_PLATFORM_RANDOMNAME_H
 

@@ -1,5 +1,5 @@
-// Words of a command for /bin/sh: between double quotes, so that blanks do not split them. Both
-// are what setups are promised, and neither is proof against every byte.
+// Words of a command for /bin/sh: between double quotes, so that blanks do not split them. Both are
+// promised to setups, and neither is safe for every byte.
 #ifndef CORVANE_PLATFORM_SHELLWORDS_H
 #define CORVANE_PLATFORM_SHELLWORDS_H
 

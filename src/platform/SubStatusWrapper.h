@@ -1,4 +1,4 @@
-// SubStatusWrapper: keeps the console's sub-status for the length of a scope and puts it back.
+// SubStatusWrapper: restores the console's sub-status at the end of a scope.
 #ifndef CORVANE_PLATFORM_SUBSTATUSWRAPPER_H
 #define CORVANE_PLATFORM_SUBSTATUSWRAPPER_H
 

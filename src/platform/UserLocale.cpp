@@ -7,8 +7,8 @@
 
 namespace {
 
-// The charset of the installed locale that the environment asks for. Only its name is asked for:
-// the C library loads no converter before it converts.
+// The charset of the installed locale that the environment asks for. Asking for its name alone
+// makes the C library load no converter.
 Charset charsetOfInstalledLocale() {
   const SString saved(std::setlocale(LC_CTYPE, nullptr));
   if (std::setlocale(LC_CTYPE, "") == nullptr) {

@@ -1,4 +1,4 @@
-// What the environment says of the user: the locale, and the charset of the terminal.
+// What the environment says about the user: the locale, and the charset of the terminal.
 #ifndef CORVANE_PLATFORM_USERLOCALE_H
 #define CORVANE_PLATFORM_USERLOCALE_H
 
@@ -14,12 +14,12 @@ const char* userLocale(const char* category);
 std::string_view charsetInName(std::string_view locale);
 
 enum class NamedCharset {
-  MustBeInstalled,  // a locale that the machine lacks has the charset of "C", but for UTF-8
-  IsBelieved        // what the locale's name says holds, whether the machine has it or not
+  MustBeInstalled,  // a locale that is not installed has the charset of "C", if not UTF-8
+  IsBelieved        // the charset in the locale's name counts, installed or not
 };
 
 // The user's charset; ASCII when it is unknown, or one that we have no table of. A locale that
-// names no charset ("de_DE") has the one that the machine knows it by.
+// names no charset ("de_DE") has that of the installed locale.
 Charset userCharset(NamedCharset rule);
 
 #endif

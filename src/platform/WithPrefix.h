@@ -5,8 +5,7 @@
 #include "platform/PlatformImpl.h"
 #include "util/LauncherException.h"
 
-// A LauncherException of `step` is thrown on with the text of `failed` directly in front of its
-// own.
+// Rethrows a LauncherException of `step` with the text of `failed` directly before its own.
 template <class Step>
 void withPrefix(MessageIdentifier failed, Step step) {
   try {

@@ -9,11 +9,10 @@
 // For names that setups or users give, which may be written as on Windows.
 inline constexpr const char* kEitherSeparator = "/\\";
 
-// What stands in front of the last of the `separators` (a set of bytes), without it; empty when
-// there is none.
+// The part before the last of the `separators` (a set of bytes); empty when there is none.
 SString directoryOf(const SString& path, const char* separators = kPathSeparator);
 
-// What stands behind the last of the `separators`; all of the path when there is none.
+// The part after the last of the `separators`; the whole path when there is none.
 SString baseNameOf(const SString& path, const char* separators = kPathSeparator);
 
 #endif

@@ -1,5 +1,5 @@
-// The double quotes that a text wears in our own formats and messages. A word of a command for the
-// shell is another matter: see platform/ShellWords.
+// Double quotes around a text, in our own formats and messages. For words of a shell command see
+// platform/ShellWords.
 #ifndef CORVANE_TAGFILE_QUOTES_H
 #define CORVANE_TAGFILE_QUOTES_H
 

@@ -24,8 +24,8 @@ using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
 // True when nothing more can be read: end of file or a read error was met.
 [[nodiscard]] bool isAtEnd(std::FILE* file);
 
-// Reads up to `count` bytes one by one; stops when the end was met before a read. The read that
-// meets the end is stored (as 0xFF) and counted. Returns the number of reads.
+// Reads up to `count` bytes one by one, until a read meets the end; that read is stored (as 0xFF)
+// and counted, too. Returns the number of reads.
 [[nodiscard]] int getBytes(std::FILE* file, unsigned char* buffer, int count);
 
 // Read a signed big-endian number of four or two bytes; throw LauncherException with `errorText`
@@ -38,11 +38,11 @@ std::int16_t loadShortValue(std::FILE* file, const char* errorText);
 std::int32_t convertToLong(const unsigned char* bytes);
 std::int16_t convertToShort(const unsigned char* bytes);
 
-// The lines of a stream, for whoever reads many of them: it reads ahead in blocks, so the stream's
-// own position and end mean nothing while it is in use.
+// Reads many lines of a stream. It reads ahead in blocks, so the stream's own position and end mean
+// nothing while it is in use.
 class LineReader {
  public:
-  // Reads on from where the stream stands, which is called `position`.
+  // Reads from where the stream stands, which counts as `position`.
   LineReader(std::FILE* file, std::int64_t position) : m_file(file), m_position(position) {}
 
   // The next line without its newline and without carriage returns; valid until the next call.
@@ -62,7 +62,7 @@ class LineReader {
   bool m_atEnd = false;
   bool m_hasCarriageReturns = false;  // somewhere in what was read so far
   std::vector<char> m_buffer;
-  std::size_t m_begin = 0;  // what lies in the buffer and was not yet taken
+  std::size_t m_begin = 0;  // to m_end: bytes of the buffer not yet taken
   std::size_t m_end = 0;
 };
 

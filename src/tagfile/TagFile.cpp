@@ -22,7 +22,7 @@ constexpr const char* kValueMissing = "Invalid tag format.";
 
 constexpr const char* kBlockEnd = "/:";
 
-// The value that begins at `first` of the line: what the quotes hold, or all the rest.
+// The value that begins at `first` of the line: the text in quotes, or the rest of the line.
 SString parseValue(std::string_view line, std::size_t first) {
   if (first >= line.size() || line[first] != kQuote) {
     return SString(line.substr(first));
@@ -62,7 +62,7 @@ TagFile::TagFile(const SString& path) {
 void TagFile::load(std::FILE* file, const SString& name, std::int32_t start, std::int32_t length) {
   m_name = name;
   m_lineNumber = 0;
-  std::clearerr(file);  // a failure of whoever read the stream before is not ours
+  std::clearerr(file);  // errors of earlier reads are not ours
   if (std::fseek(file, start, SEEK_SET) != 0) {
     throw LauncherException(kFileNotRead);
   }
@@ -156,7 +156,7 @@ long TagFile::getTagValueCount(const char* key) const {
 }
 
 void TagFile::setTagValue(const SString& key, const SString& value) {
-  const SString kept = value;  // it may be one of the values that go
+  const SString kept = value;  // it may be one of the values to be cleared
   StringDeque& values = valuesOf(key);
   values.clear();
   values.push_back(kept);

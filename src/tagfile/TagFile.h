@@ -24,7 +24,7 @@ class LineReader;
 
 // One tag: its values, and its place in the order of the document.
 struct TagFileEntry {
-  std::uint64_t place = 0;  // counts on with every new tag, so the places rise but have gaps
+  std::uint64_t place = 0;  // rises with every new tag; removed tags leave gaps
   StringDeque values;       // at least one
 };
 
@@ -40,7 +40,7 @@ class TagFile {
 
   // Adds the tags that begin in the `length` bytes from byte `start` of `file` (to the end of the
   // file when `length` is negative) to the document; a tag that it held already is replaced and
-  // moves to the end. `name` is used in messages. The bound is looked at before each tag only: a
+  // moves to the end. `name` is used in messages. The bound is checked only before each tag: a
   // block that has begun is read to its "/:".
   // Throws "Unable to read tag file." when `start` cannot be reached; "Syntax error in NAME at line
   // N ==> " and the reason (logged as an error first); or the text of `parseStringArgument` for a
@@ -50,7 +50,7 @@ class TagFile {
   // A promised name, though nothing of ours calls it.
   bool isLoaded() const { return m_loaded; }
   SString getName() const { return m_name; }
-  // How much of the file the last load that ran to its end went over.
+  // The number of bytes that the last successful load read.
   std::int64_t getLoadedBytes() const { return m_loadedBytes; }
 
   // The value at `index`; empty when there is no such tag or value.
@@ -61,7 +61,7 @@ class TagFile {
   std::vector<SString> getNames() const;  // of all tags, in their order
   // Makes `value` the tag's only value; a new tag goes to the end.
   void setTagValue(const SString& key, const SString& value);
-  // Adds `value` behind the tag's values.
+  // Appends `value` to the tag's values.
   void appendTagValue(const SString& key, const SString& value);
   // True for a number other than zero, false for zero, `defaultValue` for anything else (words
   // such as "true" included). Numbers are 16-bit, what follows them is ignored.
@@ -72,10 +72,10 @@ class TagFile {
   // Records a found JVM: JVM_HOME, JVM_FILE and JVM_TEMP, in that order.
   void setDynamicJVMTags(const SString& home, const SString& fileName, bool temporary);
 
-  // Writes the document to `path` so that `load` reads it back equal. False, with nothing said,
+  // Writes the document to `path` so that `load` reads it back equal. False, without a message,
   // when it cannot be opened or written.
   [[nodiscard]] bool write(const SString& path) const;
-  // The same to an open stream, whose errors are the caller's to look at.
+  // The same to an open stream; the caller checks it for errors.
   void write(std::FILE* file) const;
 
   // Logs "Syntax error in FILE at line N ==> MESSAGE" as an error and throws it.

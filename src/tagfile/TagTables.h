@@ -1,7 +1,7 @@
 // TagTables: which tags each kind of tag file may hold, and what their values are.
 //
-// The checker of corvane-pack knows by these tables what it looks at. docs/instructions.md,
-// launch-script.md, jvm-file.md and formats.md tell the same to authors.
+// The checker of corvane-pack uses these tables. docs/instructions.md, launch-script.md,
+// jvm-file.md and formats.md describe them for authors.
 #ifndef CORVANE_TAGFILE_TAGTABLES_H
 #define CORVANE_TAGFILE_TAGTABLES_H
 
@@ -14,7 +14,7 @@ enum class TagValues { kFirst, kEach };  // which values of a tag count
 enum class TagKind {
   kText,        // anything
   kShownText,   // shown on the console, where letters beyond ASCII are escapes
-  kFlag,        // a 16-bit number; what is no number counts as not given
+  kFlag,        // a 16-bit number; anything else counts as not given
   kOne,         // "1", or anything else for no
   kStatement,   // a line of the instruction script
   kTemplate,    // of a command: functions and macros
@@ -34,7 +34,7 @@ using TagTable = std::span<const TagRow>;
 
 extern const TagTable kInstructionTags;
 extern const TagTable kLaunchScriptTags;
-extern const TagTable kJVMFileTags;  // own tags may stand beside these, for macros
+extern const TagTable kJVMFileTags;  // authors may add tags of their own, for macros
 extern const TagTable kJVMMessageTags;
 extern const TagTable kInputFileTags;
 

@@ -35,7 +35,7 @@ SString parseUnquoted(const SString& text, std::size_t& position) {
   return argument;
 }
 
-// The quotes of a quoted argument, one after another; null when the closing one is missing.
+// Appends the argument up to its closing quote; false when that is missing.
 bool takeQuoted(const SString& text, std::size_t& position, SString& argument) {
   for (;;) {
     const std::size_t quote = text.find(kQuote, position);

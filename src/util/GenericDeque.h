@@ -1,4 +1,4 @@
-// GenericDeque: the growable sequence under every sequence of the launcher.
+// GenericDeque: the growable sequence on which all others of the launcher are built.
 //
 // Indexes are signed, from 0, and never fail: an index outside the sequence yields no entry, and
 // operations with such an index do nothing, except that a negative one appends on insertion.

@@ -1,8 +1,7 @@
 // LauncherException: the one error that leaves an operation of the launcher.
 //
-// It carries one complete text, fit to be shown to the user as it stands. Whoever throws it words
-// it whole; a caller that knows the step puts its own words in front and throws on with
-// `LauncherException::prefixed`.
+// It carries one complete text that can be shown to the user. A caller that knows which step failed
+// rethrows with its own words before it (`LauncherException::prefixed`).
 #ifndef CORVANE_UTIL_LAUNCHEREXCEPTION_H
 #define CORVANE_UTIL_LAUNCHEREXCEPTION_H
 

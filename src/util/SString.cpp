@@ -8,12 +8,12 @@
 
 namespace {
 
-// Room is left for the header and the closing zero byte on 32-bit machines, too.
+// Leaves room for the header and the closing zero byte, also on 32-bit machines.
 constexpr std::size_t kLargestCapacity = std::numeric_limits<std::uint32_t>::max() - 64;
 
-// The capacity to ask for: what is needed, and more where that is allowed.
-std::size_t withRoomToGrow(std::size_t needed, std::size_t wished) {
-  return std::max(needed, std::min(wished, kLargestCapacity));
+// The capacity to allocate: the preferred one where it is allowed, at least what is needed.
+std::size_t withRoomToGrow(std::size_t needed, std::size_t preferred) {
+  return std::max(needed, std::min(preferred, kLargestCapacity));
 }
 
 }  // namespace

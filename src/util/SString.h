@@ -8,7 +8,7 @@
 // (c_str) ends for C at the first zero byte. Positions are byte positions from 0; "not found" is
 // npos, the largest unsigned value. Where a position lies past the end the operations do what is
 // natural for text (nothing is found, nothing is erased, the substring is empty) and never throw;
-// only a lack of memory throws (std::bad_alloc), and so does a string of 4 GB.
+// only a lack of memory and a string of 4 GB throw (std::bad_alloc).
 #ifndef CORVANE_UTIL_SSTRING_H
 #define CORVANE_UTIL_SSTRING_H
 
@@ -45,7 +45,7 @@ class SString {
   char operator[](std::size_t pos) const { return pos < size() ? m_buffer->bytes()[pos] : '\0'; }
   char back() const { return (*this)[size() - 1]; }
 
-  // Changing operations. Each returns this string, so that calls can be joined. The argument may
+  // Changing operations. Each returns this string, so that calls can be chained. The argument may
   // be a part of this string itself.
   SString& assign(std::string_view text);
   SString& append(std::string_view text);
@@ -59,7 +59,7 @@ class SString {
   // Makes room for `capacity` bytes in all, so that appending up to there allocates nothing.
   void reserve(std::size_t capacity);
 
-  // Searches; all return npos when there is nothing to be found.
+  // Searches; all return npos when nothing is found.
   std::size_t find(std::string_view text, std::size_t from = 0) const;
   std::size_t find(char byte, std::size_t from = 0) const;
   std::size_t rfind(std::string_view text, std::size_t from = npos) const;
@@ -69,7 +69,7 @@ class SString {
   std::size_t find_first_not_of(std::string_view set, std::size_t from = 0) const;
   std::size_t find_last_not_of(std::string_view set, std::size_t from = npos) const;
 
-  // The `count` bytes from `pos`, as many as there are.
+  // The `count` bytes from `pos`, or as many as there are.
   SString substr(std::size_t pos, std::size_t count = npos) const;
   // Byte order as of unsigned characters: negative, zero or positive.
   int compare(std::string_view other) const;
@@ -96,7 +96,7 @@ class SString {
   bool isWritable(std::size_t size) const;
   void setSize(std::size_t size);
 
-  Buffer* m_buffer = nullptr;  // none stands for the empty string
+  Buffer* m_buffer = nullptr;  // null: the empty string
 };
 
 SString operator+(const SString& a, const SString& b);
