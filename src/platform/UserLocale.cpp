@@ -32,12 +32,9 @@ const char* userLocale(const char* category) {
 }
 
 std::string_view charsetInName(std::string_view locale) {
-  const std::size_t dot = locale.find('.');
-  if (dot == std::string_view::npos) {
-    return {};
-  }
-  const std::string_view behind = locale.substr(dot + 1);
-  return behind.substr(0, behind.find('@'));
+  const std::string_view beforeVariant = locale.substr(0, locale.find('@'));
+  const std::size_t dot = beforeVariant.find('.');
+  return dot == std::string_view::npos ? std::string_view() : beforeVariant.substr(dot + 1);
 }
 
 Charset userCharset(NamedCharset rule) {

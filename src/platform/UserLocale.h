@@ -10,7 +10,8 @@
 // chooses it: the first of LC_ALL, the category and LANG that is not empty; "" when all are.
 const char* userLocale(const char* category);
 
-// The charset in a locale's name, as in "de_DE.UTF-8@euro"; empty when it names none.
+// The charset in a locale's name, as in "de_DE.UTF-8@euro"; empty when it names none. What stands
+// behind the "@" is the variant, points and all.
 std::string_view charsetInName(std::string_view locale);
 
 enum class NamedCharset {

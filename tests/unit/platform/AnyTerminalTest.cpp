@@ -79,6 +79,7 @@ const TextRow kTextRows[] = {
      "Pr\xE9paration de la machine virtuelle Java(tm)..."},
     {"fr_FR.ISO-8859-5", kCataloguePreparingJVM, "Preparing Java(tm) Virtual Machine..."},
     {"fr_FR.none", kCataloguePreparingJVM, "Preparing Java(tm) Virtual Machine..."},
+    {"fr_XX@variant.UTF-8", kCataloguePreparingJVM, "Preparing Java(tm) Virtual Machine..."},
     {"ru_RU.UTF-8", 7, "\u0417\u0430\u043F\u0443\u0441\u043A X..."},
     {"ru_RU.ISO-8859-5", 7, "\xB7\xD0\xDF\xE3\xE1\xDA X..."},
     {"ru_RU.KOI8-R", 7, "\xFA\xC1\xD0\xD5\xD3\xCB X..."},

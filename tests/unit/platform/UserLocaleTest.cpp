@@ -51,7 +51,9 @@ const NameRow kNameRows[] = {
     {"UTF-8", ""},
     {"de_DE@euro", ""},
     {"de_DE.", ""},
-    {"de_DE@x.UTF-8", "UTF-8"},
+    {"de_DE@x.UTF-8", ""},
+    {"de_DE.ISO-8859-15@x.UTF-8", "ISO-8859-15"},
+    {"@.x", ""},
     {"de_DE.@euro", ""},
     {"a.b.c", "b.c"},
 };
