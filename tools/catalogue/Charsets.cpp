@@ -19,8 +19,9 @@ constexpr Shape kEuc = {0xA1, 0xFE, 94};
 constexpr Shape kGb = {0xA1, 0xF7, 94};
 constexpr Shape kBig5 = {0xA1, 0xF9, 157};
 
-// The larger sets of simplified Chinese hold GB2312 with the same bytes, but for two signs of
-// punctuation; they are written as far as it goes. Of EUC-JP and EUC-TW the first set is written.
+// Of GBK the part is written that lies as GB2312 does; GB18030 has the same characters there, and
+// more. Two signs of punctuation differ from GB2312's. Of EUC-JP and EUC-TW the first set is
+// written.
 constexpr struct {
   const char* name;
   const char* encoding;
@@ -61,8 +62,8 @@ constexpr struct {
     {"big5", "BIG5", nullptr, kBig5},
     {"gb2312", "GB2312", nullptr, kGb},
     {"euccn", "GB2312", nullptr, kGb},
-    {"gbk", "GBK", "GB2312", kGb},
-    {"gb18030", "GB18030", "GB2312", kGb},
+    {"gbk", "GBK", nullptr, kGb},
+    {"gb18030", "GB18030", "GBK", kGb},
 };
 
 char byteOf(unsigned number) {

@@ -100,7 +100,13 @@ const CharacterRow kCharacterRows[] = {
     {"an ideograph in Big5", "big5", 0x65E5, "\xA4\xE9"},
     {"a second byte that is a backslash", "big5", 0x529F, "\xA5\x5C"},
     {"a syllable", "euckr", 0xAC00, "\xB0\xA1"},
-    {"shares the table of another", "gbk", 0x65E0, "\xCE\xDE"},
+    {"shares the table of another", "gb18030", 0x65E0, "\xCE\xDE"},
+    {"the dash of the larger sets", "gbk", 0x2014, "\xA1\xAA"},
+    {"the dash of the smaller one", "gb2312", 0x2015, "\xA1\xAA"},
+    {"a dash with other bytes", "gbk", 0x2015, nullptr},
+    {"the middle dot of the larger sets", "gb18030", 0xB7, "\xA1\xA4"},
+    {"the middle dot of the smaller one", "gb2312", 0x30FB, "\xA1\xA4"},
+    {"a middle dot with other bytes", "gb18030", 0x30FB, nullptr},
     {"a character beyond 16 bits", "gb18030", 0x1F600, nullptr},
 };
 
@@ -118,6 +124,7 @@ TEST(Charset, Characters) {
 struct ConverterRow {
   const char* charset;
   const char* encoding;
+  bool isPart = false;  // the charset has more characters of two bytes than the table
 };
 
 // Whatever a table holds is what the C library writes for the character.
@@ -127,7 +134,10 @@ const ConverterRow kConverterRows[] = {
     {"iso88599", "ISO-8859-9"}, {"iso885915", "ISO-8859-15"}, {"iso885916", "ISO-8859-16"},
     {"koi8r", "KOI8-R"},        {"cp1251", "CP1251"},         {"big5", "BIG5"},
     {"eucjp", "EUC-JP"},        {"euckr", "EUC-KR"},          {"euctw", "EUC-TW"},
-    {"gb2312", "GB2312"},
+    {"gb2312", "GB2312"},       {"gbk", "GBK", true},         {"gb18030", "GB18030", true},
+    {"koi8u", "KOI8-U"},        {"cp1250", "CP1250"},         {"cp1252", "CP1252"},
+    {"cp1253", "CP1253"},       {"cp1254", "CP1254"},         {"cp1257", "CP1257"},
+    {"iso88593", "ISO-8859-3"}, {"iso88594", "ISO-8859-4"},   {"iso885913", "ISO-8859-13"},
 };
 
 bool isOneByte(const char* charset) {
@@ -162,13 +172,14 @@ TEST(Charset, TablesAgreeWithTheCLibrary) {
       GTEST_SKIP() << "no converters to " << row.encoding;
     }
     // Searching the large tables takes time: a part of their characters will do.
-    const char32_t step = isOneByte(row.charset) ? 1 : 7;
+    const char32_t step = isOneByte(row.charset) ? 1 : 11;
     const Charset charset = Charset::named(row.charset).value();
     for (char32_t character = 0x80; character <= 0xFFFF; character += step) {
       const std::string theirs = converted(converter, character);
       SString ours;
       const bool has = charset.append(character, ours);
-      EXPECT_TRUE(has ? theirs == ours.view() : !isInTable(row.charset, character, theirs))
+      EXPECT_TRUE(has ? theirs == ours.view()
+                      : row.isPart || !isInTable(row.charset, character, theirs))
           << row.charset << " U+" << std::hex << static_cast<unsigned long>(character);
     }
     iconv_close(converter);
