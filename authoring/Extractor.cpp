@@ -47,28 +47,57 @@ void checkEntries(const LauncherFile& launcher, const std::string& folder) {
   }
 }
 
-void copyBytes(std::FILE* from, std::int64_t count, std::FILE* to) {
+[[noreturn]] void failToWrite(const fs::path& path, int error) {
+  throw AuthoringError(path.string() + " cannot be written: " + std::strerror(error));
+}
+
+// Reads the next bytes of an entry, at least one.
+std::size_t readBytes(std::FILE* launcher, char* bytes, std::size_t size,
+                      const std::string& place) {
+  const std::size_t count = std::fread(bytes, 1, size, launcher);
+  const int error = errno;
+  if (count == 0) {
+    throw AuthoringError(place + ": its bytes cannot be read: " +
+                         (std::ferror(launcher) != 0 ? std::strerror(error)
+                                                     : "the launcher file has become shorter"));
+  }
+  return count;
+}
+
+void copyBytes(const LauncherFile& launcher, long position, const fs::path& path,
+               std::FILE* output) {
+  const FileIndexEntry& entry = *launcher.index.at(position);
   char chunk[65536];
-  while (count > 0) {
-    const auto wanted = static_cast<std::size_t>(std::min<std::int64_t>(count, sizeof chunk));
-    const std::size_t got = std::fread(chunk, 1, wanted, from);
-    if (got == 0 || std::fwrite(chunk, 1, got, to) != got) {
-      return;  // the stream remembers its error
+  (void)fseeko(launcher.file.get(), entry.getOffsetToBytes(), SEEK_SET);
+  for (std::int64_t rest = entry.getFileLength(); rest > 0;) {
+    const auto wanted = static_cast<std::size_t>(std::min<std::int64_t>(rest, sizeof chunk));
+    const std::size_t count = readBytes(launcher.file.get(), chunk, wanted, place(position, entry));
+    if (std::fwrite(chunk, 1, count, output) != count) {
+      const int error = errno;
+      failToWrite(path, error);
     }
-    count -= static_cast<std::int64_t>(got);
+    rest -= static_cast<std::int64_t>(count);
   }
 }
 
-void extractFile(const LauncherFile& launcher, const FileIndexEntry& entry, const fs::path& path) {
+// A file that cannot be copied whole is not left behind.
+void extractFile(const LauncherFile& launcher, long position, const fs::path& path) {
   FilePtr output = openFile(path.c_str(), "wbx");
-  if (output != nullptr && fseeko(launcher.file.get(), entry.getOffsetToBytes(), SEEK_SET) == 0) {
-    copyBytes(launcher.file.get(), entry.getFileLength(), output.get());
-    const bool failed = std::ferror(output.get()) != 0;
-    if (std::fclose(output.release()) == 0 && !failed) {
-      return;
-    }
+  if (output == nullptr) {
+    const int error = errno;
+    failToWrite(path, error);
   }
-  throw AuthoringError(path.string() + " cannot be written: " + std::strerror(errno));
+  try {
+    copyBytes(launcher, position, path, output.get());
+    if (std::fclose(output.release()) != 0) {
+      const int error = errno;
+      failToWrite(path, error);
+    }
+  } catch (const AuthoringError&) {
+    std::error_code error;
+    fs::remove(path, error);
+    throw;
+  }
 }
 
 void makeExecutable(const FileIndexEntry& entry, const fs::path& path) {
@@ -90,7 +119,7 @@ void extractFiles(const LauncherFile& launcher, const std::string& folder) {
   for (long i = 0; i < launcher.index.size(); ++i) {
     const FileIndexEntry& entry = *launcher.index.at(i);
     const fs::path path = fs::path(folder) / entry.getFileName().c_str();
-    extractFile(launcher, entry, path);
+    extractFile(launcher, i, path);
     makeExecutable(entry, path);
   }
 }

@@ -55,9 +55,9 @@ std::string encodeTrailer(std::int64_t indexOffset) {
   return encodeNumber32(indexOffset) + encodeNumber32(kLauncherIdentification);
 }
 
-void LauncherFileWriter::addFile(IndexRecord record, std::FILE* source) {
+void LauncherFileWriter::addFile(IndexRecord record, std::FILE* source, const std::string& name) {
   beginFile(record);
-  copy(source);
+  copy(source, name);
   endFile(record);
 }
 
@@ -85,14 +85,14 @@ void LauncherFileWriter::endFile(IndexRecord& record) {
   m_records.push_back(std::move(record));
 }
 
-void LauncherFileWriter::copy(std::FILE* source) {
+void LauncherFileWriter::copy(std::FILE* source, const std::string& name) {
   char chunk[65536];
   std::size_t count;
   while ((count = std::fread(chunk, 1, sizeof chunk, source)) > 0) {
     write({chunk, count});
   }
   if (std::ferror(source) != 0) {
-    throw AuthoringError(std::string("an input cannot be read: ") + std::strerror(errno));
+    throw AuthoringError(name + " cannot be read: " + std::strerror(errno));
   }
 }
 

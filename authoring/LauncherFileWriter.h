@@ -44,18 +44,18 @@ class LauncherFileWriter {
   // `output` is not owned; writing begins where it stands, which must be the file's beginning.
   explicit LauncherFileWriter(std::FILE* output) : m_output(output) {}
 
-  // Throw AuthoringError when `source` cannot be read, the output cannot be written, or the file
-  // grows beyond kMaxLauncherFileSize.
-  void addStub(std::FILE* source) { copy(source); }
+  // Throw AuthoringError when `source`, which the text calls by its `name`, cannot be read, the
+  // output cannot be written, or the file grows beyond kMaxLauncherFileSize.
+  void addStub(std::FILE* source, const std::string& name) { copy(source, name); }
   void addStub(std::string_view bytes) { write(bytes); }
   // Stores the bytes; the record's length and offset are filled in.
-  void addFile(IndexRecord record, std::FILE* source);
+  void addFile(IndexRecord record, std::FILE* source, const std::string& name);
   void addFile(IndexRecord record, std::string_view bytes);
   // Writes the index and the end of the file. Nothing may be added afterwards. Returns the size.
   std::int64_t finish(std::int32_t purpose);
 
  private:
-  void copy(std::FILE* source);
+  void copy(std::FILE* source, const std::string& name);
   void write(std::string_view bytes);
   void beginFile(IndexRecord& record) const;
   void endFile(IndexRecord& record);

@@ -84,10 +84,10 @@ void checkSize(const std::string& stub, const Manifest& manifest) {
 
 PackResult write(const std::string& stub, const Manifest& manifest, std::FILE* output) {
   LauncherFileWriter writer(output);
-  writer.addStub(openInput(stub).get());
+  writer.addStub(openInput(stub).get(), stub);
   for (const ManifestFile& file : manifest.files) {
     writer.addFile({file.type, file.id, 0, 0, file.name, file.decompressed},
-                   openInput(file.path).get());
+                   openInput(file.path).get(), file.path);
   }
   return {manifest.files.size(), writer.finish(manifest.purpose)};
 }

@@ -2,6 +2,7 @@
 //
 // Exit status: 0 done, nothing found; 1 an error, or something found; 2 called wrongly.
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -127,6 +128,7 @@ int run(int (*command)(const Arguments&), const Arguments& arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  std::signal(SIGXFSZ, SIG_IGN);  // a file at its limit is a write that fails, as on a full disk
   CLI::App app("Makes setup launchers: one executable that carries its scripts and archives.",
                "corvane-pack");
   app.set_version_flag("--version", CORVANE_VERSION);

@@ -49,7 +49,7 @@ std::string reasonOfLibrary(const std::string& json) {
 struct ErrorRow {
   const char* name;
   std::string json;
-  const char* error;
+  std::string error;
 };
 
 // The manifest with one file, of which these are the keys.
@@ -59,6 +59,8 @@ std::string withFile(const std::string& keys) {
 
 const char* const kTypes =
     "instructions, jvm, launchscript, jar, jvm-installer, verify, archive, launcher, jvm-message";
+
+const std::string kLongest(255, 'n');
 
 const std::vector<ErrorRow> kErrorRows = {
     {"no object", "[]", "this must be an object, as in { \"purpose\": ... }"},
@@ -121,6 +123,9 @@ const std::vector<ErrorRow> kErrorRows = {
      "files[0].name: \"bad\\x0Aname\" holds a newline, at which a launcher stops reading it"},
     {"name with a zero byte", withFile(R"("type": "jar", "path": "c.jar", "name": "a\u0000b")"),
      "files[0].name: \"a\\x00b\" holds a zero byte, at which a launcher stops reading it"},
+    {"name of 256 bytes",
+     withFile(R"("type": "jar", "path": "c.jar", "name": ")" + kLongest + "n\""),
+     "files[0].name: \"" + kLongest + "n\" is longer than 255 bytes"},
     {"empty name", withFile(R"("type": "jar", "path": "c.jar", "name": "")"),
      "files[0].name: this must be a text that is not empty"},
     {"name of the extracted input file",
@@ -190,6 +195,12 @@ TEST_F(ManifestTest, TakesEachTypeByItsName) {
         load(withFile(R"("path": "c.jar", "type": ")" + std::string(names[type]) + "\""));
     EXPECT_EQ(type, manifest.files.at(0).type) << names[type];
   }
+}
+
+TEST_F(ManifestTest, TakesTheLongestName) {
+  const auto manifest =
+      load(withFile(R"("type": "jar", "path": "c.jar", "name": ")" + kLongest + "\""));
+  EXPECT_EQ(kLongest, manifest.files.at(0).name);
 }
 
 TEST_F(ManifestTest, LooksInItsOwnFolderFirst) {

@@ -1,10 +1,12 @@
 #include "authoring/Packer.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "authoring/AuthoringError.h"
@@ -111,6 +113,11 @@ const RefusalRow kRefusalRows[] = {
      "describe "
      "(stub and files together: 2147483658 bytes); leave out or shrink files, the largest is "
      "DIR/huge"},
+#ifdef __linux__
+    // The first page of a process is never there.
+    {"input that fails while it is read", R"({"type": "jar", "path": "/proc/self/mem"})", "stub",
+     "setup", "/proc/self/mem cannot be read: Input/output error"},
+#endif
 };
 
 // Nothing is written, and nothing changes that stood there before.
@@ -147,7 +154,7 @@ TEST_F(PackerTest, ParsesTagFilesAlone) {
 struct ExtractRow {
   const char* name;
   std::string bytes;  // of the launcher file
-  const char* error;
+  std::string error;
 };
 
 const std::string kPlainIndex =
@@ -162,6 +169,9 @@ const ExtractRow kExtractRows[] = {
      "entry 0 (..): its name is a path; write the plain name of a file; nothing was written"},
     {"no name", test::launcherFileBytes({{3, 1, "", "b"}}),
      "entry 0 (): its name is empty; nothing was written"},
+    {"name of 256 bytes", test::launcherFileBytes({{3, 1, std::string(256, 'n'), "b"}}),
+     "entry 0 (" + std::string(256, 'n') +
+         "): its name is longer than 255 bytes; nothing was written"},
     {"name twice", test::launcherFileBytes({{3, 1, "a", "a"}, {3, 2, "a", "b"}}),
      "entry 1 (a): a file of that name is there already; nothing was written, name an empty folder "
      "with --output"},
@@ -191,6 +201,39 @@ TEST_F(PackerTest, ExtractsNothingThatLeavesTheFolder) {
   }
 }
 
+struct UnreadableRow {
+  const char* name;
+  std::function<void(const std::string& path, int descriptor)> spoil;  // once the index was read
+  const char* error;
+};
+
+const UnreadableRow kUnreadableBytes[] = {
+    {"file that shrinks", [](const std::string& path, int) { fs::resize_file(path, 150000); },
+     "entry 1 (b): its bytes cannot be read: the launcher file has become shorter"},
+    {"file that fails",
+     [](const std::string&, int descriptor) {
+       const int folder = open("/", O_RDONLY | O_CLOEXEC);
+       EXPECT_EQ(descriptor, dup2(folder, descriptor));
+       close(folder);
+     },
+     "entry 0 (a): its bytes cannot be read: Is a directory"},
+};
+
+// What was copied whole stays.
+TEST_F(PackerTest, ExtractsNoHalfFileOfALauncherThatCannotBeRead) {
+  const std::string bytes(100000, 'x');
+  for (const UnreadableRow& row : kUnreadableBytes) {
+    SCOPED_TRACE(row.name);
+    fs::remove_all(m_dir / "out");
+    const auto launcher = authoring::readLauncherFile(
+        write("setup", test::launcherFileBytes({{3, 1, "a", bytes}, {3, 2, "b", bytes}})));
+    row.spoil(m_dir / "setup", fileno(launcher.file.get()));
+    EXPECT_EQ(row.error, errorOf([&] { authoring::extractFiles(launcher, m_dir / "out"); }));
+    EXPECT_FALSE(fs::exists(m_dir / "out/b"));
+    EXPECT_EQ(row.error[6] == '1', fs::exists(m_dir / "out/a"));
+  }
+}
+
 TEST_F(PackerTest, ExtractsWhatItPacked) {
   const auto launcher =
       authoring::readLauncherFile(write("setup", test::launcherFileBytes(allTypes())));
@@ -208,15 +251,15 @@ TEST_F(PackerTest, ExtractsWhatItPacked) {
 TEST_F(PackerTest, ListsAsATable) {
   const auto launcher = authoring::readLauncherFile(
       write("setup", test::launcherFileBytes({{0, 1, "i.tag", "A: 1\n"},
-                                              {4, -12345, "in\\st\x01\xC3\xA4", ""},
+                                              {4, -12345, "in\\st\x01\x7F\xC3\xA4", ""},
                                               {6, 3, "a", "PK", {{1, 2147483647}}}},
                                              2)));
   EXPECT_EQ(
-      "setup: 3 files, 101 bytes, purpose 2\n"
-      "pos  type               id  length  offset  name           unpacked\n"
-      "  0  instructions        1       5      10  i.tag          -\n"
-      "  1  jvm-installer  -12345       0      15  in\\x5Cst\\x01\xC3\xA4  -\n"
-      "  2  archive             3       2      15  a              1 file, 2147483647 bytes\n",
+      "setup: 3 files, 102 bytes, purpose 2\n"
+      "pos  type               id  length  offset  name               unpacked\n"
+      "  0  instructions        1       5      10  i.tag              -\n"
+      "  1  jvm-installer  -12345       0      15  in\\x5Cst\\x01\\x7F\xC3\xA4  -\n"
+      "  2  archive             3       2      15  a                  1 file, 2147483647 bytes\n",
       authoring::listAsTable("setup", launcher));
 }
 

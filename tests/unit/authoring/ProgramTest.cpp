@@ -1,6 +1,7 @@
 // corvane-pack as its users call it: status, standard output, standard error.
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -29,10 +30,11 @@ class ProgramTest : public testing::Test {
   }
 
   // Runs in the scratch folder.
-  Result run(const std::string& arguments) {
-    const std::string command = "cd '" + m_dir.path() + "' && '" CORVANE_PACK "' >'" +
-                                (m_dir / "out.txt") + "' 2>'" + (m_dir / "err.txt") + "' " +
-                                arguments;
+  Result run(const std::string& arguments) { return runShell("'" CORVANE_PACK "' " + arguments); }
+  // The program stands behind the shell's words.
+  Result runShell(const std::string& words) {
+    const std::string command = "cd '" + m_dir.path() + "' && exec >'" + (m_dir / "out.txt") +
+                                "' 2>'" + (m_dir / "err.txt") + "'; " + words;
     const int status = std::system(command.c_str());
     return {WEXITSTATUS(status), test::readFile(m_dir / "out.txt"),
             test::readFile(m_dir / "err.txt")};
@@ -143,6 +145,91 @@ TEST_F(ProgramTest, ExplainsEachCommand) {
     EXPECT_NE(std::string::npos, result.out.find("Usage: corvane-pack")) << result.out;
     EXPECT_EQ("", result.err);
   }
+}
+
+// --- Where there is no room ---
+
+struct RoomRow {
+  const char* name;
+  const char* arguments;
+  const char* out;
+  const char* err;
+};
+
+class NoRoom : public ProgramTest {
+ protected:
+  void SetUp() override {
+    test::writeFile(m_dir / "big", std::string(300000, 'x'));
+    test::writeFile(m_dir / "big.json", R"({"files": [{"type": "instructions", "path": "i.tag"},
+                                                      {"type": "jar", "path": "big"}]})");
+    ASSERT_EQ(0, run("pack big.json --stub stub --output setup").status);
+    ASSERT_EQ(0, mkdir((m_dir / "room").c_str(), 0755));
+  }
+};
+
+// As set by ulimit(1).
+TEST_F(NoRoom, FilesMayNotGrow) {
+  const RoomRow rows[] = {
+      {"pack", "pack big.json --stub stub --output room/new", "",
+       "corvane-pack: the launcher file cannot be written: File too large\n"},
+      {"pack over a file", "pack big.json --stub stub --output setup", "",
+       "corvane-pack: the launcher file cannot be written: File too large\n"},
+      {"extract", "extract setup --output room", "i.tag\n",
+       "corvane-pack: room/big cannot be written: File too large\n"},
+  };
+  const std::string before = test::readFile(m_dir / "setup");
+  for (const RoomRow& row : rows) {
+    SCOPED_TRACE(row.name);
+    const Result result =
+        runShell("(ulimit -f 100; '" CORVANE_PACK "' " + std::string(row.arguments) +
+                 "); status=$?; ls room; exit $status");
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ(row.out, result.out);
+    EXPECT_EQ(row.err, result.err);
+    EXPECT_TRUE(before == test::readFile(m_dir / "setup"));
+  }
+}
+
+// A disk of the test's own, which nobody else sees.
+TEST_F(NoRoom, TheDiskIsFull) {
+  const std::string mount = "mount -t tmpfs -o size=100k none room";
+  if (runShell("unshare -rm " + mount).status != 0) {
+    GTEST_SKIP() << "no mount namespace of one's own here";
+  }
+  const RoomRow rows[] = {
+      {"pack", "pack big.json --stub stub --output room/new", "",
+       "corvane-pack: the launcher file cannot be written: No space left on device\n"},
+      {"extract", "extract setup --output room", "i.tag\n",
+       "corvane-pack: room/big cannot be written: No space left on device\n"},
+      {"extract into a new folder", "extract setup --output room/new", "new\n",
+       "corvane-pack: room/new/big cannot be written: No space left on device\n"},
+  };
+  for (const RoomRow& row : rows) {
+    SCOPED_TRACE(row.name);
+    test::writeScript(m_dir / "inside", "#!/bin/sh\n" + mount + "\n'" CORVANE_PACK "' " +
+                                            row.arguments + "\nstatus=$?\nls room\nexit $status\n");
+    const Result result = runShell("unshare -rm ./inside");
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ(row.out, result.out);
+    EXPECT_EQ(row.err, result.err);
+  }
+}
+
+// --- The stub that is taken when none is named ---
+
+// What is installed needs nothing of the build's folder.
+TEST_F(ProgramTest, FindsTheInstalledStub) {
+  ASSERT_EQ(
+      0, runShell("'" CORVANE_CMAKE "' --install '" CORVANE_BUILD_DIR "' --prefix prefix").status);
+  const Result packed =
+      runShell("prefix/bin/corvane-pack pack m.json --output setup && ./setup -cv:version");
+  EXPECT_EQ("", packed.err);
+  EXPECT_EQ(0, packed.status);
+  EXPECT_TRUE(packed.out.ends_with("\n" CORVANE_VERSION "\n")) << packed.out;
+  EXPECT_EQ(0, runShell("./setup && test \"$(stat -c %a setup)\" = 755").status);
+  EXPECT_EQ("\n", test::readFile(m_dir / "out.txt"));
+  const std::string listed = run("list setup").out;
+  EXPECT_NE(std::string::npos, listed.find(", stub corvane-launcher-any ")) << listed;
 }
 
 // The bare launcher of the build stands beside the program.
