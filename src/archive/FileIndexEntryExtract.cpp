@@ -59,12 +59,16 @@ class Copy {
 
   int error() const { return m_error; }
 
+  // The user's cancel ends a write that blocks, also one that took some of the bytes before.
   void write(const char* bytes, std::size_t size) {
     while (size > 0 && m_error == 0) {
       const ssize_t count = ::write(m_fd, bytes, size);
-      note(count >= 0 || (errno == EINTR && !PlatformImpl::isCanceled()));
+      note(count >= 0 || errno == EINTR);
       bytes += std::max<ssize_t>(count, 0);
       size -= static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+      if (size > 0 && m_error == 0 && PlatformImpl::isCanceled()) {
+        m_error = EINTR;
+      }
     }
   }
 

@@ -7,6 +7,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -15,11 +17,13 @@
 #include "archive/FileIndexEntry.h"
 #include "platform/PlatformImpl.h"
 #include "support/ArchiveFixture.h"
+#include "support/OwnProcess.h"
 #include "tagfile/StreamUtils.h"
 
 namespace {
 constexpr std::int64_t kFreeBlocksOfTheDisk = -1;
 std::int64_t g_freeBlocks = kFreeBlocksOfTheDisk;  // of 1024 bytes, as the tests want them
+constexpr std::int64_t kBlocksForRoot = 2200000;   // free as well, but for nobody else
 }  // namespace
 
 // Stands in front of the C library's.
@@ -38,6 +42,7 @@ extern "C" int statvfs(const char* path, struct statvfs* system) noexcept {
   if (g_freeBlocks != kFreeBlocksOfTheDisk) {
     system->f_frsize = 1024;
     system->f_bavail = static_cast<fsblkcnt_t>(g_freeBlocks);
+    system->f_bfree = static_cast<fsblkcnt_t>(g_freeBlocks + kBlocksForRoot);
   }
   return result;
 }
@@ -327,7 +332,8 @@ struct RoomRow {
   std::int64_t needed;  // blocks
 };
 
-// On a file system with blocks of 1024 bytes. From two files on each takes a block more.
+// On a file system with blocks of 1024 bytes, on which root alone would have room for each. From
+// two files on each takes a block more.
 const RoomRow kRoomRows[] = {
     {"a block", 1024, {}, 1},
     {"a byte more", 1025, {}, 2},
@@ -386,6 +392,69 @@ TEST(FileIndexEntry, StopsBetweenTwoChunks) {
   EXPECT_EQ("Canceled by the user.", result);
   EXPECT_TRUE(bytes.substr(0, kChunk) == test::readFile(extraction.file("installer")));
 }
+
+struct NameRow {
+  std::size_t length;
+  int error;  // 0: none
+};
+
+// The file system sets the bound; the index could hold longer names.
+TEST(FileIndexEntry, NamesThatTheFileSystemRefuses) {
+  Extraction extraction("stored");
+  for (const NameRow& row :
+       {NameRow{255, 0}, {256, ENAMETOOLONG}, {257, ENAMETOOLONG}, {32767, ENAMETOOLONG}}) {
+    SCOPED_TRACE(row.length);
+    const std::string name(row.length, 'n');
+    EXPECT_EQ(row.error == 0 ? extraction.file(name)
+                             : "Error writing file = " + std::to_string(row.error) + kHint,
+              extraction.extract({3, 1, 6, 0, name, {}}, extraction.out()));
+  }
+}
+
+#ifdef __linux__
+void waitUntilAsleep(pid_t process) {
+  const std::string state = "/proc/" + std::to_string(process) + "/stat";
+  for (int i = 0; i < 10000 && test::readFile(state).find(") S ") == std::string::npos; ++i) {
+    usleep(1000);
+  }
+}
+
+struct BlockedRow {
+  const char* name;
+  bool isFull;  // the pipe, before
+};
+
+const BlockedRow kBlockedRows[] = {
+    {"before a byte was taken", true},
+    {"when some bytes were taken", false},
+};
+
+// The file is a pipe that nobody empties.
+TEST(FileIndexEntry, ACancelEndsAWriteThatBlocks) {
+  for (const BlockedRow& row : kBlockedRows) {
+    SCOPED_TRACE(row.name);
+    Extraction extraction(pattern(2 * kChunk));
+    const std::string pipe = extraction.file("pipe");
+    ASSERT_EQ(0, mkfifo(pipe.c_str(), 0600));
+    const int reader = open(pipe.c_str(), O_RDWR | O_CLOEXEC);
+    const int room = fcntl(reader, F_SETPIPE_SZ, 65536);
+    ASSERT_TRUE(room > 0 && room < static_cast<int>(2 * kChunk));
+    const std::string before(row.isFull ? static_cast<std::size_t>(room) : 0, 'x');
+    ASSERT_EQ(static_cast<ssize_t>(before.size()), write(reader, before.data(), before.size()));
+    test::OwnProcess launcher([&] {
+      PlatformImpl::prepareProcess();
+      PlatformImpl::setSilent(true);
+      std::fputs(extraction.extract({3, 1, 2 * kChunk, 0, "pipe", {}}, extraction.out()).c_str(),
+                 stdout);
+    });
+    waitUntilAsleep(launcher.pid());
+    kill(launcher.pid(), SIGINT);
+    EXPECT_EQ("exit 0", launcher.end());
+    EXPECT_EQ("Error writing file = " + std::to_string(EINTR) + kHint, launcher.output());
+    close(reader);
+  }
+}
+#endif
 
 TEST(FileIndexEntry, StopsWhenTheUserCancels) {
   Extraction extraction("stored");
