@@ -127,6 +127,18 @@ TEST_F(ActionResults, Search) {
          {"0\n", message + "0\n", missed + "0\n\n", missed + message + "0\n\n", "0\n"}});
 }
 
+// Each action counts its dots anew: a row is closed by the first one, none by the second.
+TEST_F(ActionResults, ASecondActionSetsTheProgressBack) {
+  offer(m_old + ":" + m_old + "/.:" + m_old + "/./.");
+  const std::string search = "ACTION: SEARCH\nSHOW_PROGRESS: 1\n";
+  const std::string input = test::writeFile(dir("in.tag"), search);
+  const Result result = runBare({"-cv:tempdir", m_temp, "-cv:in", input, "-cv:in", input});
+  EXPECT_EQ(0, result.status);
+  const std::string first(24, '.');
+  const std::string second(23, '.');  // the archive has been copied out
+  EXPECT_EQ(kSearching + first + "0\n\n" + kSearching + second + "0\n", result.out);
+}
+
 TEST_F(ActionResults, SearchesThatFail) {
   m_temp = dir("none");
   const std::string message =

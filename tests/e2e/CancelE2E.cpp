@@ -1,4 +1,7 @@
 // Ctrl-C at each stage of a run: what the launcher says, and that nothing is left behind.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <filesystem>
 
@@ -139,6 +142,34 @@ TEST_F(Cancel, NoOtherWizardIsStarted) {
   EXPECT_EQ(255, result.status);
   EXPECT_EQ("Sample\nCanceled by the user.\n", result.out);
 }
+
+#ifdef F_SETPIPE_SZ
+// The command's last words are more than the launcher reads at a time, and come while it sleeps: it
+// finds the cancel, the end of the command and the words at once.
+TEST_F(Cancel, TheLastOutputIsHeard) {
+  setEnv("GO", dir("go"));
+  embedSetup(
+      "echo $$ >\"$BEGUN.part\"; /bin/mv \"$BEGUN.part\" \"$BEGUN\"\n"
+      "while [ ! -e \"$GO\" ]; do /bin/sleep 0.02; done\n"
+      "/usr/bin/head -c 100000 /dev/zero | /usr/bin/tr '\\0' x");
+  const pid_t pid = start({"-cv:tempdir", tempDir(), "-cv:log", logFile()});
+  ASSERT_TRUE(waitForFile(begun()));
+  const std::string wizard = "/proc/" + std::to_string(std::stol(test::readFile(begun())));
+  const int pipe = open((wizard + "/fd/1").c_str(), O_WRONLY | O_CLOEXEC);
+  ASSERT_LE(1 << 18, fcntl(pipe, F_SETPIPE_SZ, 1 << 18));
+  close(pipe);
+  const std::string launcher = "/proc/" + std::to_string(pid);
+  const std::string command =
+      test::readFile(launcher + "/task/" + std::to_string(pid) + "/children");
+  kill(pid, SIGSTOP);
+  kill(pid, SIGINT);
+  test::writeFile(dir("go"), "");
+  EXPECT_TRUE(waitForText("/proc/" + std::to_string(std::stol(command)) + "/stat", ") Z "));
+  kill(pid, SIGCONT);
+  EXPECT_NE(std::string::npos,
+            finish(pid).log.find("\nStdOut:\n" + std::string(100000, 'x') + "\n"));
+}
+#endif
 
 TEST_F(Cancel, ALauncherThatWasHandedOverTo) {
   embedWaitingJVM();

@@ -254,6 +254,20 @@ TEST_F(Scan, SearchAllPrintsEveryMatch) {
   }
 }
 
+// The second search looks at the disks as they are then.
+TEST_F(Scan, TwoSearchesForAllInOneProcess) {
+  test::writeScript(dir("jail/opt/one/bin/java"),
+                    "#!/bin/sh\nprintf '%s\\n' 1739021872 17.0.1\nrm -rf /opt/one\n");
+  embedJVM("");
+  embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+  test::writeFile(dir("jail/in.tag"), "ACTION: SEARCH_ALL\nLOGFILE: /log\n");
+  const Result result = runInside({"-cv:in", "/in.tag", "-cv:in", "/in.tag"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_TRUE(std::regex_match(result.out, std::regex("1\n/opt/one\n/tmp/cvj[A-Za-z0-9]{6}\n0\n")))
+      << result.out;
+  EXPECT_EQ("/opt/one/bin/java\n", triedPlaces(result.log, scratch()));
+}
+
 // What has been found by then is of no use to who does not want it any more.
 TEST_F(Scan, CtrlCEndsTheVerificationOfWhatWasFound) {
   for (const char* name : {"one", "two"}) {

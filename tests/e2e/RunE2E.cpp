@@ -329,6 +329,22 @@ TEST_F(Run, SignalsReachTheWizardAndTheCleanUpRuns) {
   }
 }
 
+// The terminal that closes sends HUP to all: the run goes on, also to the next wizard.
+TEST_F(Run, UnderNohupTheTerminalMayClose) {
+  setEnv("GO", dir("go"));
+  embedSetup(": >\"$RECORD\"; while [ ! -e \"$GO\" ]; do sleep 0.02; done; echo bye >&2; exit 7");
+  forgetFiles(FILE_TYPE_INSTRUCTIONS);
+  embedInstructions({"FIND_JVM 0 1", "LAUNCH @S2@ 0", "LAUNCH @S2@ 0"});
+  setStartPath("/usr/bin/nohup");
+  const pid_t pid = start({launcherPath(), "-cv:tempdir", tempDir()});
+  ASSERT_TRUE(waitForFile(dir("record.txt")));
+  kill(-pid, SIGHUP);
+  test::writeFile(dir("go"), "");
+  const Result result = finish(pid);
+  EXPECT_EQ(7, result.status);
+  EXPECT_EQ("Sample\nbye\n\n", result.out);
+}
+
 TEST_F(Run, WithoutMemoryItEndsAbnormallyAndCleansUp) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the sanitizer reserves more memory than the limit leaves";

@@ -123,6 +123,35 @@ TEST(Expressions, SubstituteReferences) {
   }
 }
 
+struct UnfinishedRow {
+  const char* name;
+  const char* text;
+  const char* left;
+  test::Variables variables = {};
+};
+
+const UnfinishedRow kUnfinishedRows[] = {
+    {"nothing was replaced", "a@X1@b", "a@X1@b"},
+    {"what stands in front was", "@N1@ @@ @X1@ @N1@ @@", "5 @ @X1@ @N1@ @@", {{"N1", "5"}}},
+    {"up to a reference without an end", "@N1@ @N2", "5 @N2", {{"N1", "5"}}},
+    {"a value with a bad reference stands there", "<@S1@>", "<a@N6@>", {{"S1", "a@N6@"}}},
+    {"in the second pass the whole first one counts", "@@x@N1@", "@x5", {{"N1", "5"}}},
+};
+
+TEST(Expressions, AFailureLeavesTheTextAsFarAsItCame) {
+  for (const UnfinishedRow& row : kUnfinishedRows) {
+    SCOPED_TRACE(row.name);
+    test::setVariables(row.variables);
+    const TagFile script;
+    SString text(row.text);
+    EXPECT_NE("no failure", test::outcomeOf([&] {
+                Instructions(script).evalExpr(text, "P.");
+                return "no failure";
+              }));
+    EXPECT_EQ(row.left, test::str(text));
+  }
+}
+
 // --- Numbers and booleans ---
 
 struct NumberRow {

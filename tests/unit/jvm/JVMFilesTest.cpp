@@ -377,6 +377,18 @@ TEST_F(JVMFilesTest, SearchAllFindsAll) {
   }
 }
 
+// What an earlier search found may be gone.
+TEST_F(JVMFilesTest, SearchAllBeginsAnew) {
+  const auto files = makeFiles({java("J17", kWants17)});
+  for (const char* folder : {"a", "b"}) {
+    FakeDiskScan::reset();
+    setScanRoots({std::string("DIR/") + folder});
+    JVMMatchPtrDeque matches;
+    files->searchAll(matches, false);
+    EXPECT_EQ(Strings{std::string("DIR/") + folder + "/jdk (J17)"}, describe(matches));
+  }
+}
+
 TEST_F(JVMFilesTest, CancelingEndsTheVerification) {
   const auto files = makeFiles({java("J17", kWants17)});
   setScanRoots({"DIR/a", "DIR/b"});

@@ -133,7 +133,7 @@ const OptionRow kOptionRows[] = {
     {"java console", {"-cv:javaconsole"}, "console "},
     {"console", {"-console"}, "console [-console]"},
     // QUIRK(accessibility-is-console)
-    {"accessibility", {"-accessibility", "-console"}, "console [-console][-console]"},
+    {"accessibility", {"-accessibility"}, "console [-console]"},
 
     {"version again", {"-cv:version"}, "", CORVANE_VERSION "\n"},
     {"silent hides a later version alone", {"-cv:silent", "-cv:version"}, "silent "},
