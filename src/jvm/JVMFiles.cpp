@@ -12,6 +12,8 @@
 #include "platform/PlatformImpl.h"
 #include "platform/ShellWords.h"
 #include "platform/SubStatusWrapper.h"
+#include "platform/Trust.h"
+#include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 #include "util/StringDeque.h"
 
@@ -120,7 +122,7 @@ void JVMFiles::verifyUnverifiedMatches(JVMMatchPtrDeque& matches) {
       if (PlatformImpl::isCanceled()) {
         return;
       }
-      std::unique_ptr<JVMMatch> match = jvmFile.verify(homes[j], m_verifyClass);
+      std::unique_ptr<JVMMatch> match = verifyFind(jvmFile, homes[j]);
       if (match != nullptr) {
         matches.push_back(std::move(match));
         if (m_stopAtFirst) {
@@ -129,6 +131,19 @@ void JVMFiles::verifyUnverifiedMatches(JVMMatchPtrDeque& matches) {
       }
     }
   }
+}
+
+// What is asked of is the program that would be run, which need not be the file that was found
+// (scan-suffix-without-boundary).
+std::unique_ptr<JVMMatch> JVMFiles::verifyFind(JVMFile& jvmFile, const SString& home) {
+  const SString exe = jvmFile.getJVMExe();
+  if (exe.empty() || home.empty()) {
+    return nullptr;
+  }
+  SString program = home;
+  appendPathSeparator(program);
+  program += exe;
+  return mayTryFind(program) ? jvmFile.verify(home, m_verifyClass) : nullptr;
 }
 
 bool JVMFiles::foundFile(const SString& path) {
@@ -148,7 +163,7 @@ bool JVMFiles::foundFile(const SString& path) {
     // verified during the scan and not afterwards; a file that matches several names is verified
     // for each of them.
     if (i == 0 && m_stopAtFirst) {
-      m_currentMatch = jvmFile.verify(home, m_verifyClass);
+      m_currentMatch = verifyFind(jvmFile, home);
     } else {
       addUnverifiedMatch(&jvmFile, home);
     }

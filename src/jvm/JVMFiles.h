@@ -49,6 +49,8 @@ class JVMFiles : public FileFindListener {
   void searchUserHome();
   bool searchHints();  // true when the last jvm file looked at asks for the scan
   void verifyUnverifiedMatches(JVMMatchPtrDeque& matches);
+  // Of what the scan found: verifies it only if it may be tried (Trust.h).
+  std::unique_ptr<JVMMatch> verifyFind(JVMFile& jvmFile, const SString& home);
 
   const FileIndex& m_embeddedFiles;
   JVMFilePtrDeque m_jvmFiles;

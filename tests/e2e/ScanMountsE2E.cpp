@@ -92,6 +92,21 @@ TEST_F(ScanMounts, ADeadMountIsPassedOver) {
             passedOver(result.log));
 }
 
+TEST_F(ScanMounts, ALinkIntoADeadMountIsNotFollowed) {
+  fs::create_directories(dir("jail/mnt"));
+  fs::create_directories(dir("jail/opt/linked/bin"));
+  fs::create_symlink("../../../mnt/bin/java", dir("jail/opt/linked/bin/java"));
+  setMounts([](const std::string& disk) {
+    return bindMount("/proc", disk + "/proc") && mountDeadOne(disk + "/mnt");
+  });
+  const Result result = search();
+  EXPECT_EQ("1\n/opt/good\n", result.out);
+  EXPECT_NE(std::string::npos,
+            result.log.find("Not tried: /opt/linked/bin/java because it lies in the mount /mnt of "
+                            "type fuse.dead one\n"))
+      << result.log;
+}
+
 TEST_F(ScanMounts, ADiskOverADeadMountIsWalked) {
   place("/disk", "17.0.2");
   fs::create_directories(dir("jail/mnt"));
