@@ -14,14 +14,19 @@
 #include <string>
 
 #include "platform/PlatformImpl.h"
+#include "platform/ProcessRequest.h"
 
 namespace {
 
 constexpr long kOutputSize = 100'000'000;
 
 int capture(const char* command, SString& output) {
-  SString errors;
-  return PlatformImpl::executeProcess(command, "", false, true, true, &output, &errors, false);
+  ProcessRequest request;
+  request.command = command;
+  request.captures = true;
+  const ProcessResult result = PlatformImpl::executeProcess(request);
+  output = result.output.text();
+  return result.status;
 }
 
 // Starts the command through the shell, with both outputs on `output`.

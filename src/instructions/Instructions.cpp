@@ -22,6 +22,12 @@ constexpr const char* kSetExpression = "Invalid expression specified for SET com
 constexpr const char* kSetValue = "Invalid value specified for SET command";
 constexpr const char* kLabelPrefix = "Invalid label specified.";
 
+void stopIfCanceledBeforeWizard() {
+  if (!Launcher::hasWizardRun()) {
+    PlatformImpl::throwIfCanceled();
+  }
+}
+
 }  // namespace
 
 struct Instructions::Statement {
@@ -61,8 +67,10 @@ int Instructions::execute() const {
   std::int32_t result = 0;
   m_labels.reset();
   for (m_currentLine = 0; m_currentLine < count; ++m_currentLine) {
+    stopIfCanceledBeforeWizard();
     Statement{*this, script[static_cast<long>(m_currentLine)], result}.run();
   }
+  stopIfCanceledBeforeWizard();
   return result;
 }
 
@@ -92,15 +100,9 @@ unsigned long Instructions::gotoLabel(const SString& label) const {
 void Instructions::jumpTo(const SString& label) const {
   const auto index = static_cast<std::uint32_t>(gotoLabel(label));
   if (index <= m_currentLine) {
-    stopIfCanceled();
+    PlatformImpl::throwIfCanceled();
   }
   m_currentLine = index;
-}
-
-void Instructions::stopIfCanceled() {
-  if (PlatformImpl::isCanceled()) {
-    throw Canceled(PlatformImpl::getMessageText(MSG_CANCELED));
-  }
 }
 
 void Instructions::Statement::run() {

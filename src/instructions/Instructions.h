@@ -7,9 +7,9 @@
 // ScriptGrammar says which arguments a command has. Instructions.cpp runs the statements,
 // InstructionsExpressions.cpp evaluates arguments. Errors of the script are
 // InstructionsException; a LauncherException of an operation passes through.
-// A script that loops for ever can be canceled: jumps backwards and long substitutions check the
-// cancel flag and throw LauncherException "Canceled by the user.". Nothing else checks it: after an
-// interrupted wizard the script still runs to its end.
+// When the user has canceled, Canceled is thrown: until a wizard has run, at the next statement;
+// afterwards, so that the lines behind LAUNCH can tidy up, where the script could go on for ever (a
+// jump backwards, a substitution that goes on and on).
 #ifndef CORVANE_INSTRUCTIONS_INSTRUCTIONS_H
 #define CORVANE_INSTRUCTIONS_INSTRUCTIONS_H
 
@@ -51,16 +51,10 @@ class Instructions {
 
  private:
   struct Statement;  // a line being executed: its text, its arguments, the run's result
-  // A cancel by the user. SET adds a line number to every other LauncherException.
-  struct Canceled : LauncherException {
-    using LauncherException::LauncherException;
-  };
-
   const StringDeque& lines() const;
   void jumpTo(const SString& label) const;
   // One pass of evalExpr; true when it replaced a reference. `count` counts them in all passes.
   [[nodiscard]] bool substitute(SString& text, std::string_view prefix, std::uint32_t& count) const;
-  static void stopIfCanceled();
 
   const TagFile& m_tagFile;
   mutable std::uint32_t m_currentLine = 0;     // from 0; also read by throwException

@@ -38,7 +38,7 @@ bool Instructions::substitute(SString& text, std::string_view prefix, std::uint3
       throwException(SString(prefix) + kInvalidSpecification);
     }
     if (++count > kUnwatchedSubstitutions) {
-      stopIfCanceled();
+      PlatformImpl::throwIfCanceled();
     }
     const auto [kind, begin, end] = reference;
     if (kind == Reference::kDoubled) {

@@ -1,6 +1,9 @@
 // JVMFile, verification: a candidate is accepted when the verify class, run in it, prints the
 // property values that the jvm file demands.
 #include "jvm/JVMFile.h"
+
+#include <chrono>
+
 #include "jvm/JVMMatch.h"
 #include "jvm/VerifyClass.h"
 #include "launcher/Log.h"
@@ -8,6 +11,7 @@
 #include "platform/PlatformImpl.h"
 #include "platform/ShellWords.h"
 #include "platform/SubStatusWrapper.h"
+#include "platform/TrialLimits.h"
 #include "tagfile/Quotes.h"
 #include "tagfile/TagFile.h"
 #include "tagfile/TagNames.h"
@@ -43,6 +47,21 @@ bool skipToMagicLine(const SString& output, std::size_t& position, SString& line
     }
   }
   return false;
+}
+
+// False, and told in the log, for a candidate that had to be ended or could not be started.
+bool hasAnswered(const ProcessResult& trial, const SString& home) {
+  if (trial.isTimedOut) {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(kTrialLimits.duration);
+    logMessage("The JVM at " + home + " was ended, as it had not finished after " +
+                   convertToString(static_cast<std::int32_t>(seconds.count())) + " seconds.",
+               LOG_WARNING);
+    return false;
+  }
+  if (!trial.startError.empty()) {
+    logMessage(trial.startError, LOG_WARNING);
+  }
+  return true;
 }
 
 bool matchesRequirement(const SString& line, const SString& expected) {
@@ -98,8 +117,10 @@ bool JVMFile::performVerify(const SString& home, const VerifyClass& verifyClass)
   m_tagFile.setTagValue(tagname::kJVMHome, home);
   StringPairPtrDeque properties;
   LaunchScript script(buildVerifyCommand(home, verifyClass, properties), true);
-  (void)script.execute(*this, nullptr, false);
-  const bool isAccepted = verifyJVMOutput(script.getStdOut(), properties);
+  const ProcessResult& trial = script.tryOut(*this);
+  PlatformImpl::throwIfCanceled();
+  const bool isAccepted =
+      hasAnswered(trial, home) && verifyJVMOutput(trial.output.beginning(), properties);
   PlatformImpl::advanceUIProgress(kStepsForRun);
   return isAccepted;
 }

@@ -47,8 +47,11 @@ class Launcher : public LauncherFacts {
   // --- The run (LauncherRun, LauncherCmdLine, LauncherActions) ---
 
   // Runs the launcher at `launcherPath` (absolute) with the arguments after argv[0]. Returns the
-  // status for the exit code; -1 after a LauncherException, which is shown and logged.
+  // status for the exit code; -1 after a LauncherException, which is shown and logged. So is
+  // Canceled: then the status is that of the wizard that ran meanwhile, or of the signal.
   [[nodiscard]] static std::int32_t process(StringDeque& args, const SString& launcherPath);
+  // After `process`: true when the process is to end by the signal that canceled the run.
+  [[nodiscard]] static bool endsByCancel();
   // Applies the options from left to right and, unless one of them said otherwise, loads the
   // embedded files and runs the instruction script.
   [[nodiscard]] static std::int32_t processCmdLine(const StringDeque& args);
@@ -128,6 +131,7 @@ class Launcher : public LauncherFacts {
   static void reportNoJVM();
   static void printSearchResult();
 
+  static std::int32_t statusOfCanceledRun();
   static std::int32_t runWizard(TagFile& jvmFile, std::int16_t uiSeconds);
   static SString buildHandOverCommand(const SString& embeddedLauncher);
 };

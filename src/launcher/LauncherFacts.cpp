@@ -109,3 +109,7 @@ void LauncherFacts::setLongVariable(std::int32_t number, std::int32_t value) {
   requireVariable(isValidLongVariable(number), kInvalidNumericVariable, number);
   g_launcher.m_numericVariables[number - 1] = value;
 }
+
+bool LauncherFacts::hasWizardRun() {
+  return g_launcher.m_wizardHasRun;
+}

@@ -41,6 +41,8 @@ class LauncherFacts {
   static SString& getPrependClasspath();
   static SString& getAppendClasspath();
   static SString& getErrOutput();
+  // True once a wizard has run to its end.
+  static bool hasWizardRun();
 };
 
 #endif

@@ -69,7 +69,10 @@ void Launcher::findJVM(bool showProgress, bool showFailMsg) {
   getInputFiles().getJVMFiles().search(matches);
   if (JVMMatch* match = matches.at(0)) {
     recordMatch(*match);
-  } else if (showFailMsg && !PlatformImpl::isCanceled()) {
+    return;
+  }
+  PlatformImpl::throwIfCanceled();
+  if (showFailMsg) {
     reportNoJVM();
   }
 }
@@ -97,7 +100,11 @@ void Launcher::reportNoJVM() {
 void Launcher::search(bool showProgress, bool showFailMsg) {
   try {
     findJVM(showProgress, showFailMsg);
+    PlatformImpl::throwIfCanceled();
     printSearchResult();
+  } catch (const Canceled&) {
+    printNumber(0);
+    throw;
   } catch (const LauncherException&) {
     printNumber(0);
   } catch (...) {
@@ -123,7 +130,11 @@ void Launcher::searchAll(bool showProgress, bool showFailMsg) {
     showSearching(showProgress);
     JVMMatchPtrDeque matches;
     getInputFiles().getJVMFiles().searchAll(matches, false);
+    PlatformImpl::throwIfCanceled();
     printMatches(matches);
+  } catch (const Canceled&) {
+    printNumber(0);
+    throw;
   } catch (const LauncherException& e) {
     const SString text = PlatformImpl::getMessageText(MSG_SEARCH_ALL_FAILED) + e.getMessage();
     logMessage(text, LOG_ERROR);
@@ -165,6 +176,7 @@ void Launcher::verifyJVM(bool showProgress, bool showFailMsg, TagFile& jvmFile,
   JVMFile candidate(jvmFile);
   const auto match =
       javaHome.empty() ? candidate.verify(verifyClass) : candidate.verify(javaHome, verifyClass);
+  PlatformImpl::throwIfCanceled();
   if (match != nullptr) {
     const SString home = jvmFile.getTagValue(tagname::kJVMHome, 0);
     setLongVariable(resultvariable::kFlag, 1);
@@ -181,6 +193,11 @@ void Launcher::verifyJVM(bool showProgress, bool showFailMsg, TagFile& jvmFile,
 void Launcher::verifyJVM(bool showProgress, bool showFailMsg, const SString& jvmFileName,
                          const SString& javaHome) {
   TagFile jvmFile(jvmFileName);
-  verifyJVM(showProgress, showFailMsg, jvmFile, javaHome);
+  try {
+    verifyJVM(showProgress, showFailMsg, jvmFile, javaHome);
+  } catch (const Canceled&) {
+    printNumber(0);
+    throw;
+  }
   printNumber(getLongVariable(resultvariable::kFlag));
 }

@@ -6,6 +6,7 @@
 #include "launcher/Launcher.h"
 #include "launcher/ScriptVariables.h"
 #include "platform/PlatformImpl.h"
+#include "platform/ProcessRequest.h"
 #include "tagfile/TagFile.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -48,12 +49,14 @@ void runInstaller(const FileIndexEntry& installer, const SString& destination) {
     PlatformImpl::addFileToCleanupList(path);
   }
   installer.extract(destination);
-  SString output;
-  SString errors;
-  (void)PlatformImpl::executeProcess(quoteForShell(path), destination, false, true, true, &output,
-                                     &errors, false);
+  ProcessRequest request;
+  request.command = quoteForShell(path);
+  request.workingDir = destination;
+  request.captures = true;
+  (void)PlatformImpl::executeProcess(request);
   PlatformImpl::deleteFile(path);
   PlatformImpl::removeFileFromCleanupList(path);
+  PlatformImpl::throwIfCanceled();
 }
 
 SString jvmFileIn(const SString& destination) {
@@ -98,10 +101,12 @@ void Launcher::installJVM(InstallJVMOption option) {
   setStringVariable(resultvariable::kInstalledJVMFile, jvmPath);
 }
 
-void Launcher::installJVM(bool showProgress, bool, const SString& installerCommand,
-                          const SString& destination) {
-  (void)PlatformImpl::executeProcess(installerCommand, destination, showProgress, false, true,
-                                     nullptr, nullptr, false);
+void Launcher::installJVM(bool, bool, const SString& installerCommand, const SString& destination) {
+  ProcessRequest request;
+  request.command = installerCommand;
+  request.workingDir = destination;
+  (void)PlatformImpl::executeProcess(request);
+  PlatformImpl::throwIfCanceled();
   const SString jvmPath = jvmFileIn(destination);
   recordHome(jvmPath, destination, false);
   std::printf("%s\n", jvmPath.c_str());

@@ -95,6 +95,10 @@ std::int32_t Launcher::runWizard(TagFile& jvmFile, std::int16_t uiSeconds) {
   PlatformImpl::hideUI(uiSeconds);
   const std::int32_t result =
       script.execute(jvm, &g_launcher.m_passThroughArgs, g_launcher.m_showJavaConsole);
+  g_launcher.m_wizardHasRun = true;
+  if (PlatformImpl::isCanceled()) {
+    g_launcher.m_canceledWizard = result;
+  }
   g_launcher.m_stdOutput = script.getStdOut();
   g_launcher.m_errOutput = script.getStdErr();
   return result;
@@ -123,8 +127,7 @@ void Launcher::executeEmbeddedLauncher(std::int32_t position) {
     // This program ends here without another chance to clean up; the copy removes itself.
     PlatformImpl::removeDirFromCleanupList(directory);
     PlatformImpl::cleanup();
-    (void)PlatformImpl::executeProcess(buildHandOverCommand(path), directory, true, false, false,
-                                       nullptr, nullptr, true);
+    PlatformImpl::replaceProcess(buildHandOverCommand(path));
     PlatformImpl::addFileToCleanupList(directory);
   }
 }

@@ -4,6 +4,15 @@
 #include "platform/PlatformImpl.h"
 #include "util/LauncherException.h"
 
+namespace {
+
+void report(const LauncherException& problem) {
+  PlatformImpl::showUIMessage(problem.getMessage());
+  Launcher::logMessage(problem.getMessage(), LOG_ERROR);
+}
+
+}  // namespace
+
 Launcher::~Launcher() {
   try {
     PlatformImpl::cleanup();
@@ -20,9 +29,26 @@ std::int32_t Launcher::process(StringDeque& args, const SString& launcherPath) {
       g_launcher.m_args.push_back(args[i]);
     }
     return processCmdLine(args);
+  } catch (const Canceled& e) {
+    report(e);
+    return statusOfCanceledRun();
   } catch (const LauncherException& e) {
-    PlatformImpl::showUIMessage(e.getMessage());
-    logMessage(e.getMessage(), LOG_ERROR);
+    report(e);
     return -1;
   }
+}
+
+// What becomes of a run that started nothing more. A wizard that ran when the user canceled knew of
+// it, and its status tells what it made of that. Else the signal ends us, too, so that a loop in a
+// shell stops.
+std::int32_t Launcher::statusOfCanceledRun() {
+  if (g_launcher.m_canceledWizard) {
+    return *g_launcher.m_canceledWizard;
+  }
+  g_launcher.m_endsByCancel = true;
+  return PlatformImpl::getCancelStatus();
+}
+
+bool Launcher::endsByCancel() {
+  return g_launcher.m_endsByCancel;
 }

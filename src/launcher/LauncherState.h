@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "launcher/ScriptVariables.h"
 #include "util/SString.h"
@@ -32,8 +33,12 @@ struct LauncherState {
   SString m_appendClasspath;                             // "-cp:a"
   SString m_applicationArchive;                          // getApplicationArchive
   std::int32_t m_launcherPurpose = -1;                   // not read yet; getLauncherPurpose
-  SString m_stdOutput;                                   // launch and ilaunch
-  SString m_errOutput;                                   // launch and ilaunch
+  bool m_wizardHasRun = false;                           // launch and ilaunch
+  // The status of the wizard that ran when the user canceled.
+  std::optional<std::int32_t> m_canceledWizard;  // launch and ilaunch
+  bool m_endsByCancel = false;                   // process
+  SString m_stdOutput;                           // launch and ilaunch
+  SString m_errOutput;                           // launch and ilaunch
   // Null until getInputFiles makes it. Nobody shares it: a shared_ptr, unlike a unique_ptr, can
   // be destroyed where the type is incomplete.
   std::shared_ptr<LauncherInputFiles> m_inputFiles;

@@ -60,7 +60,11 @@ int main(int argc, char** argv) {
     args.push_back(argv[i]);
   }
   try {
-    return runLauncher(args, makeAbsolute(argc > 0 ? argv[0] : ""));
+    const int status = runLauncher(args, makeAbsolute(argc > 0 ? argv[0] : ""));
+    if (Launcher::endsByCancel()) {
+      PlatformImpl::endByCancelingSignal();
+    }
+    return status;
   } catch (...) {
     // Out of memory, or a bug of ours: end abnormally. The destructor of Launcher has cleaned up.
     std::abort();

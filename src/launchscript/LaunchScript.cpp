@@ -88,43 +88,54 @@ SString LaunchScript::resolve(const JVMFile& jvm) const {
 }
 
 int LaunchScript::execute(const JVMFile& jvm, const StringDeque* extraArgs, bool forceConsole) {
-  m_standardOutput.clear();
-  m_standardError.clear();
-  SString command = resolve(jvm);
+  m_lastRun = {};
+  ProcessRequest request = makeRequest(jvm);
   for (long i = 0; extraArgs != nullptr && i < extraArgs->size(); ++i) {
-    command += " " + argumentForShell(extraArgs->at(i));
+    request.command += " " + argumentForShell(extraArgs->at(i));
   }
-  const SString directory = m_autoSetWorkingDir ? launcherDirectory() : SString();
-  logMessage("Executing launch script command: " + command +
-                 (directory.empty() ? SString(" in current working directory")
-                                    : " in working directory " + directory),
-             LOG_INFO);
-  return run(jvm, command, directory, m_displayConsole || forceConsole);
+  request.captures = m_captureOutput && !m_displayConsole && !forceConsole;
+  run(jvm, request);
+  return m_lastRun.status;
 }
 
-int LaunchScript::run(const JVMFile& jvm, const SString& command, const SString& directory,
-                      bool console) {
-  const bool capture = m_captureOutput && !console;
-  int exitCode = 0;
+const ProcessResult& LaunchScript::tryOut(const JVMFile& jvm) {
+  m_lastRun = {};
+  ProcessRequest request = makeRequest(jvm);
+  request.captures = true;
+  request.isTrial = true;
+  run(jvm, request);
+  return m_lastRun;
+}
+
+ProcessRequest LaunchScript::makeRequest(const JVMFile& jvm) const {
+  ProcessRequest request;
+  request.command = resolve(jvm);
+  request.workingDir = m_autoSetWorkingDir ? launcherDirectory() : SString();
+  return request;
+}
+
+void LaunchScript::run(const JVMFile& jvm, const ProcessRequest& request) {
+  logMessage("Executing launch script command: " + request.command +
+                 (request.workingDir.empty() ? SString(" in current working directory")
+                                             : " in working directory " + request.workingDir),
+             LOG_INFO);
   {
     const JavaHomeScope javaHome(jvm.getTagFile().getTagValue(tagname::kJVMHome, 0));
     setEnvironmentForWizard(jvm.getTagFile());
     PlatformImpl::preJavaLaunch();
-    exitCode = PlatformImpl::executeProcess(command, directory, console, capture, true,
-                                            &m_standardOutput, &m_standardError, false);
+    m_lastRun = PlatformImpl::executeProcess(request);
   }
-  if (capture) {
+  if (request.captures) {
     logOutput();
   }
-  return exitCode;
 }
 
 void LaunchScript::logOutput() const {
   logMessage("Output from the launch script execution", LOG_INFO);
   logMessage("StdOut:", LOG_INFO);
-  logMessage(m_standardOutput, LOG_INFO);
+  logMessage(getStdOut(), LOG_INFO);
   logMessage("ErrOut:", LOG_INFO);
-  logMessage(m_standardError, LOG_INFO);
+  logMessage(getStdErr(), LOG_INFO);
 }
 
 void LaunchScript::throwException(const SString& command, const char* message) const {

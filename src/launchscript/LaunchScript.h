@@ -10,6 +10,7 @@
 #define CORVANE_LAUNCHSCRIPT_LAUNCHSCRIPT_H
 
 #include "launchscript/MacroHandler.h"
+#include "platform/ProcessRequest.h"
 #include "tagfile/TagFile.h"
 #include "util/SString.h"
 #include "util/StringDeque.h"
@@ -32,10 +33,12 @@ class LaunchScript : public MacroHandler {
   // Resolves and runs the command with `extraArgs` (may be null) behind it, each in double quotes,
   // and returns its exit code. JAVA_HOME names the JVM during the run.
   [[nodiscard]] int execute(const JVMFile& jvm, const StringDeque* extraArgs, bool forceConsole);
+  // Resolves and runs the command as a trial of the JVM (ProcessRequest::isTrial), output captured.
+  [[nodiscard]] const ProcessResult& tryOut(const JVMFile& jvm);
 
   // Output of the last run; empty when it was not captured.
-  SString getStdOut() const { return m_standardOutput; }
-  SString getStdErr() const { return m_standardError; }
+  SString getStdOut() const { return m_lastRun.output.text(); }
+  SString getStdErr() const { return m_lastRun.errors.text(); }
   SString getDesc() const { return m_description; }
 
   SString processMacro(const MacroText& text, char delimiter, std::size_t start,
@@ -61,8 +64,8 @@ class LaunchScript : public MacroHandler {
   SString makeSystemProp(const JVMFile& jvm, const SString& name, const SString& value) const;
 
  private:
-  [[nodiscard]] int run(const JVMFile& jvm, const SString& command, const SString& directory,
-                        bool console);
+  ProcessRequest makeRequest(const JVMFile& jvm) const;
+  void run(const JVMFile& jvm, const ProcessRequest& request);
   void logOutput() const;
   std::size_t readCall(const MacroText& text, std::size_t position, StringDeque& args) const;
   SString tagValue(const char* key) const;  // of the current jvm file
@@ -79,8 +82,7 @@ class LaunchScript : public MacroHandler {
   bool m_captureOutput;
   bool m_displayConsole = false;
   bool m_autoSetWorkingDir = true;
-  SString m_standardOutput;
-  SString m_standardError;
+  ProcessResult m_lastRun;
   mutable const JVMFile* m_currentJVMFile = nullptr;  // during `resolve` only; not owned
   mutable bool m_isResolvingArchive = false;          // guards against an ARCHIVE that calls CP
   const FileIndex* m_embeddedFiles = nullptr;  // null: their jar files are left out; not owned

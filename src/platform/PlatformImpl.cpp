@@ -84,7 +84,7 @@ SString PlatformImpl::wideToMultiByte(const wchar_t* text) {
 }
 
 bool PlatformImpl::isCanceled() {
-  return g_cleanup.m_canceled != 0;
+  return g_signals.m_canceledBy != 0;
 }
 
 SString PlatformImpl::makeAbsolute(const SString& path) {

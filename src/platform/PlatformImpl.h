@@ -15,9 +15,6 @@
 #ifndef CORVANE_PLATFORM_PLATFORMIMPL_H
 #define CORVANE_PLATFORM_PLATFORMIMPL_H
 
-#include <sys/types.h>
-
-#include <csignal>
 #include <cstdint>
 
 #include "platform/ConsoleTexts.h"
@@ -25,6 +22,8 @@
 #include "util/StringDeque.h"
 
 class FileFindListener;
+struct ProcessRequest;
+struct ProcessResult;
 
 class PlatformImpl {
  public:
@@ -32,13 +31,18 @@ class PlatformImpl {
 
   // To be called first in main: makes sure that the descriptors 0 to 2 are open, that children can
   // be waited for, that a closed pipe or a limit to the size of files does not end us, and that
-  // INT, TERM and HUP (unless they were inherited as ignored) raise the cancel flag. A second such
-  // signal ends the program at once.
+  // INT, TERM, HUP and QUIT (unless they were inherited as ignored) cancel the run; QUIT only while
+  // no child runs. A second such signal ends the command that runs.
   static void prepareProcess();
   static bool isCanceled();
-  // Throws LauncherException with the text of MSG_CANCELED when the user has canceled. For loops
-  // that a script could make endless.
+  // Throws Canceled with the text of MSG_CANCELED when the user has canceled.
   static void throwIfCanceled();
+  // The status of a process that signal n ended is this number + n, as a shell puts it.
+  static constexpr int kSignalStatus = 128;
+  // Of a canceled run: the status of a process that ended by the signal that canceled it, and that
+  // end. All output is flushed first. Returns only where the system does not permit it (process 1).
+  static int getCancelStatus();
+  static void endByCancelingSignal();
 
   // --- Console (PlatformConsole) ---
 
@@ -62,22 +66,16 @@ class PlatformImpl {
 
   // --- Child processes (PlatformProcess) ---
 
-  // Runs `command` through /bin/sh in `workingDir` (empty: the current directory) and returns its
-  // exit code (the wait status shifted right by 8 bits). With `capture` both output streams are
-  // collected and appended to `stdOut` and `stdErr` (either may be null: read and discarded);
-  // they are the child's own only when `redirectInChild` is set. `consoleFlag` has no effect.
-  // With `replaceProcess` this process becomes the command, split by CmdLine and looked for on
-  // PATH, without a shell and in the current directory; returns 0 when that fails.
-  // Throws LauncherException, each text followed by the system's: "Error setting working
-  // directory: DIR ", "Couldn't create either stdout or stderr pipe: ", "Error forking new
-  // process: ", "Error waiting for child process: " (not with `capture`).
-  [[nodiscard]] static int executeProcess(const SString& command, const SString& workingDir,
-                                          bool consoleFlag, bool capture, bool redirectInChild,
-                                          SString* stdOut, SString* stdErr, bool replaceProcess);
-  // One read of at most 4096 bytes from a non-blocking descriptor; what came is appended to `out`
-  // up to its first zero byte, unless `out` is null, and advances the progress by 1. Returns what
-  // read(2) returned: -1 nothing there now, 0 end of file.
-  [[nodiscard]] static int readFromFile(int fd, SString* out);
+  // Runs a command through /bin/sh and waits for it (ProcessRequest.h). Throws Canceled instead
+  // when the user has canceled, and LauncherException, each text followed by the system's: "Error
+  // setting working directory: DIR ", "Couldn't create either stdout or stderr pipe: ", "Error
+  // forking new process: ", "Error waiting for child process: " (not when it captures) and, unless
+  // it is a trial, "Error starting /bin/sh: " and "Error capturing stdout or stderr in new process:
+  // ".
+  [[nodiscard]] static ProcessResult executeProcess(const ProcessRequest& request);
+  // This process becomes the command, split by CmdLine and looked for on PATH, without a shell and
+  // in the current directory. Returns only when that fails. Throws Canceled as above.
+  static void replaceProcess(const SString& command);
   // Called just before the Java process starts; nothing to do on this platform.
   static void preJavaLaunch() {}
 
@@ -136,11 +134,6 @@ class PlatformImpl {
   // In the charset of the user's locale; the text ends at the first character that it lacks. `text`
   // is zero-terminated.
   static SString wideToMultiByte(const wchar_t* text);
-
- private:
-  class Child;  // a running child process (PlatformProcess.cpp)
-
-  static void handleSignal(int signal, siginfo_t* info, void* context);
 };
 
 #endif

@@ -1,26 +1,29 @@
-// The launcher's start as a process, and its signals. INT, TERM and HUP cancel the run; the child
-// hears of those that were meant for the launcher alone.
+// The launcher's start as a process, and its signals. INT, TERM, HUP and QUIT cancel the run. The
+// handler only notes what came; ChildProcess acts on it while a child runs.
 #include "platform/PlatformSignals.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/select.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <cstdio>
 #include <ctime>
 
 #include "platform/CleanupState.h"
 #include "platform/PlatformImpl.h"
 #include "util/LauncherException.h"
 
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
+
 namespace {
 
-// The first three cancel the run.
-constexpr int kSignals[SignalHold::kSignalCount] = {SIGINT,  SIGTERM, SIGHUP,
-                                                    SIGPIPE, SIGXFSZ, SIGCHLD};
-constexpr int kCancelingCount = 3;
+constexpr auto& kSignals = SignalState::kSignals;
 
 void openStandardDescriptors() {
   for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
@@ -40,11 +43,11 @@ void setHandler(int signal, void (*handler)(int), int flags = 0) {
 }
 
 void addCancelingSignals(sigset_t& set) {
-  std::for_each(kSignals, kSignals + kCancelingCount, [&](int signal) { sigaddset(&set, signal); });
+  std::for_each(kSignals, kSignals + SignalState::kCancelingCount,
+                [&](int signal) { sigaddset(&set, signal); });
 }
 
-// True for what another process sent with kill(2) and its like. The terminal's signals come from
-// the kernel, and to the whole group: the child has had them already.
+// True for what another process sent with kill(2) and its like.
 bool isSentByProcess(const siginfo_t& info) {
 #ifdef SI_TKILL
   if (info.si_code == SI_TKILL) {
@@ -54,9 +57,17 @@ bool isSentByProcess(const siginfo_t& info) {
   return info.si_code == SI_USER || info.si_code == SI_QUEUE;
 }
 
+// The terminal's signals come from the system, and to the whole group, with one exception: when it
+// is closed, only the leader of its session hears of it.
+bool isSentToUsAlone(int signal, const siginfo_t& info) {
+  return isSentByProcess(info) || (signal == SIGHUP && getsid(0) == getpid());
+}
+
 // One wish can arrive twice: timeout(1) and its like send a signal to their child and, in the next
-// moment, to its whole group. Without this the second would end us before the clean-up.
+// moment, to its whole group. A shell whose terminal is closed sends HUP to its jobs; then it ends,
+// and the system sends HUP to the job in the foreground.
 constexpr std::int64_t kEchoNanoseconds = 20'000'000;
+constexpr std::int64_t kHangUpNanoseconds = 200'000'000;
 
 std::int64_t monotonicNanoseconds() {
   timespec now = {};
@@ -64,66 +75,73 @@ std::int64_t monotonicNanoseconds() {
   return static_cast<std::int64_t>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
 }
 
-// True when the same process sent the same signal a moment ago. Else the signal is what later ones
-// are compared with.
+// True when the same signal came a moment ago for the same reason. Else later ones are compared
+// with this one.
 bool isEcho(int signal, const siginfo_t& info) {
-  if (!isSentByProcess(info)) {
-    return false;
+  const pid_t sender = isSentByProcess(info) ? info.si_pid : 0;
+  const std::int64_t now = monotonicNanoseconds();
+  const std::int64_t age = now - g_signals.m_wishedAt;
+  if (signal == g_signals.m_wishedSignal) {
+    if (signal == SIGHUP
+            ? age < kHangUpNanoseconds
+            : sender != 0 && sender == g_signals.m_wishedBy && age < kEchoNanoseconds) {
+      return true;
+    }
   }
-  const CancelWish wish = {signal, info.si_pid, monotonicNanoseconds()};
-  if (wish.signal == g_cleanup.m_lastWish.signal && wish.sender == g_cleanup.m_lastWish.sender &&
-      wish.time - g_cleanup.m_lastWish.time < kEchoNanoseconds) {
-    return true;
-  }
-  g_cleanup.m_lastWish = wish;
+  g_signals.m_wishedSignal = signal;
+  g_signals.m_wishedBy = sender;
+  g_signals.m_wishedAt = now;
   return false;
 }
 
-char* appendText(char* end, const char* text) {
-  while (*text != '\0') {
-    *end++ = *text++;
-  }
-  *end = '\0';
-  return end;
-}
-
-char* appendNumber(char* end, pid_t number) {
-  if (number >= 10) {
-    end = appendNumber(end, number / 10);
-  }
-  const char digit[] = {static_cast<char>('0' + number % 10), '\0'};
-  return appendText(end, digit);
-}
-
-// `list`: process numbers, each with a blank behind it.
-void sendToEach(const char* list, ssize_t size, int signal) {
-  pid_t process = 0;
-  for (ssize_t i = 0; i < size; ++i) {
-    if (list[i] >= '0' && list[i] <= '9') {
-      process = process * 10 + (list[i] - '0');
-    } else if (process > 0) {
-      kill(process, signal);
-      process = 0;
-    }
+void noteUnheard(int signal, Unheard unheard) {
+  const int* position = std::find(kSignals, kSignals + SignalState::kCancelingCount, signal);
+  volatile Unheard& note = g_signals.m_unheard[position - kSignals];
+  if (note != Unheard::ToUsAlone) {
+    note = unheard;
   }
 }
 
-// Ends the process as if the signal had never been handled, so that our parent learns of it.
-void endBySignal(int signal) {
-  setHandler(signal, SIG_DFL);
-  raise(signal);
-  sigset_t set;
-  sigemptyset(&set);
-  sigaddset(&set, signal);
-  sigprocmask(SIG_UNBLOCK, &set, nullptr);
+void noteSignal(int signal, const siginfo_t& info) {
+  if (isEcho(signal, info)) {
+    return;
+  }
+  noteUnheard(signal, isSentToUsAlone(signal, info) ? Unheard::ToUsAlone : Unheard::ToOurGroup);
+  if (signal == SIGQUIT && g_signals.m_childRuns != 0) {
+    return;  // a JVM answers it by printing its threads
+  }
+  if (g_signals.m_canceledBy == 0) {
+    g_signals.m_canceledBy = signal;
+  } else {
+    g_signals.m_isUrgent = 1;
+  }
+}
+
+void handleSignal(int signal, siginfo_t* info, void*) {
+  const int savedErrno = errno;
+  noteSignal(signal, *info);
+  errno = savedErrno;
 }
 
 // Only there so that the end of a child interrupts a wait.
 void noteChildEnd(int) {}
 
+// Null for a time that never comes.
+const timespec* timeUntil(Clock::time_point until, timespec& buffer) {
+  if (until == kNever) {
+    return nullptr;
+  }
+  const auto left = std::max(until - Clock::now(), Clock::duration::zero());
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
+  buffer.tv_sec = static_cast<time_t>(seconds.count());
+  buffer.tv_nsec = static_cast<long>(
+      std::chrono::duration_cast<std::chrono::nanoseconds>(left - seconds).count());
+  return &buffer;
+}
+
 #ifdef __APPLE__
 // No ppoll there: the same wait by pselect, for descriptor numbers below FD_SETSIZE.
-int waitWithMask(pollfd* entries, nfds_t count, const sigset_t* mask) {
+int waitWithMask(pollfd* entries, nfds_t count, const timespec* time, const sigset_t* mask) {
   fd_set readable;
   FD_ZERO(&readable);
   int highest = -1;
@@ -131,39 +149,27 @@ int waitWithMask(pollfd* entries, nfds_t count, const sigset_t* mask) {
     FD_SET(entries[i].fd, &readable);
     highest = std::max(highest, entries[i].fd);
   }
-  const int result = pselect(highest + 1, &readable, nullptr, nullptr, nullptr, mask);
-  for (nfds_t i = 0; i < count; ++i) {
-    entries[i].revents = result > 0 && FD_ISSET(entries[i].fd, &readable) ? POLLIN : 0;
-  }
-  return result;
+  return pselect(highest + 1, &readable, nullptr, nullptr, time, mask);
 }
 #else
-int waitWithMask(pollfd* entries, nfds_t count, const sigset_t* mask) {
-  return ppoll(entries, count, nullptr, mask);
+int waitWithMask(pollfd* entries, nfds_t count, const timespec* time, const sigset_t* mask) {
+  return ppoll(entries, count, time, mask);
 }
 #endif
 
-}  // namespace
-
-// The shell comes first, so that it starts nothing behind our back. Uses nothing that a signal
-// handler may not.
-bool signalCommand(pid_t shell, int commandSignal, int shellSignal) {
-  kill(shell, shellSignal);
-  char path[64];
-  char* end = appendNumber(appendText(path, "/proc/"), shell);
-  end = appendNumber(appendText(end, "/task/"), shell);
-  appendText(end, "/children");
-  const int list = open(path, O_RDONLY | O_CLOEXEC);
-  if (list != -1) {
-    char children[512];
-    sendToEach(children, read(list, children, sizeof children), commandSignal);
-    close(list);
-  }
-  return list != -1;
+// No core dump is left behind by a run that the user ended.
+void forbidCoreDump() {
+  const rlimit none = {0, 0};
+  setrlimit(RLIMIT_CORE, &none);
+#ifdef PR_SET_DUMPABLE
+  prctl(PR_SET_DUMPABLE, 0UL, 0UL, 0UL, 0UL);
+#endif
 }
 
+}  // namespace
+
 SignalHold::SignalHold() {
-  for (int i = 0; i < kSignalCount; ++i) {
+  for (int i = 0; i < SignalState::kSignalCount; ++i) {
     sigaction(kSignals[i], nullptr, &m_actions[i]);
   }
   setHandler(SIGCHLD, noteChildEnd, SA_RESTART);
@@ -178,44 +184,43 @@ SignalHold::SignalHold() {
 }
 
 SignalHold::~SignalHold() {
-  for (int i = 0; i < kSignalCount; ++i) {
+  for (int i = 0; i < SignalState::kSignalCount; ++i) {
     sigaction(kSignals[i], &m_actions[i], nullptr);
   }
   sigprocmask(SIG_SETMASK, &m_mask, nullptr);
 }
 
 void SignalHold::giveBack() const {
-  for (int i = 0; i < kSignalCount; ++i) {
-    sigaction(kSignals[i], g_cleanup.m_isPrepared ? &g_cleanup.m_inherited[i] : &m_actions[i],
+  for (int i = 0; i < SignalState::kSignalCount; ++i) {
+    sigaction(kSignals[i], g_signals.m_isPrepared ? &g_signals.m_inherited[i] : &m_actions[i],
               nullptr);
   }
   sigprocmask(SIG_SETMASK, &m_mask, nullptr);
 }
 
-void SignalHold::waitForInput(pollfd* entries, nfds_t count) const {
-  if (waitWithMask(entries, count, &m_waitMask) > 0) {
+void SignalHold::waitForInput(pollfd* entries, nfds_t count, Clock::time_point until) const {
+  timespec buffer;
+  if (waitWithMask(entries, count, timeUntil(until, buffer), &m_waitMask) > 0) {
     // Input was there at once, so nothing was delivered: without endless output could shut out a
     // signal for ever.
     sigprocmask(SIG_SETMASK, &m_waitMask, nullptr);
     sigprocmask(SIG_SETMASK, &m_heldMask, nullptr);
-    return;
   }
-  std::for_each(entries, entries + count, [](pollfd& entry) { entry.revents = 0; });
 }
 
 void PlatformImpl::prepareProcess() {
   openStandardDescriptors();
-  for (int i = 0; i < SignalHold::kSignalCount; ++i) {
-    sigaction(kSignals[i], nullptr, &g_cleanup.m_inherited[i]);
+  for (int i = 0; i < SignalState::kSignalCount; ++i) {
+    sigaction(kSignals[i], nullptr, &g_signals.m_inherited[i]);
   }
-  g_cleanup.m_isPrepared = true;
+  g_signals.m_isPrepared = true;
   struct sigaction canceling = {};
   canceling.sa_sigaction = handleSignal;
   canceling.sa_flags = SA_SIGINFO;
   sigemptyset(&canceling.sa_mask);
   addCancelingSignals(canceling.sa_mask);
-  for (int i = 0; i < kCancelingCount; ++i) {
-    if (g_cleanup.m_inherited[i].sa_handler != SIG_IGN) {
+  for (int i = 0; i < SignalState::kCancelingCount; ++i) {
+    if (g_signals.m_inherited[i].sa_handler != SIG_IGN) {
       sigaction(kSignals[i], &canceling, nullptr);
     }
   }
@@ -224,23 +229,20 @@ void PlatformImpl::prepareProcess() {
   setHandler(SIGCHLD, SIG_DFL);  // inherited as ignored, it would leave no child to wait for
 }
 
-void PlatformImpl::handleSignal(int signal, siginfo_t* info, void*) {
-  const int savedErrno = errno;
-  if (isEcho(signal, *info)) {
-    return;
-  }
-  if (g_cleanup.m_child != 0 && isSentByProcess(*info)) {
-    signalCommand(g_cleanup.m_child, signal, signal);
-  }
-  if (g_cleanup.m_canceled != 0) {
-    endBySignal(signal);
-  }
-  g_cleanup.m_canceled = 1;
-  errno = savedErrno;
-}
-
 void PlatformImpl::throwIfCanceled() {
   if (isCanceled()) {
-    throw LauncherException(getMessageText(MSG_CANCELED));
+    throw Canceled(getMessageText(MSG_CANCELED));
   }
+}
+
+int PlatformImpl::getCancelStatus() {
+  return kSignalStatus + g_signals.m_canceledBy;
+}
+
+void PlatformImpl::endByCancelingSignal() {
+  const int signal = g_signals.m_canceledBy;
+  std::fflush(nullptr);
+  forbidCoreDump();
+  setHandler(signal, SIG_DFL);
+  raise(signal);
 }

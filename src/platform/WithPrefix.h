@@ -6,10 +6,13 @@
 #include "util/LauncherException.h"
 
 // Rethrows a LauncherException of `step` with the text of `failed` directly before its own.
+// Canceled passes as it is.
 template <class Step>
 void withPrefix(MessageIdentifier failed, Step step) {
   try {
     step();
+  } catch (const Canceled&) {
+    throw;
   } catch (const LauncherException& e) {
     throw LauncherException::prefixed(PlatformImpl::getMessageText(failed), e);
   }

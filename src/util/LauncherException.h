@@ -26,4 +26,10 @@ class LauncherException : public std::exception {
   SString m_message;
 };
 
+// The user's end of the run: no step's words belong in front, and nothing more is started.
+class Canceled : public LauncherException {
+ public:
+  using LauncherException::LauncherException;
+};
+
 #endif

@@ -183,24 +183,23 @@ TEST_F(ConsoleRun, ASignalEndsThePrompt) {
   ASSERT_TRUE(waitUntilAsleep(pid));
   kill(pid, SIGINT);
   const Result result = finish(pid);
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ(kPreparing + std::string(kQuestion) + "\n", result.out);
+  EXPECT_EQ(-SIGINT, result.status);
+  EXPECT_EQ(kPreparing + std::string(kQuestion) + "Canceled by the user.\n", result.out);
 }
 
-TEST_F(ConsoleRun, WhoHasCanceledIsNotWaitedFor) {
+TEST_F(ConsoleRun, WhoHasCanceledTheWizardIsNotWaitedFor) {
   setMuteStdin();
-  embedSetup("exit 6");
-  test::writeScript(dir("jvms/java17/bin/java"),
-                    "#!/bin/sh\n: >\"$RECORD\"\nwhile :; do /bin/sleep 0.05; done\n");
+  embedSetup(": >\"$RECORD\"; trap 'exit 6' INT; while :; do /bin/sleep 0.05; done");
   setEnv("PATH", dir("none"));  // no further candidate
   forgetFiles(FILE_TYPE_INSTRUCTIONS);
   embedInstaller();
-  embedInstructions({"FIND_JVM 0 1", "INSTALL_JVM 2", "JMP0 @N1@ none", "ILAUNCH 99 0", ":none"});
+  embedInstructions({"FIND_JVM 0 1", "LAUNCH @S2@ 0", "INSTALL_JVM 2", "JMP0 @N1@ none",
+                     "ILAUNCH 99 0", ":none"});
   const pid_t pid = start({"-cv:tempdir", tempDir()});
   ASSERT_TRUE(waitForFile(dir("record.txt")));
   kill(pid, SIGINT);
   const Result result = finish(pid);
-  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(6, result.status);
   EXPECT_EQ("Sample\n" + std::string(kPreparing) + kQuestion + "\n", result.out);
 }
 

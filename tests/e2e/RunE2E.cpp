@@ -376,7 +376,7 @@ TEST_F(Run, AScriptThatLoopsForEverCanBeStopped) {
     usleep(50000);
     kill(pid, SIGINT);
     const Result result = finish(pid);
-    EXPECT_EQ(255, result.status);
+    EXPECT_EQ(-SIGINT, result.status);
     EXPECT_EQ("Canceled by the user.\n", result.out);
   }
 }

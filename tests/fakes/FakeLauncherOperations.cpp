@@ -1,6 +1,7 @@
 #include "fakes/FakeLauncherOperations.h"
 
 #include "launcher/Launcher.h"
+#include "launcher/LauncherState.h"
 
 std::vector<std::string> FakeLauncherOperations::m_calls;
 std::vector<std::int32_t> FakeLauncherOperations::m_results;
@@ -9,6 +10,7 @@ bool FakeLauncherOperations::m_recording = true;
 
 void FakeLauncherOperations::reset() {
   m_calls.clear();
+  g_launcher.m_wizardHasRun = false;
   m_results.clear();
   m_hook = nullptr;
   m_recording = true;
@@ -61,11 +63,13 @@ void Launcher::installJVM(InstallJVMOption option) {
 
 std::int32_t Launcher::launch(const SString& jvmFileName, std::int16_t uiSeconds) {
   record("launch [" + std::string(jvmFileName.view()) + "]", uiSeconds);
+  g_launcher.m_wizardHasRun = true;
   return FakeLauncherOperations::nextResult();
 }
 
 std::int32_t Launcher::ilaunch(std::int32_t fileId, std::int16_t uiSeconds) {
   record("ilaunch", fileId, uiSeconds);
+  g_launcher.m_wizardHasRun = true;
   return FakeLauncherOperations::nextResult();
 }
 

@@ -54,7 +54,7 @@ bool forbidProcesses() {
 
 bool forbidWaiting() {
 #ifdef SYS_wait4
-  return forbidCall(SYS_wait4, ECHILD);
+  return forbidCall(SYS_wait4, ECHILD) && forbidCall(SYS_waitid, ECHILD);
 #else
   return false;
 #endif

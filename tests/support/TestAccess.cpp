@@ -79,7 +79,7 @@ void LauncherTestAccess::resetState() {
 }
 
 void PlatformTestAccess::setCanceled(bool canceled) {
-  g_cleanup.m_canceled = canceled ? 1 : 0;
+  g_signals.m_canceledBy = canceled ? SIGINT : 0;
 }
 
 bool PlatformTestAccess::isSilent() {

@@ -354,6 +354,7 @@ class EndlessScripts : public testing::Test {
   void TearDown() override { PlatformTestAccess::setCanceled(false); }
   // The user cancels during the `n`th operation.
   void cancelAt(std::size_t n) {
+    PlatformTestAccess::setCanceled(false);
     FakeLauncherOperations::setHook(
         [n] { PlatformTestAccess::setCanceled(FakeLauncherOperations::calls().size() >= n); });
   }
@@ -368,6 +369,7 @@ class EndlessScripts : public testing::Test {
 
 const char* const kCanceled = "LauncherException: Canceled by the user.";
 
+// Each behind a wizard that has run, so that the statement alone looks at the cancel.
 const ScriptRow kEndlessRows[] = {
     {.name = "GOTO", .lines = {"// x", ":a", "INITIALIZE_UI", "GOTO a"}, .outcome = kCanceled},
     {.name = "GOTO the line before",
@@ -395,10 +397,28 @@ TEST_F(EndlessScripts, EndWhenTheUserCancels) {
   for (const ScriptRow& row : kEndlessRows) {
     FakeLauncherOperations::reset();
     const bool isLoop = row.lines[0] == "// x";
-    cancelAt(isLoop ? 3 : 1);
-    EXPECT_EQ(row.outcome, execute(row.lines)) << row.name;
-    EXPECT_EQ(isLoop ? 3U : 1U, FakeLauncherOperations::calls().size()) << row.name;
+    Lines lines = row.lines;
+    lines.insert(lines.begin() + 1, "LAUNCH wizard 0");
+    cancelAt(isLoop ? 4 : 2);
+    EXPECT_EQ(row.outcome, execute(lines)) << row.name;
+    EXPECT_EQ(isLoop ? 4U : 2U, FakeLauncherOperations::calls().size()) << row.name;
   }
+}
+
+// Before a wizard has run no statement follows a cancel, whatever it would do.
+TEST_F(EndlessScripts, NoStatementFollowsACancel) {
+  for (const char* next : {"SET S1 = x", "// x", ":x", "FIND_JVM 0 0", "NONSENSE", "GOTO no"}) {
+    SCOPED_TRACE(next);
+    FakeLauncherOperations::reset();
+    cancelAt(1);
+    EXPECT_EQ(kCanceled, execute({"INITIALIZE_UI", next}));
+    EXPECT_EQ(1U, FakeLauncherOperations::calls().size());
+    EXPECT_EQ("", test::describeVariables());
+  }
+  FakeLauncherOperations::reset();
+  cancelAt(1);
+  EXPECT_EQ(kCanceled, execute({"INITIALIZE_UI"}));
+  EXPECT_EQ(kCanceled, execute({}));
 }
 
 TEST_F(EndlessScripts, AScriptThatEndsByItselfIsNotCanceled) {

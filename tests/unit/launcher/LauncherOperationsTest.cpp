@@ -218,7 +218,8 @@ const Row kFinds[] = {
            Launcher::findJVM(false, true);
          },
      .variables = "0||",
-     .log = kFinding},
+     .log = kFinding,
+     .error = "Canceled by the user."},
     {.name = "no temporary folder",
      .files = {kHinted, kVerifyJar},
      .hint = "GOOD",

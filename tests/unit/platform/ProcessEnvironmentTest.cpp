@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/PlatformImpl.h"
+#include "support/Commands.h"
 #include "support/OwnProcess.h"
 #include "support/Restrictions.h"
 #include "support/TestFiles.h"
@@ -41,14 +42,13 @@ const DirectoryRow kDirectoryRows[] = {
 };
 
 std::string runIn(const char* command, const char* workingDir) {
-  SString output;
+  ProcessRequest request = test::requestOf(command, true);
+  request.workingDir = workingDir;
   try {
-    (void)PlatformImpl::executeProcess(command, workingDir, true, true, true, &output, nullptr,
-                                       false);
+    return PlatformImpl::executeProcess(request).output.text().c_str();
   } catch (const LauncherException& problem) {
     return problem.what();
   }
-  return output.c_str();
 }
 
 std::string currentDirectory() {
@@ -118,12 +118,11 @@ TEST(ProcessEnvironmentTest, TheChildHasTheStandardDescriptorsOnly) {
     EXPECT_EQ("0 1 2 ", outputOf([captures] {
                 PlatformImpl::setSilent(true);
                 test::closeAllDescriptorsButStandardOnes();
-                SString output;
-                (void)PlatformImpl::executeProcess(
+                const ProcessResult result = PlatformImpl::executeProcess(test::requestOf(
                     "for f in 0 1 2 3 4 5 6 7 8 9 10 11 12; do test -e /dev/fd/$f && printf \"$f "
                     "\"; done",
-                    "/", true, captures, true, &output, nullptr, false);
-                std::printf("%s", output.c_str());
+                    captures));
+                std::printf("%s", result.output.text().c_str());
               }));
   }
 }
@@ -148,8 +147,7 @@ TEST(ProcessEnvironmentTest, TheChildReadsOurStandardInput) {
   EXPECT_EQ("<input>", outputOf([&] {
               dup2(ends[0], STDIN_FILENO);
               close(ends[0]);
-              (void)PlatformImpl::executeProcess("read x; printf \"<$x>\"", "", false, false, true,
-                                                 nullptr, nullptr, false);
+              test::runCommand("read x; printf \"<$x>\"");
             }));
   close(ends[0]);
 }
@@ -169,13 +167,13 @@ const ReplaceRow kReplaceRows[] = {
     {"no shell is asked", "printf <%s> $HOME ; *", "before <$HOME><;><*>"},
     {"found on PATH", "stand-in x", "before stand-in: x\n"},
     {"environment stays", "stand-in env", "before stand-in: env set\n"},
-    {"working directory is ignored", "pwd", "before /\n"},
-    {"not found", "no-such-program x", "before 0 after"},
-    {"not found by its path", "/nowhere/program", "before 0 after"},
-    {"a directory", "/tmp", "before 0 after"},
-    {"empty", "", "before 0 after"},
-    {"blanks", " \t", "before 0 after"},
-    {"empty quotes", "\"\"", "before 0 after"},
+    {"in the current directory", "pwd", "before /\n"},
+    {"not found", "no-such-program x", "before after"},
+    {"not found by its path", "/nowhere/program", "before after"},
+    {"a directory", "/tmp", "before after"},
+    {"empty", "", "before after"},
+    {"blanks", " \t", "before after"},
+    {"empty quotes", "\"\"", "before after"},
 };
 
 TEST(ProcessEnvironmentTest, TheProcessBecomesTheProgram) {
@@ -191,10 +189,8 @@ TEST(ProcessEnvironmentTest, TheProcessBecomesTheProgram) {
     SCOPED_TRACE(row.name);
     EXPECT_EQ(row.output, outputOf([&row] {
                 std::printf("before ");
-                SString unused = "";
-                std::printf("%d after",
-                            PlatformImpl::executeProcess(row.command, "/nowhere", true, true, true,
-                                                         &unused, &unused, true));
+                PlatformImpl::replaceProcess(row.command);
+                std::printf("after");
               }));
   }
 }

@@ -12,8 +12,10 @@
 #include <vector>
 
 #include "platform/PlatformImpl.h"
+#include "support/Commands.h"
 #include "support/OwnProcess.h"
 #include "support/Restrictions.h"
+#include "support/TestAccess.h"
 #include "support/TestFiles.h"
 #include "util/LauncherException.h"
 
@@ -55,8 +57,10 @@ const CommandRow kCommandRows[] = {
     {"not executable", "/dev/null 2>/dev/null", 126, "", ""},
     {"syntax error", "sh -c '(' 2>/dev/null", 2, "", ""},
     {"begins with a minus", "-x 2>/dev/null", 127, "", ""},
-    {"shell killed by a signal", "kill -KILL $$", 0, "", ""},
-    {"shell ended by a signal", "echo out; kill -TERM $$", 0, "out\n", ""},
+    {"shell killed by a signal", "kill -KILL $$", 137, "", ""},
+    {"shell ended by a signal", "echo out; trap - TERM; kill -TERM $$", 143, "out\n", ""},
+    {"killed, what it became", "exec sh -c 'kill -KILL $$'", 137, "", ""},
+    {"ended, what it became", "exec sh -c 'echo out; kill -TERM $$'", 143, "out\n", ""},
     {"program below killed", "{ sh -c 'kill -KILL $$'; } 2>/dev/null; exit $?", 137, "", ""},
     {"standard output", "echo out", 0, "out\n", ""},
     {"standard error", "echo err >&2", 0, "", "err\n"},
@@ -95,59 +99,17 @@ TEST(ProcessTest, CapturesWhatACommandWrites) {
   PlatformImpl::setSilent(true);
   for (const CommandRow& row : kCommandRows) {
     SCOPED_TRACE(row.name);
-    SString output;
-    SString errors;
-    EXPECT_EQ(row.code, PlatformImpl::executeProcess(row.command, "", true, true, true, &output,
-                                                     &errors, false));
-    EXPECT_EQ(row.output, output.c_str());
-    EXPECT_EQ(row.errors, errors.c_str());
+    const ProcessResult result = test::runCaptured(row.command);
+    EXPECT_EQ(row.code, result.status);
+    EXPECT_EQ(row.output, result.output.text().c_str());
+    EXPECT_EQ(row.errors, result.errors.text().c_str());
   }
 }
 
 TEST(ProcessTest, ExitCodesAreTheSameWithoutCapture) {
   for (const CommandRow& row : kCommandRows) {
     SCOPED_TRACE(row.name);
-    std::string quiet = std::string("exec >/dev/null 2>&1\n") + row.command;
-    EXPECT_EQ(row.code, PlatformImpl::executeProcess(quiet.c_str(), "", false, false, true, nullptr,
-                                                     nullptr, false));
-  }
-}
-
-struct CollectRow {
-  const char* name;
-  bool collectsOutput;
-  bool collectsErrors;
-  const char* output;
-  const char* errors;
-};
-
-constexpr char kChatty[] = "yes | head -c 200000; yes | head -c 200000 >&2; printf O; printf E >&2";
-
-const CollectRow kCollectRows[] = {
-    {"both", true, true, "before O", "before E"},
-    {"no output wanted", false, true, "before ", "before E"},
-    {"no errors wanted", true, false, "before O", "before "},
-    {"neither wanted", false, false, "before ", "before "},
-};
-
-TEST(ProcessTest, CapturedOutputIsAppendedAndMayBeUnwanted) {
-  PlatformImpl::setSilent(true);
-  for (const CollectRow& row : kCollectRows) {
-    SCOPED_TRACE(row.name);
-    SString output = "before ";
-    SString errors = "before ";
-    const SString shared = output;
-    EXPECT_EQ(0, PlatformImpl::executeProcess(kChatty, "", true, true, true,
-                                              row.collectsOutput ? &output : nullptr,
-                                              row.collectsErrors ? &errors : nullptr, false));
-    for (SString* text : {&output, &errors}) {
-      for (std::size_t at = 0; (at = text->find("y\n")) != SString::npos;) {
-        text->erase(at, text->find_first_not_of("y\n", at) - at);
-      }
-    }
-    EXPECT_EQ(row.output, std::string(output.c_str()));
-    EXPECT_EQ(row.errors, std::string(errors.c_str()));
-    EXPECT_EQ("before ", std::string(shared.c_str()));
+    EXPECT_EQ(row.code, test::runCommand(std::string("exec >/dev/null 2>&1\n") + row.command));
   }
 }
 
@@ -157,8 +119,7 @@ TEST(ProcessTest, WhoStaysBehindWithoutOurOutputIsNotWaitedFor) {
   ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
   const std::string command = "cat '" + fifo + "' >/dev/null 2>&1 & exit 3";
   for (const bool captures : {true, false}) {
-    EXPECT_EQ(3, PlatformImpl::executeProcess(command.c_str(), "", true, captures, true, nullptr,
-                                              nullptr, false));
+    EXPECT_EQ(3, test::runCommand(command, captures));
     close(open(fifo.c_str(), O_WRONLY));
   }
 }
@@ -167,17 +128,14 @@ TEST(ProcessTest, WhoStaysBehindWithoutOurOutputIsNotWaitedFor) {
 
 struct OrderRow {
   const char* name;
-  bool capture;
-  bool redirectInChild;
+  bool captures;
   const char* output;    // through one pipe
   const char* captured;  // standard output, "|", standard error
 };
 
 const OrderRow kOrderRows[] = {
-    {"no capture", false, false, "before child after", "|"},
-    {"no capture though redirected", false, true, "before child after", "|"},
-    {"capture without redirection", true, false, "before child after", "|"},
-    {"captured", true, true, "before after", "child |err"},
+    {"no capture", false, "before child after", "|"},
+    {"captured", true, "before after", "child |err"},
 };
 
 TEST(ProcessTest, OutputComesOnceAndInOrder) {
@@ -189,99 +147,37 @@ TEST(ProcessTest, OutputComesOnceAndInOrder) {
                 PlatformImpl::setSilent(true);
                 dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
                 std::printf("before ");
-                SString output;
-                SString errors;
-                (void)PlatformImpl::executeProcess("printf 'child '; printf err >&2", "", true,
-                                                   row.capture, row.redirectInChild, &output,
-                                                   &errors, false);
+                const ProcessResult result = PlatformImpl::executeProcess(
+                    test::requestOf("printf 'child '; printf err >&2", row.captures));
                 std::printf("after");
-                test::writeFile(log, std::string(output.c_str()) + "|" + errors.c_str());
+                test::writeFile(
+                    log, std::string(result.output.text()) + "|" + result.errors.text().c_str());
               }));
     EXPECT_EQ(row.captured, test::readFile(log));
   }
 }
 
-// The dots that `body` writes; where a row of them ends is the console's affair.
-template <class Body>
-std::string progressOf(Body body) {
-  PlatformImpl::setSilent(false);
-  std::string progress = test::captureStdout(body);
-  std::erase(progress, '\n');
-  return progress;
-}
+// --- Arguments ---
 
-TEST(ProcessTest, ProgressAdvancesOnceForEachChunk) {
-  EXPECT_EQ("", progressOf([] {
-              (void)PlatformImpl::executeProcess("true", "", true, true, true, nullptr, nullptr,
-                                                 false);
-            }));
-  EXPECT_EQ(".", progressOf([] {
-              (void)PlatformImpl::executeProcess("printf x", "", true, true, true, nullptr, nullptr,
-                                                 false);
-            }));
-}
-
-// --- readFromFile ---
-
-struct ReadRow {
-  const char* name;
-  std::string bytes;  // written at once
-  std::vector<int> results;
-  std::string text;
-  const char* progress;
-};
-
-const std::string kChunk(4096, 'a');
-
-const ReadRow kReadRows[] = {
-    {"nothing", "", {-1}, "", ""},
-    {"one byte", "a", {1, -1}, "a", "."},
-    {"one less than a chunk", kChunk.substr(1), {4095, -1}, kChunk.substr(1), "."},
-    {"a chunk", kChunk, {4096, -1}, kChunk, "."},
-    {"one more", kChunk + "b", {4096, 1, -1}, kChunk + "b", ".."},
-    // QUIRK(chunk-ends-at-zero-byte)
-    {"zero byte inside", std::string("ab\0cd", 5), {5, -1}, "ab", "."},
-    {"zero byte first", std::string("\0cd", 3), {3, -1}, "", "."},
-    {"zero byte last", std::string("ab\0", 3), {3, -1}, "ab", "."},
-    {"zero byte alone", std::string("\0", 1), {1, -1}, "", "."},
-    {"the next chunk is heard again", std::string("\0", 1) + kChunk, {4096, 1, -1}, "a", ".."},
-    {"zero byte ends a full chunk",
-     kChunk.substr(1) + std::string("\0b", 2),
-     {4096, 1, -1},
-     kChunk.substr(1) + "b",
-     ".."},
-};
-
-TEST(ProcessTest, ReadFromFileReadsOneChunk) {
-  for (const ReadRow& row : kReadRows) {
-    SCOPED_TRACE(row.name);
-    int ends[2];
-    ASSERT_EQ(0, pipe(ends));
-    ASSERT_EQ(0, fcntl(ends[0], F_SETFL, O_NONBLOCK));
-    const auto size = static_cast<ssize_t>(row.bytes.size());
-    ASSERT_EQ(size, write(ends[1], row.bytes.data(), row.bytes.size()));
-    SString text;
-    const std::string progress = progressOf([&] {
-      for (const int result : row.results) {
-        EXPECT_EQ(result, PlatformImpl::readFromFile(ends[0], &text));
-      }
-      close(ends[1]);
-      EXPECT_EQ(0, PlatformImpl::readFromFile(ends[0], &text));
-    });
-    close(ends[0]);
-    EXPECT_EQ(row.text, text.c_str());
-    EXPECT_EQ(row.progress, progress);
+TEST(ProcessTest, ArgumentsArriveByteForByte) {
+  ProcessRequest request = test::requestOf("printf '<%s>' \"$@\"", true);
+  for (const char* argument : {"a b", "", "$HOME `id` \\", "'\"", "-n", "\xff\n"}) {
+    request.arguments.push_back(argument);
   }
+  EXPECT_EQ("<a b><><$HOME `id` \\><'\"><-n><\xff\n>",
+            std::string(PlatformImpl::executeProcess(request).output.text()));
 }
 
-TEST(ProcessTest, ReadFromFileWithoutTextDiscards) {
-  int ends[2];
-  ASSERT_EQ(0, pipe(ends));
-  ASSERT_EQ(3, write(ends[1], "abc", 3));
-  EXPECT_EQ(".", progressOf([&] { EXPECT_EQ(3, PlatformImpl::readFromFile(ends[0], nullptr)); }));
-  close(ends[0]);
-  close(ends[1]);
-  EXPECT_EQ("", progressOf([&] { EXPECT_EQ(-1, PlatformImpl::readFromFile(ends[0], nullptr)); }));
+// --- A run that was canceled starts nothing ---
+
+TEST(ProcessTest, NothingIsStartedAfterACancel) {
+  const test::TempDir folder;
+  PlatformTestAccess::setCanceled(true);
+  const std::string command = "touch '" + (folder / "started") + "'";
+  EXPECT_THROW(test::runCommand(command), Canceled);
+  EXPECT_THROW(PlatformImpl::replaceProcess(command.c_str()), Canceled);
+  PlatformTestAccess::setCanceled(false);
+  EXPECT_EQ(std::vector<std::string>(), test::listTree(folder.path()));
 }
 
 // --- Failures of the system ---
@@ -309,7 +205,8 @@ const FailureRow kFailureRows[] = {
      "Error forking new process: Resource temporarily unavailable"},
     {"child cannot be waited for", test::forbidWaiting, false,
      "Error waiting for child process: No child processes"},
-    {"child cannot redirect its output", test::forbidRedirection, true, "code 127 "},
+    {"child cannot redirect its output", test::forbidRedirection, true,
+     "Error capturing stdout or stderr in new process: Device or resource busy"},
     {"capture ends without the child's status", test::forbidWaiting, true, "code 0 out\n"},
 };
 
@@ -324,11 +221,10 @@ TEST(ProcessTest, FailuresOfTheSystemAreThrown) {
         std::printf("restriction not possible here");
         return;
       }
-      SString output;
       try {
-        const int code = PlatformImpl::executeProcess(row.capture ? "echo out" : "true", "/", true,
-                                                      row.capture, true, &output, nullptr, false);
-        std::printf("code %d %s", code, output.c_str());
+        const ProcessResult result = PlatformImpl::executeProcess(
+            test::requestOf(row.capture ? "echo out" : "true", row.capture));
+        std::printf("code %d %s", result.status, result.output.text().c_str());
       } catch (const LauncherException& problem) {
         test::limit(RLIMIT_NOFILE, 64);  // the sanitizers need some
         std::printf("%s", problem.what());
@@ -342,13 +238,25 @@ TEST(ProcessTest, FailuresOfTheSystemAreThrown) {
 }
 
 TEST(ProcessTest, CommandsUpToTheSystemsLimit) {
-  for (const auto& [size, wanted] :
-       {std::pair{131051, 5}, {131052, 5}, {131071, 5}, {131072, 127}}) {
+  const std::string tooLong = "Error starting /bin/sh: Argument list too long";
+  for (const auto& [size, wanted] : {std::pair<std::size_t, std::string>{131000, "5"},
+                                     {131041, "5"},
+                                     {131042, "5"},
+                                     {131071, "5"},
+                                     {131072, tooLong},
+                                     {500000, tooLong}}) {
     SCOPED_TRACE(size);
-    SString command("exit 5 #");
-    command.append(static_cast<std::size_t>(size) - command.size(), 'x');
-    EXPECT_EQ(wanted, PlatformImpl::executeProcess(command, "", false, true, true, nullptr, nullptr,
-                                                   false));
+    std::string command("exit 5 #");
+    command.append(size - command.size(), 'x');
+    for (const bool captures : {true, false}) {
+      std::string end;
+      try {
+        end = std::to_string(test::runCommand(command, captures));
+      } catch (const LauncherException& problem) {
+        end = problem.what();
+      }
+      EXPECT_EQ(wanted, end);
+    }
   }
 }
 

@@ -10,6 +10,7 @@
 
 #include "platform/FileNavigator.h"
 #include "platform/PlatformImpl.h"
+#include "support/Commands.h"
 #include "support/OwnProcess.h"
 #include "support/RecordingWalk.h"
 #include "support/Restrictions.h"
@@ -194,9 +195,8 @@ TEST(WalkTest, AChildStartedOnTheWayDoesNotInheritTheDirectory) {
   struct Starter : FileNavigator {
     Starter() : FileNavigator(true, Visited::Forget) {}
     bool processFile(const SString&) override {
-      (void)PlatformImpl::executeProcess(
-          "for f in 0 1 2 3 4 5 6 7 8 9; do test -e /dev/fd/$f && printf \"$f \"; done", "", false,
-          false, true, nullptr, nullptr, false);
+      test::runCommand(
+          "for f in 0 1 2 3 4 5 6 7 8 9; do test -e /dev/fd/$f && printf \"$f \"; done");
       return true;
     }
   };

@@ -1,0 +1,269 @@
+// ChildProcess, from the pipes to the end of an ordinary command. Signals and trials are in
+// ChildProcessSignals.cpp.
+#include "platform/ChildProcess.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+#include "platform/CleanupState.h"
+#include "platform/PlatformImpl.h"
+#include "platform/TrialLimits.h"
+#include "util/LauncherException.h"
+
+namespace {
+
+constexpr char kPipeError[] = "Couldn't create either stdout or stderr pipe: ";
+constexpr char kForkError[] = "Error forking new process: ";
+constexpr char kRedirectError[] = "Error capturing stdout or stderr in new process: ";
+constexpr char kStartError[] = "Error starting /bin/sh: ";
+constexpr char kWaitError[] = "Error waiting for child process: ";
+
+// What the shell answers, too, when it cannot start a program.
+constexpr int kCannotStart = 127;
+
+constexpr std::size_t kKeptAtEachEnd = std::size_t{8} << 20;
+
+LauncherException systemError(const SString& text, int errorNumber) {
+  return LauncherException(text + std::strerror(errorNumber));
+}
+
+// In front of each command. A shell that waits for its command survives HUP, INT and TERM, then
+// starts nothing more and tells how the command ended, which is what our caller wants to know. QUIT
+// is for the command alone. The command itself is not protected. Only where it hears of the signal,
+// too.
+#ifdef __linux__
+constexpr char kSurviveSignals[] = "trap 'exit' 1 2 15; trap : 3; ";
+#else
+constexpr char kSurviveSignals[] = "";
+#endif
+
+// The system takes no longer argument; a command that fills it goes without the words in front.
+constexpr std::size_t kLongestArgument = 128 * 1024 - 1;
+
+SString shellLine(const SString& command) {
+  const bool fits = command.size() + sizeof kSurviveSignals - 1 <= kLongestArgument;
+  return fits ? kSurviveSignals + command : command;
+}
+
+KeptText::Limits limitsFor(const ProcessRequest& request) {
+  return request.isTrial ? KeptText::Limits{kTrialLimits.outputSize, 0}
+                         : KeptText::Limits{kKeptAtEachEnd, kKeptAtEachEnd};
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const ProcessRequest& request) : m_request(request) {
+  m_result.output = KeptText(limitsFor(request));
+  m_result.errors = KeptText(limitsFor(request));
+}
+
+// A child that is still there was left by an exception: nobody will look at its output any more.
+ChildProcess::~ChildProcess() {
+  if (m_child != 0) {
+    endNow();
+    while (waitpid(m_child, nullptr, 0) == -1 && errno == EINTR) {
+    }
+  }
+  g_signals.m_childRuns = 0;
+}
+
+void ChildProcess::start() {
+  PlatformImpl::throwIfCanceled();
+  for (OutputCapture& capture : m_captures) {
+    if (m_request.captures && !capture.open()) {
+      const int error = errno;
+      throw systemError(kPipeError, error);
+    }
+  }
+  (void)m_startFailure.open();  // without it a failure shows as the status alone
+  // Before the fork, since in the child nothing may fail for want of memory.
+  const SString line = shellLine(m_request.command);
+  std::vector<const char*> arguments{"sh", "-c", "--", line.c_str(), "sh"};
+  for (long i = 0; i < m_request.arguments.size(); ++i) {
+    arguments.push_back(m_request.arguments[i].c_str());
+  }
+  arguments.push_back(nullptr);
+  fork(arguments.data());
+  m_startFailure.beginReading();
+  for (OutputCapture& capture : m_captures) {
+    capture.beginReading();
+  }
+}
+
+void ChildProcess::fork(const char* const* arguments) {
+  const pid_t child = ::fork();
+  if (child == -1) {
+    const int error = errno;
+    throw systemError(kForkError, error);
+  }
+  if (child == 0) {
+    becomeShell(arguments);
+  }
+  m_child = child;
+  m_startedAt = Clock::now();
+  std::fill(std::begin(g_signals.m_unheard), std::end(g_signals.m_unheard), Unheard::None);
+  g_signals.m_childRuns = 1;
+  if (m_request.isTrial) {
+    setpgid(child, child);  // here as well, since either may come first
+    m_date = m_startedAt + kTrialLimits.duration;
+  }
+}
+
+// In the child.
+void ChildProcess::becomeShell(const char* const* arguments) const {
+  m_signals.giveBack();
+  if (m_request.isTrial) {
+    setpgid(0, 0);
+  }
+  if (!prepareDescriptors()) {
+    failToStart(true);
+  }
+  execv("/bin/sh", const_cast<char* const*>(arguments));
+  failToStart(false);
+}
+
+// In the child: nothing is to be read from standard input. In a jail without /dev/null that is a
+// pipe at its end.
+bool ChildProcess::readNothing() {
+  const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  if (null != -1) {
+    return dup2(null, STDIN_FILENO) != -1;
+  }
+  Pipe empty;
+  return empty.open() && dup2(empty.readEnd(), STDIN_FILENO) != -1;
+}
+
+bool ChildProcess::prepareDescriptors() const {
+  if (m_request.isTrial && !readNothing()) {
+    return false;
+  }
+  return !m_request.captures ||
+         (m_captures[0].redirect(STDOUT_FILENO) && m_captures[1].redirect(STDERR_FILENO));
+}
+
+void ChildProcess::failToStart(bool atRedirection) const {
+  const StartFailure failure = {atRedirection, errno};
+  static_cast<void>(write(m_startFailure.writeEnd(), &failure, sizeof failure) == 0);
+  _exit(kCannotStart);
+}
+
+ProcessResult ChildProcess::wait() {
+  while (!isOver()) {
+    waitForNews();
+    readOutputs();
+    heedSignals();
+    keepTrialInTime();
+  }
+  readOutputs();
+  finish();
+  return std::move(m_result);
+}
+
+// Who the command left behind may hold its output open; a user who cancels need not wait for those.
+bool ChildProcess::isOver() {
+  noteEnd();
+  return m_hasEnded && (!hasOpenOutput() || PlatformImpl::isCanceled());
+}
+
+// Looks for what has ended: the command, and who lost its parent and became our own child. A trial
+// is only looked at: its number must stay its group's until that has been ended.
+void ChildProcess::noteEnd() {
+  siginfo_t info = {};
+  while (!m_hasEnded) {
+    info.si_pid = 0;
+    if (waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) == -1) {
+      const int error = errno;
+      loseChild(error);
+    }
+    if (info.si_pid == 0) {
+      return;
+    }
+    if (info.si_pid == m_child) {
+      noteStatus(info.si_code, info.si_status);
+    }
+    if (info.si_pid != m_child || !m_request.isTrial) {
+      waitpid(info.si_pid, nullptr, 0);
+    }
+  }
+}
+
+void ChildProcess::noteStatus(int code, int status) {
+  m_result.status = code == CLD_EXITED ? status : PlatformImpl::kSignalStatus + status;
+  if (m_result.status == 0 && hasMissedCommand()) {
+    m_result.status = PlatformImpl::getCancelStatus();
+  }
+  m_hasEnded = true;
+  g_signals.m_childRuns = 0;
+  if (m_request.isTrial) {
+    m_date = std::min(m_date, Clock::now() + kTrialLimits.forStragglers);
+  } else {
+    m_child = 0;
+  }
+}
+
+void ChildProcess::loseChild(int error) {
+  m_hasEnded = true;
+  g_signals.m_childRuns = 0;
+  m_child = 0;
+  if (!m_request.captures) {
+    throw systemError(kWaitError, error);
+  }
+}
+
+void ChildProcess::waitForNews() const {
+  pollfd entries[2];
+  nfds_t count = 0;
+  for (const OutputCapture& capture : m_captures) {
+    if (capture.isOpen()) {
+      entries[count++] = {capture.readEnd(), POLLIN, 0};
+    }
+  }
+  m_signals.waitForInput(entries, count, nextDate());
+}
+
+void ChildProcess::readOutputs() {
+  m_captures[0].readSome(m_result.output);
+  m_captures[1].readSome(m_result.errors);
+  for (OutputCapture& capture : m_captures) {
+    capture.countDrops(Clock::now());
+  }
+}
+
+void ChildProcess::finish() {
+  for (OutputCapture& capture : m_captures) {
+    capture.countRest();
+  }
+  if (m_child != 0) {
+    if (m_ending != Ending::NotYet || hasOpenOutput()) {
+      endNow();  // also those of a trial's group that outlive it
+    }
+    waitpid(m_child, nullptr, WNOHANG);
+    m_child = 0;
+  }
+  while (waitpid(-1, nullptr, WNOHANG) > 0) {
+  }
+  checkStart();
+}
+
+// Tells what hindered the shell; a trial's caller has words of its own for that.
+void ChildProcess::checkStart() {
+  StartFailure failure = {};
+  const int end = m_startFailure.readEnd();
+  if (end == -1 || read(end, &failure, sizeof failure) != sizeof failure) {
+    return;
+  }
+  const LauncherException problem =
+      systemError(failure.atRedirection ? kRedirectError : kStartError, failure.error);
+  if (!m_request.isTrial) {
+    throw problem;
+  }
+  m_result.startError = problem.getMessage();
+}

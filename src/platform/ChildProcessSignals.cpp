@@ -1,0 +1,126 @@
+// ChildProcess: the signals that came while a command runs, and the limits of a trial.
+#include <algorithm>
+#include <csignal>
+#include <iterator>
+#include <vector>
+
+#include "platform/ChildProcess.h"
+#include "platform/CleanupState.h"
+#include "platform/PlatformImpl.h"
+#include "platform/TrialLimits.h"
+
+namespace {
+
+// So long a shell without a command of its own counts as about to start it.
+constexpr milliseconds kStartUp{1'000};
+// So long a command may have been too young for a signal that its shell has had.
+constexpr milliseconds kNewcomer{20};
+constexpr milliseconds kBetweenLooks{5};
+
+}  // namespace
+
+Clock::time_point ChildProcess::nextDate() const {
+  const bool hasNews =
+      !m_hasEnded && std::any_of(std::begin(g_signals.m_unheard), std::end(g_signals.m_unheard),
+                                 [](Unheard unheard) { return unheard != Unheard::None; });
+  return std::min({m_captures[0].dueAt(), m_captures[1].dueAt(), m_date,
+                   hasNews ? Clock::now() + kBetweenLooks : kNever});
+}
+
+void ChildProcess::heedSignals() {
+  if (m_hasEnded) {
+    return;
+  }
+  if (g_signals.m_isUrgent != 0 && m_ending != Ending::Killed) {
+    endNow();
+    return;
+  }
+  for (int i = 0; i < SignalState::kCancelingCount; ++i) {
+    if (g_signals.m_unheard[i] != Unheard::None) {
+      passOn(SignalState::kSignals[i], g_signals.m_unheard[i]);
+    }
+  }
+}
+
+// A shell that has had a signal before its command was there starts that all the same, and the
+// signal would be lost.
+bool ChildProcess::isStartingUp() const {
+  return Clock::now() < m_startedAt + kStartUp && CommandTree::isStillOurShell(m_child) &&
+         CommandTree::childrenOf(m_child).empty();
+}
+
+void ChildProcess::passOn(int signal, volatile Unheard& unheard) const {
+  const bool isStarting = !m_request.isTrial && isStartingUp();
+  if (unheard == Unheard::ToOurGroup && (isStarting || Clock::now() < m_startedAt + kNewcomer)) {
+    unheard = Unheard::ToNewcomers;
+  }
+  if (isStarting) {
+    return;
+  }
+  const Unheard whom = unheard;
+  unheard = Unheard::None;
+  if (!m_request.isTrial && whom != Unheard::ToOurGroup) {
+    tell(signal, whom == Unheard::ToUsAlone || !CommandTree::isStillOurShell(m_child));
+  }
+}
+
+// True when our shell ended before a signal's time came to be told to its command: it had the
+// signal, and left without a command to tell of.
+bool ChildProcess::hasMissedCommand() const {
+  const bool isNew = Clock::now() < m_startedAt + kNewcomer;
+  return std::any_of(
+      std::begin(g_signals.m_unheard), std::end(g_signals.m_unheard), [isNew](Unheard unheard) {
+        return unheard == Unheard::ToNewcomers || (isNew && unheard == Unheard::ToOurGroup);
+      });
+}
+
+// The shell waits for its command and passes nothing on, so that both are told, the shell first: it
+// then starts nothing behind our back. Where it dies of that, its list is gone.
+void ChildProcess::tell(int signal, bool alsoShell) const {
+  std::vector<pid_t> commands = CommandTree::childrenOf(m_child);
+  if (alsoShell) {
+    kill(m_child, signal);
+    for (const pid_t newcomer : CommandTree::childrenOf(m_child)) {
+      if (std::find(commands.begin(), commands.end(), newcomer) == commands.end()) {
+        commands.push_back(newcomer);
+      }
+    }
+  }
+  for (const pid_t command : commands) {
+    kill(command, signal);
+  }
+}
+
+void ChildProcess::keepTrialInTime() {
+  if (!m_request.isTrial) {
+    return;
+  }
+  const bool isDue = Clock::now() >= m_date;
+  if (m_ending == Ending::NotYet && !m_hasEnded && (isDue || PlatformImpl::isCanceled())) {
+    m_result.isTimedOut = !PlatformImpl::isCanceled();
+    m_ending = Ending::Asked;
+    m_date = Clock::now() + kTrialLimits.untilKilled;
+    kill(-m_child, SIGTERM);
+    kill(-m_child, SIGCONT);
+  } else if (isDue) {
+    endNow();
+  }
+}
+
+// Ends the command and what it started. Of a trial that has ended by itself only who holds its
+// output still is left to be ended: those of its group. What even KILL does not end is waited for
+// no longer.
+void ChildProcess::endNow() {
+  const bool endedByItself = m_hasEnded && m_ending == Ending::NotYet;
+  if (!endedByItself) {
+    m_tree.end(m_child);
+  }
+  if (m_request.isTrial) {
+    kill(-m_child, SIGKILL);
+    m_captures[0].close();
+    m_captures[1].close();
+    m_hasEnded = m_hasEnded || m_ending == Ending::Killed;
+    m_date = Clock::now() + kTrialLimits.untilKilled;
+  }
+  m_ending = Ending::Killed;
+}

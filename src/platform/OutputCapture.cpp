@@ -1,0 +1,69 @@
+#include "platform/OutputCapture.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+
+#include "platform/PlatformImpl.h"
+
+namespace {
+
+constexpr std::size_t kChunkSize = 4096;
+// What is read from one stream before the other has its turn: as much as a pipe holds.
+constexpr std::size_t kBytesPerTurn = 16 * kChunkSize;
+constexpr milliseconds kDropsTogether{10};
+
+}  // namespace
+
+bool OutputCapture::redirect(int fd) const {
+  return dup2(m_pipe.writeEnd(), fd) != -1;
+}
+
+void OutputCapture::readSome(KeptText& text) {
+  char chunk[kChunkSize];
+  for (std::size_t done = 0; done < kBytesPerTurn && isOpen();) {
+    const ssize_t result = read(readEnd(), chunk, kChunkSize - m_collected);
+    if (result == -1 && errno == EINTR) {
+      continue;
+    }
+    if (result == -1 && errno == EAGAIN) {
+      return;
+    }
+    if (result <= 0) {
+      close();
+      countRest();
+      return;
+    }
+    const auto count = static_cast<std::size_t>(result);
+    // QUIRK(chunk-ends-at-zero-byte): the rest of a read behind a zero byte is dropped, as of any C
+    // text; output is compared and logged as text, where no zero byte may stand.
+    text.append(std::string_view(chunk, strnlen(chunk, count)));
+    if (m_collected == 0) {
+      m_collectedSince = Clock::now();
+    }
+    m_collected += count;
+    done += count;
+    if (m_collected == kChunkSize) {
+      countRest();
+    }
+  }
+}
+
+void OutputCapture::countDrops(Clock::time_point now) {
+  if (dueAt() <= now) {
+    countRest();
+  }
+}
+
+void OutputCapture::countRest() {
+  if (m_collected > 0) {
+    m_collected = 0;
+    PlatformImpl::advanceUIProgress(1);
+  }
+}
+
+Clock::time_point OutputCapture::dueAt() const {
+  return m_collected == 0 ? kNever : m_collectedSince + kDropsTogether;
+}
