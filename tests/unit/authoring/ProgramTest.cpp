@@ -219,6 +219,9 @@ TEST_F(NoRoom, TheDiskIsFull) {
 
 // What is installed needs nothing of the build's folder.
 TEST_F(ProgramTest, FindsTheInstalledStub) {
+  if (access(CORVANE_BUILD_DIR, W_OK) != 0) {
+    GTEST_SKIP() << "cmake lists what it installs in the build's folder, which is not ours";
+  }
   ASSERT_EQ(
       0, runShell("'" CORVANE_CMAKE "' --install '" CORVANE_BUILD_DIR "' --prefix prefix").status);
   const Result packed =
