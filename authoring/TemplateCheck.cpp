@@ -33,7 +33,7 @@ std::string wantedCount(const FunctionGrammar& function) {
 }
 
 // The arguments that a call puts into the command, where they are read again.
-SString resultOf(Function function, const StringDeque& args) {
+CommandText resultOf(Function function, const CommandTexts& args) {
   switch (function) {
     case Function::kReplace:
       return args[2];
@@ -42,9 +42,9 @@ SString resultOf(Function function, const StringDeque& args) {
     case Function::kIfExists:
       return args[1];
     case Function::kCP: {
-      SString entries;
-      for (long i = 0; i < args.size(); ++i) {
-        entries += args[i];
+      CommandText entries;
+      for (const CommandText& entry : args) {
+        entries += entry;
       }
       return entries;
     }
@@ -58,15 +58,15 @@ class TemplateCheck : public MacroHandler {
   TemplateCheck(const std::string& label, std::vector<std::string>& findings)
       : m_label(label), m_findings(findings) {}
 
-  SString processMacro(const MacroText& text, char /*delimiter*/, std::size_t start,
-                       std::size_t& end) const override {
-    const SString name = text.rest().substr(start + 1, end - start - 1);
+  CommandText processMacro(const MacroText& text, char /*delimiter*/, std::size_t start,
+                           std::size_t& end) const override {
+    const SString name = text.rest().bytes().substr(start + 1, end - start - 1);
     const FunctionGrammar* const function = findFunction(name);
     if (function == nullptr) {
       reportUnknown(name.view());
       return {};
     }
-    StringDeque args;
+    CommandTexts args;
     FunctionArguments reader(text.rest(), end + 1);
     if (!reader.tryRead(args)) {
       report(std::string(function->name) +
@@ -74,7 +74,7 @@ class TemplateCheck : public MacroHandler {
       throw Lost();
     }
     end = reader.position() - 1;
-    checkCount(*function, args.size());
+    checkCount(*function, static_cast<long>(args.size()));
     return resultOf(function->function, args);
   }
 

@@ -32,9 +32,9 @@ class JVMFile : public MacroHandler {
 
   using MacroHandler::resolve;
   // `text` with every @TAG@ replaced by the tag's first value; an unknown tag disappears.
-  SString resolve(const SString& text) const { return resolve(text, kTagMark); }
-  SString processMacro(const MacroText& text, char delimiter, std::size_t start,
-                       std::size_t& end) const override;
+  CommandText resolve(const CommandText& text) const { return resolve(text, kTagMark); }
+  CommandText processMacro(const MacroText& text, char delimiter, std::size_t start,
+                           std::size_t& end) const override;
 
   // Verification. `verifyClass` is that of JVMFiles::writeVerifyJar. A match is returned as a new
   // object that refers to the tag file; null means refused. A LauncherException of the run passes
@@ -59,6 +59,7 @@ class JVMFile : public MacroHandler {
 
  private:
   SString tagValue(const char* tag, long index = 0) const;
+  [[nodiscard]] bool isFoundPath(const SString& tag) const;
   [[nodiscard]] bool hasProperties() const;  // logs the warning when it has none
   [[nodiscard]] bool beginHintSearch(const char* strategy) const;
   [[nodiscard]] std::unique_ptr<JVMMatch> verifyPlatformHint(const SString& hint,
@@ -67,9 +68,9 @@ class JVMFile : public MacroHandler {
                                                              const VerifyClass& verifyClass);
   [[nodiscard]] std::unique_ptr<JVMMatch> verifyRelativeHint(const SString& hint,
                                                              const VerifyClass& verifyClass);
-  SString buildVerifyCommand(const SString& home, const VerifyClass& verifyClass,
-                             StringPairPtrDeque& properties) const;
-  void addProperties(SString& command, StringPairPtrDeque& properties) const;
+  CommandText buildVerifyCommand(const SString& home, const VerifyClass& verifyClass,
+                                 StringPairPtrDeque& properties) const;
+  void addProperties(CommandText& command, StringPairPtrDeque& properties) const;
 
   TagFile& m_tagFile;
 };

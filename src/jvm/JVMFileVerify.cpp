@@ -9,10 +9,8 @@
 #include "launcher/Log.h"
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
-#include "platform/ShellWords.h"
 #include "platform/SubStatusWrapper.h"
 #include "platform/TrialLimits.h"
-#include "tagfile/Quotes.h"
 #include "tagfile/TagFile.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
@@ -29,9 +27,9 @@ SString macro(const char* tag) {
 }
 
 // The argument of the class-path function. A path in quotes becomes a string that keeps them.
-SString quoteClasspath(const SString& classpath) {
-  if (classpath.startsWith("\"") && classpath.endsWith("\"")) {
-    return inQuotes(inQuotes(classpath));
+CommandText quoteClasspath(const CommandText& classpath) {
+  if (classpath.shape().startsWith("\"") && classpath.shape().endsWith("\"")) {
+    return "\"\"" + classpath + "\"\"";
   }
   return classpath;
 }
@@ -114,7 +112,7 @@ std::unique_ptr<JVMMatch> JVMFile::verify(const SString& home, const VerifyClass
 }
 
 bool JVMFile::performVerify(const SString& home, const VerifyClass& verifyClass) {
-  m_tagFile.setTagValue(tagname::kJVMHome, home);
+  m_tagFile.setOwnValue(tagname::kJVMHome, home);
   StringPairPtrDeque properties;
   LaunchScript script(buildVerifyCommand(home, verifyClass, properties), true);
   const ProcessResult& trial = script.tryOut(*this);
@@ -125,11 +123,11 @@ bool JVMFile::performVerify(const SString& home, const VerifyClass& verifyClass)
   return isAccepted;
 }
 
-SString JVMFile::buildVerifyCommand(const SString& home, const VerifyClass& verifyClass,
-                                    StringPairPtrDeque& properties) const {
-  // QUIRK(home-is-template-text): a "%", an "@" or two "#" in a home begin a macro.
-  const char* separator = home.endsWith(kPathSeparator) ? "" : kPathSeparator;
-  SString command = fileNameForShell(home + separator + macro(tagname::kJVMExe)) + " %CP%(";
+CommandText JVMFile::buildVerifyCommand(const SString& home, const VerifyClass& verifyClass,
+                                        StringPairPtrDeque& properties) const {
+  const char* const separator = home.endsWith(kPathSeparator) ? "" : kPathSeparator;
+  CommandText command = "\"" + CommandText::inserted(home + separator);
+  command += macro(tagname::kJVMExe) + "\" %CP%(";
   command += quoteClasspath(verifyClass.classpath);
   command += ")  " + macro(tagname::kReqJavaArgs) + " ";
   command += verifyClass.name;
@@ -138,7 +136,7 @@ SString JVMFile::buildVerifyCommand(const SString& home, const VerifyClass& veri
 }
 
 // Adds the names to the command and the expected values, for later, to `properties`.
-void JVMFile::addProperties(SString& command, StringPairPtrDeque& properties) const {
+void JVMFile::addProperties(CommandText& command, StringPairPtrDeque& properties) const {
   const long count = m_tagFile.getTagValueCount(tagname::kJVMProperties);
   for (long i = 0; i < count; ++i) {
     const SString line = tagValue(tagname::kJVMProperties, i);
@@ -152,7 +150,7 @@ void JVMFile::addProperties(SString& command, StringPairPtrDeque& properties) co
     auto property = std::make_unique<StringPair>();
     property->key = trimmed(line.substr(0, equalSign));
     property->value = trimmed(line.substr(equalSign + 1));
-    command += ' ';
+    command += " ";
     command += property->key;
     properties.push_back(std::move(property));
   }

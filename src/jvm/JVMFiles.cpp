@@ -10,7 +10,6 @@
 #include "launcher/LauncherFacts.h"
 #include "launcher/Log.h"
 #include "platform/PlatformImpl.h"
-#include "platform/ShellWords.h"
 #include "platform/SubStatusWrapper.h"
 #include "platform/Trust.h"
 #include "tagfile/TextUtils.h"
@@ -189,7 +188,7 @@ const VerifyClass& JVMFiles::writeVerifyJar() {
     path = jar.extract(PlatformImpl::createTempSubDirectory());
   });
   if (!path.empty()) {
-    m_verifyClass = {fileNameForShell(path), "\"Verify\""};
+    m_verifyClass = {CommandText::insertedInQuotes(path), "\"Verify\""};
   }
   return m_verifyClass;
 }

@@ -4,11 +4,11 @@
 #ifndef CORVANE_JVM_VERIFYCLASS_H
 #define CORVANE_JVM_VERIFYCLASS_H
 
-#include "util/SString.h"
+#include "launchscript/CommandText.h"
 
 struct VerifyClass {
-  SString classpath;
-  SString name;
+  CommandText classpath;
+  CommandText name;
 
   bool empty() const { return classpath.empty() && name.empty(); }
 };

@@ -11,7 +11,6 @@
 #include "launcher/LauncherState.h"
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
-#include "platform/ShellWords.h"
 #include "platform/WriteError.h"
 #include "tagfile/Paths.h"
 #include "tagfile/Quotes.h"
@@ -34,7 +33,7 @@ TagFile* tagFileOfJVM(const FileIndexEntry* entry) {
 
 // Blanks would split the program's path; only then it needs quotes.
 SString asProgram(const SString& path) {
-  return path.find_first_of(kBlanks) == SString::npos ? path : fileNameForShell(path);
+  return path.find_first_of(kBlanks) == SString::npos ? path : inQuotes(path);
 }
 
 // Copies what can be read. Returns 0, or the errno of the last write that failed; the copy goes on
@@ -108,7 +107,7 @@ std::int32_t Launcher::runWizard(TagFile& jvmFile, std::int16_t uiSeconds) {
 // are not escaped.
 SString Launcher::buildHandOverCommand(const SString& embeddedLauncher) {
   SString command =
-      asProgram(embeddedLauncher) + " -cv:orig " + fileNameForShell(g_launcher.m_launcherFileName);
+      asProgram(embeddedLauncher) + " -cv:orig " + inQuotes(g_launcher.m_launcherFileName);
   for (long i = 0; i < g_launcher.m_args.size(); ++i) {
     command += " " + inQuotes(g_launcher.m_args[i]);
   }

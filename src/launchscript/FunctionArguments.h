@@ -5,20 +5,20 @@
 
 #include <cstddef>
 
+#include "launchscript/CommandText.h"
 #include "util/SString.h"
-#include "util/StringDeque.h"
 
 // A small state machine over the tokens of `text`, which must outlive it.
 class FunctionArguments {
  public:
-  FunctionArguments(const SString& text, std::size_t position)
+  FunctionArguments(const CommandText& text, std::size_t position)
       : m_text(text), m_position(position) {}
 
   // Adds the arguments to `args`. False when a token is not the expected one. LauncherException of
   // a quoted string without its closing quote passes through.
-  [[nodiscard]] bool read(StringDeque& args);
+  [[nodiscard]] bool read(CommandTexts& args);
   // The same, with any error as false.
-  [[nodiscard]] bool tryRead(StringDeque& args);
+  [[nodiscard]] bool tryRead(CommandTexts& args);
 
   // One past the last token read; npos behind a string that ends the text.
   std::size_t position() const { return m_position; }
@@ -32,7 +32,9 @@ class FunctionArguments {
 
   const Step* findStep(char token) const;
 
-  const SString& m_text;
+  CommandText readString();
+
+  const CommandText& m_text;
   std::size_t m_position;
   State m_state = kExpectOpening;
 };

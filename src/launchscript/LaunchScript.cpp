@@ -4,9 +4,10 @@
 #include "launcher/LauncherFacts.h"
 #include "launcher/Log.h"
 #include "launchscript/LaunchScriptGrammar.h"
+#include "launchscript/ShellQuoting.h"
 #include "platform/PlatformImpl.h"
-#include "platform/ShellWords.h"
 #include "tagfile/Paths.h"
+#include "tagfile/Quotes.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -35,6 +36,19 @@ class JavaHomeScope {
 SString launcherDirectory() {
   const SString file = LauncherFacts::getLauncherFileName();
   return file.find(kPathSeparator) == SString::npos ? file : directoryOf(file);
+}
+
+// The argument as the log shows it: "$", "`" and "\" stand there without the backslash that they
+// have for the shell.
+SString shownInQuotes(const SString& argument) {
+  SString shown;
+  for (const char byte : argument.view()) {
+    if (byte == kQuote) {
+      shown += '\\';
+    }
+    shown += byte;
+  }
+  return inQuotes(shown);
 }
 
 // One line NAME=VALUE of the jvm file; without "=" the value is empty.
@@ -70,52 +84,58 @@ LaunchScript::LaunchScript(const TagFile& script, bool captureOutput,
       m_description(script.getTagValue(tagname::kDesc, 0)),
       m_archive(script.getTagValue(tagname::kArchive, 0)) {}
 
-LaunchScript::LaunchScript(const SString& command, bool captureOutput)
+LaunchScript::LaunchScript(const CommandText& command, bool captureOutput)
     : m_command(command), m_captureOutput(captureOutput) {}
 
-SString LaunchScript::resolve(const JVMFile& jvm) const {
+CommandText LaunchScript::resolve(const JVMFile& jvm) const {
   struct Scope {
     const LaunchScript& script;
     ~Scope() {
       script.m_currentJVMFile = nullptr;
       script.m_isResolvingArchive = false;
+      script.m_classpathVariable.clear();
+      script.m_classpathInVariable = {};
     }
   };
   const Scope scope{*this};
   m_currentJVMFile = &jvm;
-  const SString withoutFunctions = MacroHandler::resolve(m_command, kFunctionMark);
+  const CommandText withoutFunctions = MacroHandler::resolve(m_command, kFunctionMark);
   return MacroHandler::resolve(jvm.resolve(withoutFunctions), kEnvironmentMark);
 }
 
 int LaunchScript::execute(const JVMFile& jvm, const StringDeque* extraArgs, bool forceConsole) {
   m_lastRun = {};
-  ProcessRequest request = makeRequest(jvm);
+  CommandText command = resolve(jvm);
+  SString shown = command.bytes();
   for (long i = 0; extraArgs != nullptr && i < extraArgs->size(); ++i) {
-    request.command += " " + argumentForShell(extraArgs->at(i));
+    command += " " + CommandText::insertedInQuotes(extraArgs->at(i));
+    shown += " " + shownInQuotes(extraArgs->at(i));
   }
+  ProcessRequest request = makeRequest(command);
   request.captures = m_captureOutput && !m_displayConsole && !forceConsole;
-  run(jvm, request);
+  run(jvm, request, shown);
   return m_lastRun.status;
 }
 
 const ProcessResult& LaunchScript::tryOut(const JVMFile& jvm) {
   m_lastRun = {};
-  ProcessRequest request = makeRequest(jvm);
+  const CommandText command = resolve(jvm);
+  ProcessRequest request = makeRequest(command);
   request.captures = true;
   request.isTrial = true;
-  run(jvm, request);
+  run(jvm, request, command.bytes());
   return m_lastRun;
 }
 
-ProcessRequest LaunchScript::makeRequest(const JVMFile& jvm) const {
+ProcessRequest LaunchScript::makeRequest(const CommandText& command) const {
   ProcessRequest request;
-  request.command = resolve(jvm);
+  request.command = quoteForShell(command);
   request.workingDir = m_autoSetWorkingDir ? launcherDirectory() : SString();
   return request;
 }
 
-void LaunchScript::run(const JVMFile& jvm, const ProcessRequest& request) {
-  logMessage("Executing launch script command: " + request.command +
+void LaunchScript::run(const JVMFile& jvm, const ProcessRequest& request, const SString& shown) {
+  logMessage("Executing launch script command: " + shown +
                  (request.workingDir.empty() ? SString(" in current working directory")
                                              : " in working directory " + request.workingDir),
              LOG_INFO);
@@ -138,9 +158,9 @@ void LaunchScript::logOutput() const {
   logMessage(getStdErr(), LOG_INFO);
 }
 
-void LaunchScript::throwException(const SString& command, const char* message) const {
+void LaunchScript::throwException(const CommandText& command, const char* message) const {
   logMessage("Launch command:", LOG_INFO);
-  logMessage(command, LOG_INFO);
+  logMessage(command.bytes(), LOG_INFO);
   throw LauncherException(SString("Launch script error: ") + message);
 }
 

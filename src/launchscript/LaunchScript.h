@@ -9,6 +9,7 @@
 #ifndef CORVANE_LAUNCHSCRIPT_LAUNCHSCRIPT_H
 #define CORVANE_LAUNCHSCRIPT_LAUNCHSCRIPT_H
 
+#include "launchscript/CommandText.h"
 #include "launchscript/MacroHandler.h"
 #include "platform/ProcessRequest.h"
 #include "tagfile/TagFile.h"
@@ -25,13 +26,13 @@ class LaunchScript : public MacroHandler {
   // kept. The class path includes the jar files among `embeddedFiles`, which must outlive this.
   LaunchScript(const TagFile& script, bool captureOutput, const FileIndex& embeddedFiles);
   // The command alone: no jar file of the launcher is on its class path.
-  LaunchScript(const SString& command, bool captureOutput);
+  LaunchScript(const CommandText& command, bool captureOutput);
 
   // The concrete command for a JVM: "%" functions, then the jvm file's "@" macros, then "#"
   // environment variables.
-  SString resolve(const JVMFile& jvm) const;
-  // Resolves and runs the command with `extraArgs` (may be null) behind it, each in double quotes,
-  // and returns its exit code. JAVA_HOME names the JVM during the run.
+  CommandText resolve(const JVMFile& jvm) const;
+  // Resolves and runs the command with `extraArgs` (may be null) behind it, each of which arrives
+  // byte for byte, and returns its exit code. JAVA_HOME names the JVM during the run.
   [[nodiscard]] int execute(const JVMFile& jvm, const StringDeque* extraArgs, bool forceConsole);
   // Resolves and runs the command as a trial of the JVM (ProcessRequest::isTrial), output captured.
   [[nodiscard]] const ProcessResult& tryOut(const JVMFile& jvm);
@@ -41,50 +42,56 @@ class LaunchScript : public MacroHandler {
   SString getStdErr() const { return m_lastRun.errors.text(); }
   SString getDesc() const { return m_description; }
 
-  SString processMacro(const MacroText& text, char delimiter, std::size_t start,
-                       std::size_t& end) const override;
+  CommandText processMacro(const MacroText& text, char delimiter, std::size_t start,
+                           std::size_t& end) const override;
   // Reads a parenthesised list of quoted strings from `position`, which is left one past it.
   // Throws as throwException, with " (near character N)": where the failing token was sought, -1
   // behind a string that ends the text. A string without its end throws parseStringArgument's text.
-  void getArguments(const SString& text, std::size_t& position, StringDeque& args) const;
+  void getArguments(const CommandText& text, std::size_t& position, CommandTexts& args) const;
   // Logs the command and throws "Launch script error: " and the message.
-  [[noreturn]] void throwException(const SString& command, const char* message) const;
+  [[noreturn]] void throwException(const CommandText& command, const char* message) const;
 
   // Builders of the "%" functions, for use while `resolve` runs; entries are joined by the jvm
   // file's CLASSPATH_SEPARATOR.
-  SString buildJVMClasspath() const;
-  SString buildClasspathFromFile(const JVMFile& jvm, const SString& fileName,
-                                 bool reportMissing) const;
-  SString buildRuntimeClasspath(const JVMFile& jvm, const char* extension) const;
-  SString buildRuntimeSystemProps(const JVMFile& jvm) const;
-  SString buildRuntimeJavaArgs(const JVMFile& jvm) const;
-  SString buildJARClasspath(bool quote) const;
-  void addToClasspath(const JVMFile& jvm, SString& classpath, const SString& entry) const;
-  void appendClasspathArg(const JVMFile& jvm, SString& classpath, const SString& arg) const;
-  SString makeSystemProp(const JVMFile& jvm, const SString& name, const SString& value) const;
+  CommandText buildJVMClasspath() const;
+  CommandText buildClasspathFromFile(const JVMFile& jvm, const SString& fileName,
+                                     bool reportMissing) const;
+  CommandText buildRuntimeClasspath(const JVMFile& jvm, const char* extension) const;
+  CommandText buildRuntimeSystemProps(const JVMFile& jvm) const;
+  CommandText buildRuntimeJavaArgs(const JVMFile& jvm) const;
+  CommandText buildJARClasspath(bool quote) const;
+  void addToClasspath(const JVMFile& jvm, CommandText& classpath, const CommandText& entry) const;
+  void appendClasspathArg(const JVMFile& jvm, CommandText& classpath, const SString& arg) const;
+  CommandText makeSystemProp(const JVMFile& jvm, const CommandText& name,
+                             const CommandText& value) const;
 
  private:
-  ProcessRequest makeRequest(const JVMFile& jvm) const;
-  void run(const JVMFile& jvm, const ProcessRequest& request);
+  [[nodiscard]] ProcessRequest makeRequest(const CommandText& command) const;
+  // The log gets the command as `shown`.
+  void run(const JVMFile& jvm, const ProcessRequest& request, const SString& shown);
   void logOutput() const;
-  std::size_t readCall(const MacroText& text, std::size_t position, StringDeque& args) const;
+  std::size_t readCall(const MacroText& text, std::size_t position, CommandTexts& args) const;
   SString tagValue(const char* key) const;  // of the current jvm file
-  SString call(Function function, const StringDeque& args) const;
-  SString callReplace(const StringDeque& args) const;
-  SString callCP(const StringDeque& args) const;
-  SString callIfExists(const StringDeque& args) const;
-  SString callTempDir() const;
-  SString buildClasspath(const StringDeque& args, bool forEnvironment) const;
-  void addOptionToClasspath(SString& classpath, const SString& option) const;
-  SString resolveArchive() const;
+  CommandText environmentVariable(const SString& name) const;
+  CommandText call(Function function, const CommandTexts& args) const;
+  CommandText callReplace(const CommandTexts& args) const;
+  CommandText callCP(const CommandTexts& args) const;
+  CommandText callIfExists(const CommandTexts& args) const;
+  CommandText callTempDir() const;
+  CommandText buildClasspath(const CommandTexts& args, bool forEnvironment) const;
+  void addOptionToClasspath(CommandText& classpath, const SString& option) const;
+  CommandText resolveArchive() const;
 
-  SString m_command;
+  CommandText m_command;
   bool m_captureOutput;
   bool m_displayConsole = false;
   bool m_autoSetWorkingDir = true;
   ProcessResult m_lastRun;
   mutable const JVMFile* m_currentJVMFile = nullptr;  // during `resolve` only; not owned
   mutable bool m_isResolvingArchive = false;          // guards against an ARCHIVE that calls CP
+  // During `resolve` only: what the function CP put into which environment variable.
+  mutable SString m_classpathVariable;
+  mutable CommandText m_classpathInVariable;
   const FileIndex* m_embeddedFiles = nullptr;  // null: their jar files are left out; not owned
   SString m_description;
   SString m_archive;

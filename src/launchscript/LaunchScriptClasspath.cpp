@@ -7,7 +7,6 @@
 #include "launcher/Log.h"
 #include "launchscript/LaunchScript.h"
 #include "platform/PlatformImpl.h"
-#include "platform/ShellWords.h"
 #include "tagfile/Paths.h"
 #include "tagfile/StreamUtils.h"
 #include "tagfile/TagNames.h"
@@ -40,21 +39,21 @@ void forEachLine(std::FILE* file, UseLine useLine) {
   }
 }
 
-void appendWord(SString& text, const SString& word) {
+void appendWord(CommandText& text, const CommandText& word) {
   if (!text.empty()) {
-    text += ' ';
+    text += " ";
   }
   text += word;
 }
 
 }  // namespace
 
-SString LaunchScript::buildJVMClasspath() const {
+CommandText LaunchScript::buildJVMClasspath() const {
   return tagValue(tagname::kJVMClasspath);
 }
 
-void LaunchScript::addToClasspath(const JVMFile& jvm, SString& classpath,
-                                  const SString& entry) const {
+void LaunchScript::addToClasspath(const JVMFile& jvm, CommandText& classpath,
+                                  const CommandText& entry) const {
   if (entry.empty()) {
     return;
   }
@@ -64,7 +63,7 @@ void LaunchScript::addToClasspath(const JVMFile& jvm, SString& classpath,
   classpath += entry;
 }
 
-void LaunchScript::appendClasspathArg(const JVMFile& jvm, SString& classpath,
+void LaunchScript::appendClasspathArg(const JVMFile& jvm, CommandText& classpath,
                                       const SString& arg) const {
   const SString entry = trimmed(arg);
   const bool isFileName = entry.startsWith("@");
@@ -72,9 +71,9 @@ void LaunchScript::appendClasspathArg(const JVMFile& jvm, SString& classpath,
                  isFileName ? buildClasspathFromFile(jvm, entry.substr(1), true) : entry);
 }
 
-SString LaunchScript::buildClasspathFromFile(const JVMFile& jvm, const SString& fileName,
-                                             bool reportMissing) const {
-  SString classpath;
+CommandText LaunchScript::buildClasspathFromFile(const JVMFile& jvm, const SString& fileName,
+                                                 bool reportMissing) const {
+  CommandText classpath;
   const FilePtr file = openFile(fileName, "r");
   if (file != nullptr) {
     forEachLine(file.get(), [&](const SString& line) { addToClasspath(jvm, classpath, line); });
@@ -85,12 +84,12 @@ SString LaunchScript::buildClasspathFromFile(const JVMFile& jvm, const SString& 
   return classpath;
 }
 
-SString LaunchScript::buildRuntimeClasspath(const JVMFile& jvm, const char* extension) const {
+CommandText LaunchScript::buildRuntimeClasspath(const JVMFile& jvm, const char* extension) const {
   return buildClasspathFromFile(jvm, sideFileName(extension), false);
 }
 
-SString LaunchScript::buildRuntimeSystemProps(const JVMFile& jvm) const {
-  SString properties;
+CommandText LaunchScript::buildRuntimeSystemProps(const JVMFile& jvm) const {
+  CommandText properties;
   if (const FilePtr file = openFile(sideFileName(".sp"), "r")) {
     forEachLine(file.get(), [&](const SString& line) {
       const std::size_t equalSign = line.find('=');
@@ -103,11 +102,11 @@ SString LaunchScript::buildRuntimeSystemProps(const JVMFile& jvm) const {
   return properties;
 }
 
-SString LaunchScript::buildRuntimeJavaArgs(const JVMFile& jvm) const {
-  SString args;
+CommandText LaunchScript::buildRuntimeJavaArgs(const JVMFile& jvm) const {
+  CommandText args;
   if (const FilePtr file = openFile(sideFileName(".ja"), "r")) {
     forEachLine(file.get(), [&](const SString& line) {
-      const SString arg = jvm.resolve(line);
+      const CommandText arg = jvm.resolve(line);
       if (!arg.empty()) {
         appendWord(args, arg);
       }
@@ -116,27 +115,28 @@ SString LaunchScript::buildRuntimeJavaArgs(const JVMFile& jvm) const {
   const SString required = firstValue(jvm, tagname::kReqJavaArgs);
   if (!required.empty()) {
     // QUIRK(required-args-after-blank): the blank stands in front of them even when nothing does.
-    args += ' ';
+    args += " ";
     args += required;
   }
   return args;
 }
 
-SString LaunchScript::makeSystemProp(const JVMFile& jvm, const SString& name,
-                                     const SString& value) const {
-  return firstValue(jvm, tagname::kSystem) + name + firstValue(jvm, tagname::kSystemSeparator) +
-         jvm.resolve(value);
+CommandText LaunchScript::makeSystemProp(const JVMFile& jvm, const CommandText& name,
+                                         const CommandText& value) const {
+  return CommandText(firstValue(jvm, tagname::kSystem)) + name +
+         firstValue(jvm, tagname::kSystemSeparator) + jvm.resolve(value);
 }
 
-SString LaunchScript::buildJARClasspath(bool quote) const {
-  SString classpath;
+CommandText LaunchScript::buildJARClasspath(bool quote) const {
+  CommandText classpath;
   if (m_embeddedFiles == nullptr) {
     return classpath;
   }
   const SString directory = PlatformImpl::createTempSubDirectory();
   m_embeddedFiles->forEachOfType(FILE_TYPE_JAR, [&](const FileIndexEntry& jar) {
     const SString path = jar.extract(directory);
-    addToClasspath(*m_currentJVMFile, classpath, quote ? fileNameForShell(path) : path);
+    addToClasspath(*m_currentJVMFile, classpath,
+                   quote ? CommandText::insertedInQuotes(path) : CommandText::inserted(path));
   });
   return classpath;
 }

@@ -12,46 +12,54 @@
 
 namespace {
 
-SString replaceAll(const SString& subject, const SString& from, const SString& to) {
+CommandText replaceAll(const CommandText& subject, const SString& from, const CommandText& to) {
   if (from.empty()) {
     return subject;
   }
-  SString result;
+  CommandText result;
   std::size_t begin = 0;
-  for (std::size_t found = subject.find(from); found != SString::npos;
-       found = subject.find(from, begin)) {
-    result.append(subject.view().substr(begin, found - begin)).append(to);
+  for (std::size_t found = subject.bytes().find(from); found != SString::npos;
+       found = subject.bytes().find(from, begin)) {
+    result.append(subject.substr(begin, found - begin)).append(to);
     begin = found + from.size();
   }
-  return result.append(subject.view().substr(begin));
+  return result.append(subject.substr(begin));
 }
 
-SString strippedQuotes(SString text) {
-  stripQuotes(text);
+CommandText strippedQuotes(CommandText text) {
+  text.stripQuotes();
   return text;
 }
 
 }  // namespace
 
-SString LaunchScript::processMacro(const MacroText& text, char delimiter, std::size_t start,
-                                   std::size_t& end) const {
-  const SString name = text.rest().substr(start + 1, end - start - 1);
+CommandText LaunchScript::processMacro(const MacroText& text, char delimiter, std::size_t start,
+                                       std::size_t& end) const {
+  const SString name = text.rest().bytes().substr(start + 1, end - start - 1);
   if (delimiter == kEnvironmentMark) {
-    return PlatformImpl::getEnvironmentVariable(name);
+    return environmentVariable(name);
   }
   const FunctionGrammar* function = findFunction(name);
   if (function == nullptr) {
     throwException(text.whole(), ("Invalid function name (" + name + ").").c_str());
   }
-  StringDeque args;
+  CommandTexts args;
   end = readCall(text, end + 1, args) - 1;
-  if (args.size() < function->leastArguments || args.size() > function->mostArguments) {
+  const auto count = static_cast<long>(args.size());
+  if (count < function->leastArguments || count > function->mostArguments) {
     throwException(text.whole(), function->wrongCount);
   }
   return call(function->function, args);
 }
 
-SString LaunchScript::call(Function function, const StringDeque& args) const {
+// What the function CP has put into the variable is no user's text.
+CommandText LaunchScript::environmentVariable(const SString& name) const {
+  const SString value = PlatformImpl::getEnvironmentVariable(name);
+  const bool isClasspath = name == m_classpathVariable && value == m_classpathInVariable.bytes();
+  return isClasspath ? m_classpathInVariable : value;
+}
+
+CommandText LaunchScript::call(Function function, const CommandTexts& args) const {
   switch (function) {
     case Function::kReplace:
       return callReplace(args);
@@ -66,12 +74,12 @@ SString LaunchScript::call(Function function, const StringDeque& args) const {
     case Function::kIfExists:
       return callIfExists(args);
     case Function::kLauncherFile:
-      return Launcher::getLauncherFileName();
+      return CommandText::inserted(Launcher::getLauncherFileName());
     case Function::kLauncherDir:
-      return Launcher::getOriginalLauncherDir();
+      return CommandText::inserted(Launcher::getOriginalLauncherDir());
     case Function::kApplicationArchive:
-      return args.empty() ? Launcher::getApplicationArchive()
-                          : Launcher::getApplicationArchive(args[0]);
+      return CommandText::inserted(args.empty() ? Launcher::getApplicationArchive()
+                                                : Launcher::getApplicationArchive(args[0].bytes()));
     case Function::kTempDir:
       return callTempDir();
   }
@@ -80,7 +88,7 @@ SString LaunchScript::call(Function function, const StringDeque& args) const {
 
 // Reads the arguments of a call and returns the position behind it.
 std::size_t LaunchScript::readCall(const MacroText& text, std::size_t position,
-                                   StringDeque& args) const {
+                                   CommandTexts& args) const {
   FunctionArguments reader(text.rest(), position);
   if (!reader.tryRead(args)) {
     // Once more in the whole text, whose positions are those that the error names.
@@ -90,8 +98,8 @@ std::size_t LaunchScript::readCall(const MacroText& text, std::size_t position,
   return reader.position();
 }
 
-void LaunchScript::getArguments(const SString& text, std::size_t& position,
-                                StringDeque& args) const {
+void LaunchScript::getArguments(const CommandText& text, std::size_t& position,
+                                CommandTexts& args) const {
   FunctionArguments reader(text, position);
   if (!reader.read(args)) {
     throwException(text, reader.errorText().c_str());
@@ -99,31 +107,32 @@ void LaunchScript::getArguments(const SString& text, std::size_t& position,
   position = reader.position();
 }
 
-SString LaunchScript::callReplace(const StringDeque& args) const {
-  return replaceAll(args[2], m_currentJVMFile->resolve(args[0]),
+CommandText LaunchScript::callReplace(const CommandTexts& args) const {
+  return replaceAll(args[2], m_currentJVMFile->resolve(args[0]).bytes(),
                     m_currentJVMFile->resolve(args[1]));
 }
 
-SString LaunchScript::callIfExists(const StringDeque& args) const {
-  return tagValue(args[0].c_str()).empty() ? SString() : m_currentJVMFile->resolve(args[1]);
+CommandText LaunchScript::callIfExists(const CommandTexts& args) const {
+  return tagValue(args[0].bytes().c_str()).empty() ? CommandText()
+                                                   : m_currentJVMFile->resolve(args[1]);
 }
 
-SString LaunchScript::callTempDir() const {
+CommandText LaunchScript::callTempDir() const {
   SString directory = PlatformImpl::getSystemTempDirectory();
   // QUIRK(temp-dir-backslash): one backslash at the end is removed, a "/" is kept.
   if (directory.endsWith("\\")) {
     directory.erase(directory.size() - 1);
   }
-  return directory;
+  return CommandText::inserted(directory);
 }
 
-SString LaunchScript::callCP(const StringDeque& args) const {
+CommandText LaunchScript::callCP(const CommandTexts& args) const {
   // QUIRK(use-cp-env-var-exactly-1): any other value, also another number, means no.
   if (tagValue(tagname::kUseCPEnvVar) != "1") {
-    const SString classpath = buildClasspath(args, false);
+    const CommandText classpath = buildClasspath(args, false);
     return classpath.empty() ? classpath : tagValue(tagname::kClasspath) + classpath;
   }
-  const SString classpath = buildClasspath(args, true);
+  const CommandText classpath = buildClasspath(args, true);
   const SString variable = tagValue(tagname::kCPEnvVar);
   if (variable.empty()) {
     Launcher::logMessage(
@@ -131,24 +140,26 @@ SString LaunchScript::callCP(const StringDeque& args) const {
         "CP_ENV_VAR.",
         LOG_ERROR);
   } else {
-    PlatformImpl::setEnvironmentVariable(variable, classpath);
-    Launcher::logMessage("Set env var " + variable + " to " + classpath + "\n", LOG_INFO);
+    m_classpathVariable = variable;
+    m_classpathInVariable = classpath;
+    PlatformImpl::setEnvironmentVariable(variable, classpath.bytes());
+    Launcher::logMessage("Set env var " + variable + " to " + classpath.bytes() + "\n", LOG_INFO);
   }
   return {};
 }
 
-SString LaunchScript::buildClasspath(const StringDeque& args, bool forEnvironment) const {
+CommandText LaunchScript::buildClasspath(const CommandTexts& args, bool forEnvironment) const {
   const JVMFile& jvm = *m_currentJVMFile;
-  const auto unquoted = [forEnvironment](const SString& entry) {
+  const auto unquoted = [forEnvironment](const CommandText& entry) {
     return forEnvironment ? strippedQuotes(entry) : entry;
   };
-  SString classpath;
+  CommandText classpath;
   addOptionToClasspath(classpath, Launcher::getPrependClasspath());
   addToClasspath(jvm, classpath, buildRuntimeClasspath(jvm, ".cp1"));
   addToClasspath(jvm, classpath, buildJVMClasspath());
   addToClasspath(jvm, classpath, buildRuntimeClasspath(jvm, ".cp"));
-  for (long i = 0; i < args.size(); ++i) {
-    addToClasspath(jvm, classpath, unquoted(args[i]));
+  for (const CommandText& entry : args) {
+    addToClasspath(jvm, classpath, unquoted(entry));
   }
   addToClasspath(jvm, classpath, unquoted(resolveArchive()));
   addToClasspath(jvm, classpath, buildJARClasspath(!forEnvironment));
@@ -158,7 +169,7 @@ SString LaunchScript::buildClasspath(const StringDeque& args, bool forEnvironmen
 }
 
 // A class path given as an option: the name of a file of entries behind "@", or one entry.
-void LaunchScript::addOptionToClasspath(SString& classpath, const SString& option) const {
+void LaunchScript::addOptionToClasspath(CommandText& classpath, const SString& option) const {
   if (option.startsWith("@")) {
     appendClasspathArg(*m_currentJVMFile, classpath, option);
   } else if (!option.empty()) {
@@ -167,12 +178,12 @@ void LaunchScript::addOptionToClasspath(SString& classpath, const SString& optio
   }
 }
 
-SString LaunchScript::resolveArchive() const {
+CommandText LaunchScript::resolveArchive() const {
   if (m_isResolvingArchive) {
     throwException(m_archive, "ARCHIVE must not call the CP function.");
   }
   m_isResolvingArchive = true;
-  const SString archive = MacroHandler::resolve(m_archive, kFunctionMark);
+  const CommandText archive = MacroHandler::resolve(m_archive, kFunctionMark);
   m_isResolvingArchive = false;
   return archive;
 }

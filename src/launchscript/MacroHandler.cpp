@@ -11,19 +11,20 @@ constexpr std::size_t kShortestMacro = 3;  // two delimiters and a character
 }  // namespace
 
 bool MacroText::findMacro(char delimiter, std::size_t& start, std::size_t& end) const {
-  start = m_rest.find(delimiter, m_begin);
+  start = m_rest.shape().find(delimiter, m_begin);
   if (start == SString::npos || m_rest.size() - start < kShortestMacro) {
     return false;
   }
   // QUIRK(doubled-delimiter-opens-macro): a doubled delimiter is a literal one only where no later
   // delimiter follows: "a%%b%c" calls a function named "%b".
-  end = m_rest.find(delimiter, start + 2);
+  end = m_rest.shape().find(delimiter, start + 2);
   return end != SString::npos;
 }
 
-void MacroText::replace(std::size_t start, std::size_t end, const SString& value, char delimiter) {
-  m_done.append(m_rest.view().substr(m_begin, start - m_begin));
-  if (value.find(delimiter) == SString::npos) {
+void MacroText::replace(std::size_t start, std::size_t end, const CommandText& value,
+                        char delimiter) {
+  m_done.append(m_rest.substr(m_begin, start - m_begin));
+  if (value.shape().find(delimiter) == SString::npos) {
     m_done.append(value);
     m_begin = end + 1;
   } else {
@@ -35,21 +36,21 @@ void MacroText::replace(std::size_t start, std::size_t end, const SString& value
   }
 }
 
-SString MacroText::finish(char delimiter) const {
-  SString text = whole();
+CommandText MacroText::finish(char delimiter) const {
+  CommandText text = whole();
   // No macro is left, so there are at most two delimiters: a pair is side by side.
   const char pair[] = {delimiter, delimiter, '\0'};
-  text.erase(text.find(pair), 1);
+  text.erase(text.shape().find(pair), 1);
   return text;
 }
 
-SString MacroHandler::resolve(const SString& text, char delimiter) const {
+CommandText MacroHandler::resolve(const CommandText& text, char delimiter) const {
   MacroText pending(text);
   std::size_t start = 0;
   std::size_t end = 0;
   while (pending.findMacro(delimiter, start, end)) {
     PlatformImpl::throwIfCanceled();
-    const SString value = processMacro(pending, delimiter, start, end);
+    const CommandText value = processMacro(pending, delimiter, start, end);
     pending.replace(start, end, value, delimiter);
   }
   return pending.finish(delimiter);

@@ -1,5 +1,5 @@
 // Double quotes around a text, in our own formats and messages. For words of a shell command see
-// platform/ShellWords.
+// launchscript/ShellQuoting.
 #ifndef CORVANE_TAGFILE_QUOTES_H
 #define CORVANE_TAGFILE_QUOTES_H
 

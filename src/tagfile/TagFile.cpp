@@ -160,6 +160,7 @@ void TagFile::setTagValue(const SString& key, const SString& value) {
   StringDeque& values = valuesOf(key);
   values.clear();
   values.push_back(kept);
+  m_entries.find(key)->second.isOwn = false;
 }
 
 void TagFile::appendTagValue(const SString& key, const SString& value) {
@@ -179,9 +180,19 @@ void TagFile::removeValue(const SString& key) {
   m_entries.erase(key);
 }
 
+void TagFile::setOwnValue(const SString& key, const SString& value) {
+  setTagValue(key, value);
+  m_entries.find(key)->second.isOwn = true;
+}
+
+bool TagFile::isOwnValue(const char* key) const {
+  const auto entry = m_entries.find(std::string_view(key));
+  return entry != m_entries.end() && entry->second.isOwn;
+}
+
 void TagFile::setDynamicJVMTags(const SString& home, const SString& fileName, bool temporary) {
-  setTagValue(tagname::kJVMHome, home);
-  setTagValue(tagname::kJVMFile, fileName);
+  setOwnValue(tagname::kJVMHome, home);
+  setOwnValue(tagname::kJVMFile, fileName);
   setBoolTagValue(tagname::kJVMTemp, temporary);
 }
 

@@ -26,6 +26,7 @@ class LineReader;
 struct TagFileEntry {
   std::uint64_t place = 0;  // rises with every new tag; removed tags leave gaps
   StringDeque values;       // at least one
+  bool isOwn = false;       // the only value is one that the launcher found out itself
 };
 
 class TagFile {
@@ -69,6 +70,10 @@ class TagFile {
   void setBoolTagValue(const SString& key, bool value);  // "1" or "0"
   void removeValue(const SString& key);
 
+  // The same for what the launcher found out, such as the home of a JVM: it is no text of an
+  // author, and no macro in it is meant.
+  void setOwnValue(const SString& key, const SString& value);
+  bool isOwnValue(const char* key) const;
   // Records a found JVM: JVM_HOME, JVM_FILE and JVM_TEMP, in that order.
   void setDynamicJVMTags(const SString& home, const SString& fileName, bool temporary);
 

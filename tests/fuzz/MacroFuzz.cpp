@@ -17,9 +17,9 @@ class PartsOfText : public MacroHandler {
  public:
   explicit PartsOfText(std::string text) : m_text(std::move(text)) {}
 
-  SString processMacro(const MacroText& text, char, std::size_t start,
-                       std::size_t& end) const override {
-    return value(text.rest().substr(start + 1, end - start - 1));
+  CommandText processMacro(const MacroText& text, char, std::size_t start,
+                           std::size_t& end) const override {
+    return value(text.rest().bytes().substr(start + 1, end - start - 1));
   }
   SString value(const SString& name) const {
     const std::size_t begin = name.size() * 7 % (m_text.size() + 1);
@@ -54,7 +54,7 @@ SString resolveInPlace(const PartsOfText& handler, SString text, char delimiter)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(fuzz::toText(data, std::min(size, kLongestText)));
   for (const char delimiter : {'%', '@'}) {
-    fuzz::require(PartsOfText(text).resolve(SString(text), delimiter) ==
+    fuzz::require(PartsOfText(text).resolve(SString(text), delimiter).bytes() ==
                   resolveInPlace(PartsOfText(text), SString(text), delimiter));
   }
   return 0;

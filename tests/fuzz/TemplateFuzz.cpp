@@ -21,15 +21,15 @@ class Script : public LaunchScript {
  public:
   Script(const SString& command, Given given) : LaunchScript(command, false), m_given(given) {}
 
-  SString processMacro(const MacroText& text, char delimiter, std::size_t start,
-                       std::size_t& end) const override {
+  CommandText processMacro(const MacroText& text, char delimiter, std::size_t start,
+                           std::size_t& end) const override {
     PlatformTestAccess::setCanceled(++m_calls > kMostMacros);
     if (m_given == Given::Rest) {
       return LaunchScript::processMacro(text, delimiter, start, end);
     }
     const std::size_t shift = text.positionInWhole(start) - start;
     std::size_t endInWhole = end + shift;
-    const SString value =
+    const CommandText value =
         LaunchScript::processMacro(MacroText(text.whole()), delimiter, start + shift, endInWhole);
     end = endInWhole - shift;
     return value;

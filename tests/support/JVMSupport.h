@@ -6,12 +6,17 @@
 #include <utility>
 #include <vector>
 
+#include "launchscript/CommandText.h"
 #include "support/TestFiles.h"
 #include "support/Texts.h"
 #include "tagfile/TagFile.h"
 #include "util/LauncherException.h"
 
 namespace test {
+
+inline std::string str(const CommandText& text) {
+  return str(text.bytes());
+}
 
 // The tags of a jvm file or launch script: names, each with its values.
 using Tags = std::vector<std::pair<std::string, std::vector<std::string>>>;

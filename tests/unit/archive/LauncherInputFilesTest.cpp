@@ -266,8 +266,8 @@ TEST_F(LauncherInputFilesTest, TakesTheVerifyClassWhenItIsWhole) {
     LauncherInputFiles inputs;
     loadBoth(inputs, row.inputFile, m_dir);
     const VerifyClass& verifyClass = inputs.getJVMFiles().writeVerifyJar();
-    EXPECT_STREQ(row.classpath, verifyClass.classpath.c_str());
-    EXPECT_STREQ(row.verifyClass, verifyClass.name.c_str());
+    EXPECT_STREQ(row.classpath, verifyClass.classpath.bytes().c_str());
+    EXPECT_STREQ(row.verifyClass, verifyClass.name.bytes().c_str());
   }
 }
 

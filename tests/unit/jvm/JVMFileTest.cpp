@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "jvm/JVMFilePtrDeque.h"
 #include "support/JVMSupport.h"
 
@@ -43,6 +45,44 @@ TEST(JVMFile, ResolvesMacros) {
     TagFile tags;
     test::addTags(tags, row.tags);
     EXPECT_EQ(row.wanted, str(JVMFile(tags).resolve(sstr(row.text))));
+  }
+}
+
+// What the launcher found out means nothing but itself; what an author wrote is read again.
+struct OwnRow {
+  const char* name;
+  std::function<void(TagFile&)> edit;
+  const char* text;
+  const char* wanted;
+};
+
+const OwnRow kOwnRows[] = {
+    {"home of an author", [](TagFile&) {}, "@JVM_HOME@", "a@b"},
+    {"home under test", [](TagFile& f) { f.setOwnValue("JVM_HOME", "@B@"); }, "@JVM_HOME@", "@B@"},
+    {"home of a match", [](TagFile& f) { f.setDynamicJVMTags("@B@", "/t@B@", true); },
+     "@JVM_HOME@ @JVM_FILE@ @JVM_TEMP@", "@B@ /t@B@ 1"},
+    {"home in a file that the launcher wrote",
+     [](TagFile& f) {
+       f.setTagValue("JVM_HOME", "@B@");
+       f.setTagValue("JVM_FILE", "@B@");
+     },
+     "@JVM_HOME@@JVM_FILE@", "@B@@B@"},
+    {"home in a tag", [](TagFile& f) { f.setOwnValue("JVM_HOME", "@B@"); }, "@LIB@", "@B@/lib b"},
+    {"written over",
+     [](TagFile& f) {
+       f.setOwnValue("JVM_HOME", "@B@");
+       f.setTagValue("JVM_HOME", "@B@");
+     },
+     "@JVM_HOME@", "b"},
+};
+
+TEST(JVMFile, ReadsNoMacrosInWhatTheLauncherFound) {
+  for (const OwnRow& row : kOwnRows) {
+    SCOPED_TRACE(row.name);
+    TagFile tags;
+    test::addTags(tags, {{"JVM_HOME", {"a@@b"}}, {"B", {"b"}}, {"LIB", {"@JVM_HOME@/lib @B@"}}});
+    row.edit(tags);
+    EXPECT_EQ(row.wanted, str(JVMFile(tags).resolve(row.text)));
   }
 }
 

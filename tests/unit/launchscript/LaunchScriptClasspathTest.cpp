@@ -400,7 +400,7 @@ TEST_F(ClasspathTest, AppendsAnArgument) {
   test::writeFile(*m_dir / "list", "one\ntwo\n");
   for (const ArgRow& row : rows) {
     SCOPED_TRACE(row.name);
-    SString classpath = sstr(row.before);
+    CommandText classpath = sstr(row.before);
     script.appendClasspathArg(jvm, classpath, sstr(here(row.arg)));
     EXPECT_EQ(row.wanted, str(classpath));
     EXPECT_EQ(row.wantedLog, takeLog());

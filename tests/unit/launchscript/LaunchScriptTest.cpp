@@ -77,11 +77,11 @@ const Row kRows[] = {
          "Executing launch script command: DIR/tool x \"plain\" \"a b\" \"a\\\"b\" \"\" \"%CP%\" "
          "\"@JVM_HOME@\" in working directory DIR\nOUTPUT",
      .wantedCapture = true},
-    {.name = "only-quotes-are-escaped",
+    {.name = "extra arguments arrive byte for byte",
      .script = {{"COMMAND", {"DIR/tool"}}},
      .extraArgs = {"$FROM_OUTSIDE", "`echo run`", "\\x", "\\\\"},
      .purpose = 0,
-     .wantedRecord = "[outside][run][\\x][\\] in DIR JAVA_HOME= ONE=unset TWO=unset\n",
+     .wantedRecord = "[$FROM_OUTSIDE][`echo run`][\\x][\\\\] in DIR JAVA_HOME= ONE=unset TWO=unset\n",
      .wantedLog =
          "Executing launch script command: DIR/tool \"$FROM_OUTSIDE\" \"`echo run`\" \"\\x\" "
          "\"\\\\\" in working directory DIR\nOUTPUT",

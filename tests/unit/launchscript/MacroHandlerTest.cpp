@@ -74,8 +74,8 @@ const Row kRows[] = {
 
 class Names : public MacroHandler {
  public:
-  SString processMacro(const MacroText& text, char, std::size_t start,
-                       std::size_t& end) const override {
+  CommandText processMacro(const MacroText& text, char, std::size_t start,
+                           std::size_t& end) const override {
     m_names.push_back(str(text.rest().substr(start + 1, end - start - 1)));
     m_wholes.push_back(str(text.whole()));
     m_positions.push_back(text.positionInWhole(start));
@@ -108,8 +108,9 @@ TEST(MacroHandler, ShowsTheTextAsFarAsItWasResolved) {
 // Moves the end, as a function does whose arguments stand behind its name.
 class Calls : public MacroHandler {
  public:
-  SString processMacro(const MacroText& text, char, std::size_t, std::size_t& end) const override {
-    end = text.rest().find(')', end);
+  CommandText processMacro(const MacroText& text, char, std::size_t,
+                           std::size_t& end) const override {
+    end = text.rest().shape().find(')', end);
     return "value";
   }
 };
@@ -121,7 +122,7 @@ TEST(MacroHandler, ReplacesAsFarAsTheHandlerSays) {
 // Every value holds its own macro: such a text never ends.
 class Endless : public MacroHandler {
  public:
-  SString processMacro(const MacroText&, char, std::size_t, std::size_t&) const override {
+  CommandText processMacro(const MacroText&, char, std::size_t, std::size_t&) const override {
     PlatformTestAccess::setCanceled(++m_rounds == 1000);
     return "again %me%";
   }
