@@ -19,7 +19,7 @@ std::string place(long position, const FileIndexEntry& entry) {
   return "entry " + std::to_string(position) + " (" + printable(entry.getFileName()) + ")";
 }
 
-// A name that only -cv:extract could not take is taken here.
+// "input.tag" is a fault only for -cv:extract, which writes a file of that name.
 std::string findEscape(const SString& name) {
   return name == "input.tag" ? "" : findNameFault(name);
 }

@@ -8,9 +8,9 @@
 
 namespace authoring {
 
-// Writes every file under its name into `folder`, which is made when it is not there. Throws
-// AuthoringError, before anything is written, when a name would leave the folder or meet another
-// file, or when stored bytes lie outside the launcher file; later when a file cannot be written.
+// Writes every file under its name into `folder`, which is created when it is missing. Throws
+// AuthoringError, before anything is written, when a name would leave the folder or is in use, or
+// when stored bytes lie outside the launcher file; later when a file cannot be written.
 void extractFiles(const LauncherFile& launcher, const std::string& folder);
 
 }  // namespace authoring

@@ -15,7 +15,7 @@ const char* fileTypeName(std::int32_t type);
 // All names, joined by commas.
 std::string allFileTypeNames();
 
-// What makes `name` unfit to be stored, worded to stand behind the name; empty when it is fit.
+// Why `name` cannot be stored, as words that follow the name; empty when it can.
 // A launcher writes stored files under their names into a folder, so a name must stay in it.
 std::string findNameFault(std::string_view name);
 

@@ -1,4 +1,4 @@
-// LauncherFileReader: opens a launcher file for listing, checking and copying out. The index is
+// LauncherFileReader: opens a launcher file for listing, checking and extracting. The index is
 // read by the launcher's own code; here the errors say which file and which entry.
 #ifndef CORVANE_AUTHORING_LAUNCHERFILEREADER_H
 #define CORVANE_AUTHORING_LAUNCHERFILEREADER_H
@@ -17,7 +17,7 @@ struct LauncherFile {
   FilePtr file;
   std::int64_t size = 0;
   bool hasTrailer = false;    // without one it carries no files
-  std::int32_t purpose = -1;  // -1: no trailer, or nothing in front of it
+  std::int32_t purpose = -1;  // -1: no trailer, or nothing before it
   FileIndex index;
 };
 

@@ -2,9 +2,9 @@
 // LauncherFileFormat.h draws. Nothing else in the project encodes them; the tests use it, too.
 //
 // The free functions encode whatever numbers they are given, also wrong ones (the tests need them).
-// The writer adds the stub first, then the files, and ends with index, purpose byte and trailer. It
-// keeps the parts where the reader finds them: a file that does not end with a newline is followed
-// by one outside its length, since the reader of tag files reads whole lines.
+// The writer adds the stub first, then the files, and ends with index, purpose byte and trailer. A
+// file that does not end with a newline is followed by one outside its length, since the reader of
+// tag files reads whole lines.
 #ifndef CORVANE_AUTHORING_LAUNCHERFILEWRITER_H
 #define CORVANE_AUTHORING_LAUNCHERFILEWRITER_H
 
@@ -41,7 +41,7 @@ std::string encodeTrailer(std::int64_t indexOffset);
 
 class LauncherFileWriter {
  public:
-  // `output` is not owned; writing begins where it stands, which must be the file's beginning.
+  // `output` is not owned and must stand at the beginning of its file.
   explicit LauncherFileWriter(std::FILE* output) : m_output(output) {}
 
   // Throw AuthoringError when `source`, which the text calls by its `name`, cannot be read, the

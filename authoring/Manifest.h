@@ -1,7 +1,7 @@
 // Manifest: the author's list of what a launcher file shall hold (docs/authoring.md).
 //
 // A JSON object; paths in it are relative to the manifest's folder, then to the base folders. After
-// loading, every file was there and had a type, a number of its own and a name fit to be stored.
+// loading, every file exists and has a type, a number of its own and a name that can be stored.
 #ifndef CORVANE_AUTHORING_MANIFEST_H
 #define CORVANE_AUTHORING_MANIFEST_H
 

@@ -15,7 +15,7 @@ char upperCase(char byte) {
 
 // How many letters must be added, left out or changed to make one of the other.
 std::size_t distance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);  // from the beginning of `a` to each one of `b`
+  std::vector<std::size_t> row(b.size() + 1);  // from a beginning of `a` to each beginning of `b`
   std::iota(row.begin(), row.end(), std::size_t{0});
   for (std::size_t i = 0; i < a.size(); ++i) {
     std::size_t diagonal = row[0]++;

@@ -8,8 +8,8 @@
 
 namespace authoring {
 
-// The first of the names that `word` is nearest to: the same but for upper and lower case, or with
-// a letter in four added, left out or changed. Empty when none is near.
+// The name nearest to `word`, the first of several: case does not count, and one letter in four may
+// be added, left out or changed. Empty when none is near.
 std::string_view nearestName(std::string_view word, const std::vector<std::string_view>& names);
 
 // The same over the rows of a table with names, as "; did you mean NAME?".

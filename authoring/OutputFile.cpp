@@ -15,7 +15,7 @@
 namespace authoring {
 namespace {
 
-// The temporary file, for the signal handler; empty: there is none.
+// The temporary file, for the signal handler; empty when there is none.
 char temporaryPath[PATH_MAX];
 
 void removeTemporary() {

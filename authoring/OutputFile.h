@@ -1,7 +1,7 @@
 // OutputFile: a file that appears whole or not at all.
 //
-// It is written beside its place under a temporary name and renamed by `commit`. Without that, also
-// when the program is interrupted, nothing is left behind. One at a time.
+// It is written under a temporary name in the same folder and renamed by `commit`. Without
+// `commit`, even when the program is interrupted, it is removed. Only one at a time.
 #ifndef CORVANE_AUTHORING_OUTPUTFILE_H
 #define CORVANE_AUTHORING_OUTPUTFILE_H
 

@@ -61,7 +61,7 @@ std::int64_t sizeOf(const std::string& path) {
   return static_cast<std::int64_t>(size);
 }
 
-// Asked before anything is written. The writer itself refuses again, should a file grow meanwhile.
+// Checked before anything is written; the writer checks again, as a file may grow meanwhile.
 void checkSize(const std::string& stub, const Manifest& manifest) {
   std::int64_t total = sizeOf(stub);
   std::string largest = stub;

@@ -22,9 +22,10 @@ struct PackResult {
   std::int64_t size = 0;
 };
 
-// Writes the launcher file, executable, in place of whatever stood there. Throws AuthoringError and
-// leaves nothing behind when a tag file does not parse, the stub carries files already, the output
-// is one of the inputs, the result would be too large, or something cannot be read or written.
+// Writes the launcher file, executable, and replaces any file of that name. Throws AuthoringError
+// and leaves nothing behind when a tag file does not parse, the stub carries files already, the
+// output is one of the inputs, the result would be too large, or something cannot be read or
+// written.
 PackResult packLauncher(const PackOptions& options);
 
 // The stub that was installed with this program, or built beside it. Throws AuthoringError when

@@ -16,7 +16,7 @@
 namespace authoring {
 namespace {
 
-// What makes "@...@" in `text` no variable, else empty.
+// Why an "@...@" in `text` is no variable; empty when each is one.
 std::string findReferenceFault(const SString& text);
 // The same for the name of a variable.
 std::string findVariableFault(const SString& name);
@@ -27,7 +27,7 @@ class ScriptCheck {
   std::set<Command> run();
 
  private:
-  void find(const std::string& text);
+  void report(const std::string& text);
   void checkLabels();
   void checkArguments(const CommandGrammar& command, std::size_t position);
   void checkArgument(const SString& text, ArgumentKind kind);
@@ -71,7 +71,7 @@ ScriptCheck::ScriptCheck(const Setup& setup, const SetupFile& script,
       m_lines(linesOf(*script.tagFile)),
       m_labels(m_lines) {}
 
-void ScriptCheck::find(const std::string& text) {
+void ScriptCheck::report(const std::string& text) {
   m_findings.push_back(m_script.label + ": line " + std::to_string(m_current + 1) + " (" +
                        m_lines[m_current].c_str() + "): " + text);
 }
@@ -110,8 +110,8 @@ void ScriptCheck::checkArguments(const CommandGrammar& command, std::size_t posi
   for (const ArgumentGrammar& argument : command.arguments) {
     const SString text = getTokenFromString(m_lines[m_current], position);
     if (text.empty()) {
-      find(std::string(command.name) + " needs " + std::to_string(count) +
-           (count == 1 ? " argument" : " arguments"));
+      report(std::string(command.name) + " needs " + std::to_string(count) +
+             (count == 1 ? " argument" : " arguments"));
       return;
     }
     checkArgument(text, argument.kind);
@@ -123,7 +123,7 @@ void ScriptCheck::checkArgument(const SString& text, ArgumentKind kind) {
   if (fault.empty()) {
     checkKind(text, kind);
   } else {
-    find(fault);
+    report(fault);
   }
 }
 
@@ -159,18 +159,18 @@ void ScriptCheck::reportUnknown(const std::string& word) {
   if (findCommand(capitals) != nullptr) {
     hint = "; commands are written in capitals";
   }
-  find("unknown command " + quotedText(word) + hint);
+  report("unknown command " + quotedText(word) + hint);
 }
 
 // --- Labels ---
 
-// A label that stands twice: the search for it begins on the second line and ends at the first.
+// Reports labels that are never found, as an equal one stands further up. The search skips line 1.
 void ScriptCheck::checkLabels() {
   std::set<std::string> seen;
   for (m_current = 1; m_current < m_lines.size(); ++m_current) {
     const SString& line = m_lines[m_current];
     if (line[0] == ':' && !seen.insert(line.c_str()).second) {
-      find("a label of that name stands further up and is always taken");
+      report("a label of that name stands further up and is always taken");
     }
   }
 }
@@ -195,26 +195,26 @@ void ScriptCheck::label(const SString& text) {
   }
   const std::string name = quotedText(text);
   if (m_lines[0] == target) {
-    find("the label " + name +
-         " stands on the first line, where it is never found; put a line with "
-         "// in front of it");
+    report("the label " + name +
+           " stands on the first line, where it is never found; put a line with "
+           "// in front of it");
     return;
   }
-  find(beginsALine(target) ? "the line of the label " + name +
-                                 " holds more than the label, which is then never "
-                                 "found; leave the label alone on its line"
-                           : "there is no label " + name + "; write a line :" + text.c_str());
+  report(beginsALine(target) ? "the line of the label " + name +
+                                   " holds more than the label, which is then never "
+                                   "found; leave the label alone on its line"
+                             : "there is no label " + name + "; write a line :" + text.c_str());
 }
 
 // --- Arguments ---
 
-// Values that are known only at run time are taken as right.
+// Values that are known only at run time count as right.
 bool ScriptCheck::isNumber(const SString& text, std::int32_t& value) {
   if (text.find('@') != SString::npos) {
     return false;
   }
   if (!convertToLong(text, value)) {
-    find(quotedText(text) + " is no number");
+    report(quotedText(text) + " is no number");
     return false;
   }
   return true;
@@ -223,7 +223,7 @@ bool ScriptCheck::isNumber(const SString& text, std::int32_t& value) {
 void ScriptCheck::boolean(const SString& text) {
   std::int32_t value;
   if (isNumber(text, value) && value != 0 && value != 1) {
-    find(quotedText(text) + " must be 0 or 1");
+    report(quotedText(text) + " must be 0 or 1");
   }
 }
 
@@ -235,7 +235,7 @@ void ScriptCheck::number(const SString& text) {
 void ScriptCheck::installOption(const SString& text) {
   std::int32_t value;
   if (isNumber(text, value) && (value < 0 || value > 2)) {
-    find(quotedText(text) + " must be 0, 1 or 2");
+    report(quotedText(text) + " must be 0, 1 or 2");
   }
 }
 
@@ -245,18 +245,18 @@ bool ScriptCheck::isJVMFile(std::int32_t id) const {
   return file != m_setup.files.end() && file->type == FILE_TYPE_JVM;
 }
 
-// A negative number is a way to end with status -1, and taken as meant.
+// A negative number counts as intended: a way to end with status -1.
 void ScriptCheck::launchedFile(const SString& text) {
   std::int32_t id;
   if (isNumber(text, id) && id >= 0 && !isJVMFile(id)) {
-    find("no jvm file has the number " + std::to_string(id) + "; ILAUNCH does nothing then");
+    report("no jvm file has the number " + std::to_string(id) + "; ILAUNCH does nothing then");
   }
 }
 
 void ScriptCheck::verifiedFile(const SString& text) {
   std::int32_t id;
   if (isNumber(text, id) && !isJVMFile(id)) {
-    find("no jvm file has the number " + std::to_string(id) + "; VERIFY is an error then");
+    report("no jvm file has the number " + std::to_string(id) + "; VERIFY is an error then");
   }
 }
 
@@ -267,9 +267,9 @@ void ScriptCheck::launcherPosition(const SString& text) {
   }
   const bool exists = position >= 0 && static_cast<std::size_t>(position) < m_setup.files.size();
   if (!exists || m_setup.files[static_cast<std::size_t>(position)].type != FILE_TYPE_LAUNCHER) {
-    find("position " + std::to_string(position) +
-         " of the file index holds no launcher; positions "
-         "count from 0 and are not the files' numbers");
+    report("position " + std::to_string(position) +
+           " of the file index holds no launcher; positions "
+           "count from 0 and are not the files' numbers");
   }
 }
 
@@ -290,13 +290,13 @@ void ScriptCheck::launch(std::size_t position) {
   const bool isClosed = readArgument(m_lines[m_current], position, file);
   const SString seconds = getTokenFromString(m_lines[m_current], position);
   if (!isClosed || seconds.empty() || !unquote(file)) {
-    find(
+    report(
         "LAUNCH needs the jvm file's name and, behind it on the line, the seconds, as in LAUNCH "
         "@S2@ 1");
     return;
   }
   if (file.empty()) {
-    find("the jvm file's name is empty");
+    report("the jvm file's name is empty");
   }
   checkArgument(file, ArgumentKind::kFileName);
   checkArgument(seconds, ArgumentKind::kSeconds);
@@ -305,12 +305,12 @@ void ScriptCheck::launch(std::size_t position) {
 void ScriptCheck::set(std::size_t position) {
   const auto assignment = splitAssignment(m_lines[m_current].substr(position).view());
   if (!assignment) {
-    find("SET needs a variable, = and a value");
+    report("SET needs a variable, = and a value");
     return;
   }
   const std::string fault = findVariableFault(assignment->name);
   if (!fault.empty()) {
-    find(fault);
+    report(fault);
     return;
   }
   VariableRef variable;
@@ -322,18 +322,18 @@ void ScriptCheck::setValue(const VariableRef& variable, const SString& value) {
   const bool inQuotes = value[0] == '"';
   SString stored = value;
   if (!unquote(stored)) {
-    find("the text lacks its closing quote");
+    report("the text lacks its closing quote");
     return;
   }
   if (!inQuotes && stored != value) {
-    find("only the first word of the value is stored; put it into double quotes");
+    report("only the first word of the value is stored; put it into double quotes");
   }
   const std::string fault = findReferenceFault(stored);
   std::int32_t number;
   if (!fault.empty()) {
-    find(fault);
+    report(fault);
   } else if (inQuotes && stored.empty()) {
-    find("an empty text in quotes is an error; leave out the quotes");
+    report("an empty text in quotes is an error; leave out the quotes");
   } else if (variable.isNumericVariable()) {
     isNumber(stored, number);
   }

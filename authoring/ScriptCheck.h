@@ -11,7 +11,7 @@
 
 namespace authoring {
 
-// Adds what would stop the script, or make it do something else than it says, to `findings`. Lines
+// Adds to `findings` what would stop the script or make it do something else than it says. Lines
 // are counted as the launcher's messages count them: from 1, within INSTRUCTIONS. Returns the
 // commands that the script uses. `script` is one of the setup's files and has a tag file.
 std::set<Command> checkScript(const Setup& setup, const SetupFile& script,

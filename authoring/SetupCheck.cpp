@@ -93,12 +93,12 @@ class TagCheck {
   }
 
  private:
-  void find(const std::string& text) { m_findings.push_back(m_file.label + ": " + text); }
+  void report(const std::string& text) { m_findings.push_back(m_file.label + ": " + text); }
   SString value(const char* tag) const { return m_file.tagFile->getTagValue(tag, 0); }
 
   void need(const char* tag, const char* consequence) {
     if (value(tag).empty()) {
-      find(std::string(tag) + " is missing: " + consequence);
+      report(std::string(tag) + " is missing: " + consequence);
     }
   }
 
@@ -116,8 +116,8 @@ class TagCheck {
 
   void checkCount(const TagRow& row) {
     if (row.values == TagValues::kFirst && m_file.tagFile->getTagValueCount(row.name) > 1) {
-      find(std::string(row.name) +
-           " has several lines, of which the first alone counts; write one line");
+      report(std::string(row.name) +
+             " has several lines, of which the first alone counts; write one line");
     }
   }
 
@@ -138,11 +138,11 @@ class TagCheck {
     }
   }
 
-  // Tags of the author's own are welcome; only what looks like a known one is told.
+  // Authors may add tags; reports only those that look like a misspelt known one.
   void checkUnknown(const std::string& name, TagTable table) {
     const std::string hint = didYouMean(name, table);
     if (!hint.empty() && !isReferredTo(m_setup, name)) {
-      find(printable(name) + " is no tag that the launcher knows" + hint);
+      report(printable(name) + " is no tag that the launcher knows" + hint);
     }
   }
 
@@ -150,9 +150,9 @@ class TagCheck {
     const SString text = value(tag);
     const auto isPlain = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
     if (!std::all_of(text.view().begin(), text.view().end(), isPlain)) {
-      find(std::string(tag) +
-           " holds letters beyond ASCII, which are shown wrongly; write each as "
-           "\\u and its four hexadecimal digits");
+      report(std::string(tag) +
+             " holds letters beyond ASCII, which are shown wrongly; write each as "
+             "\\u and its four hexadecimal digits");
     }
   }
 
@@ -160,15 +160,15 @@ class TagCheck {
     std::int16_t number;
     const SString text = value(tag);
     if (!text.empty() && !convertToShort(text, number)) {
-      find(std::string(tag) + ": " + quotedText(text.c_str()) +
-           " counts as not given; write 1 or 0");
+      report(std::string(tag) + ": " + quotedText(text.c_str()) +
+             " counts as not given; write 1 or 0");
     }
   }
 
   void needOne(const char* tag) {
     const SString text = value(tag);
     if (!text.empty() && text != "1" && text != "0") {
-      find(std::string(tag) + ": " + quotedText(text.c_str()) + " counts as 0; write 1 or 0");
+      report(std::string(tag) + ": " + quotedText(text.c_str()) + " counts as 0; write 1 or 0");
     }
   }
 
@@ -176,7 +176,7 @@ class TagCheck {
     for (long i = 0; i < m_file.tagFile->getTagValueCount(tag); ++i) {
       const SString line = m_file.tagFile->getTagValue(tag, static_cast<unsigned long>(i));
       if (line.find('=') == SString::npos) {
-        find(std::string(tag) + ": " + quotedText(line) + " is ignored; write name = value");
+        report(std::string(tag) + ": " + quotedText(line) + " is ignored; write name = value");
       }
     }
   }

@@ -1,8 +1,8 @@
-// SetupCheck: what would go wrong when a setup runs, found beforehand.
+// SetupCheck: finds what would go wrong when a setup runs.
 //
 // Findings are texts that name the file, say what the launcher would do, and what to write instead.
 // They are listed in docs/authoring.md. What cannot be known before the run, such as the value of a
-// variable, is taken as right.
+// variable, counts as right.
 #ifndef CORVANE_AUTHORING_SETUPCHECK_H
 #define CORVANE_AUTHORING_SETUPCHECK_H
 

@@ -27,7 +27,7 @@ bool isManifest(const std::string& path) {
   return byte == '{';
 }
 
-// Takes the tag file that `load` returns, or notes why it does not parse.
+// Stores the tag file that `load` returns, or adds a finding why it does not parse.
 template <class Load>
 void loadTagFile(Setup& setup, SetupFile& file, Load load) {
   try {

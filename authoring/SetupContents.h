@@ -23,12 +23,12 @@ struct SetupFile {
 struct Setup {
   std::string label;
   std::vector<SetupFile> files;       // in the order of the index
-  std::vector<std::string> findings;  // met while loading: what does not parse or lies outside
+  std::vector<std::string> findings;  // of loading: what does not parse or lies outside the file
 };
 
-// Takes `path` for a launcher file when it ends with our trailer, for a manifest when it begins
-// with a brace, and else for a launcher without files. Throws AuthoringError when the file or its
-// index cannot be read, or the manifest is wrong.
+// The file is taken as a launcher file when it ends with our trailer, as a manifest when it begins
+// with a brace, else as a launcher without files. Throws AuthoringError when the file or its index
+// cannot be read, or the manifest is wrong.
 Setup loadSetup(const std::string& path, const std::vector<std::string>& baseFolders);
 
 }  // namespace authoring

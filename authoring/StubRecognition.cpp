@@ -8,7 +8,7 @@
 namespace authoring {
 namespace {
 
-// No stub comes near; a file without our trailer may be anything.
+// Far larger than any stub. A file without our trailer may have any size.
 constexpr std::int64_t kLargestStub = std::int64_t{64} << 20;
 
 std::int64_t sizeOfStub(const LauncherFile& launcher) {
@@ -33,7 +33,7 @@ bool isValueByte(char byte) {
   return byte > ' ' && byte < '\x7F';
 }
 
-// Reads " NAME=VALUE" from `place` on and moves it behind. False when something else stands there.
+// Reads " NAME=VALUE" at `place` and moves `place` past it. False when something else is there.
 bool readField(const std::string& bytes, std::size_t& place, const std::string& name,
                std::string& value) {
   const std::string begin = " " + name + "=";

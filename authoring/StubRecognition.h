@@ -1,4 +1,4 @@
-// StubRecognition: which of our stubs a setup is made of.
+// StubRecognition: finds out which of our stubs a setup was made from.
 #ifndef CORVANE_AUTHORING_STUBRECOGNITION_H
 #define CORVANE_AUTHORING_STUBRECOGNITION_H
 
@@ -9,7 +9,7 @@
 
 namespace authoring {
 
-// What the stub's mark tells; see archive/StubMark.h for the values.
+// The fields of the stub's mark; see archive/StubMark.h for the values.
 struct Stub {
   std::string kind;
   std::string version;
@@ -17,14 +17,14 @@ struct Stub {
   std::string machine;
 };
 
-// Looks for the mark in front of the embedded files. Nothing: the program is none of ours, or from
-// before the marks.
+// Looks for the mark before the embedded files. Nothing when the program is not ours, or older than
+// the marks.
 [[nodiscard]] std::optional<Stub> recognizeStub(const LauncherFile& launcher);
 
 // The mark in a stub's bytes.
 [[nodiscard]] std::optional<Stub> findStubMark(const std::string& bytes);
 
-// As pages and messages call it: "corvane-launcher-any 1.0 (x86_64)".
+// The name for pages and messages: "corvane-launcher-any 1.0 (x86_64)".
 std::string describeStub(const Stub& stub);
 
 }  // namespace authoring

@@ -12,8 +12,8 @@
 namespace authoring {
 namespace {
 
-// Thrown when the rest of the template cannot be told apart any more.
-struct Lost {};
+// Thrown when the rest of the template cannot be parsed.
+struct Unparsable {};
 
 bool looksLikeAFunction(std::string_view name) {
   return std::all_of(name.begin(), name.end(),
@@ -32,7 +32,7 @@ std::string wantedCount(const FunctionGrammar& function) {
   return (isFixed ? " needs " : " takes at most ") + describeCount(function.mostArguments);
 }
 
-// The arguments that a call puts into the command, where they are read again.
+// The arguments that a call puts into the command, where they are scanned again.
 CommandText resultOf(Function function, const CommandTexts& args) {
   switch (function) {
     case Function::kReplace:
@@ -71,7 +71,7 @@ class TemplateCheck : public MacroHandler {
     if (!reader.tryRead(args)) {
       report(std::string(function->name) +
              " needs parentheses, and in them texts in double quotes with commas between");
-      throw Lost();
+      throw Unparsable();
     }
     end = reader.position() - 1;
     checkCount(*function, static_cast<long>(args.size()));
@@ -84,7 +84,7 @@ class TemplateCheck : public MacroHandler {
   void reportUnknown(std::string_view name) const {
     report("there is no function \"" + printable(name) + "\"" + didYouMean(name, kFunctionGrammar));
     if (!looksLikeAFunction(name)) {
-      throw Lost();
+      throw Unparsable();
     }
   }
 
@@ -104,7 +104,7 @@ void checkTemplate(const std::string& label, const SString& text,
                    std::vector<std::string>& findings) {
   try {
     TemplateCheck(label, findings).resolve(text, kFunctionMark);
-  } catch (const Lost&) {
+  } catch (const Unparsable&) {
   }
 }
 

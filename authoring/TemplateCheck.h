@@ -11,8 +11,8 @@
 
 namespace authoring {
 
-// Adds the functions that there are not, and the calls that are written wrongly, to `findings`,
-// each behind `label`. Functions in the arguments of others are looked at where they are called.
+// Adds unknown functions and malformed calls to `findings`, each after `label`. A call inside an
+// argument is checked where the argument becomes part of the command.
 void checkTemplate(const std::string& label, const SString& text,
                    std::vector<std::string>& findings);
 

@@ -1,6 +1,6 @@
 // corvane-pack: makes launcher files, lists and checks them, and takes them apart.
 //
-// Exit status: 0 done, nothing found; 1 an error, or something found; 2 called wrongly.
+// Exit status: 0 success, no findings; 1 an error, or findings; 2 wrong usage.
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <cstdio>
@@ -47,7 +47,7 @@ int list(const Arguments& arguments) {
   return 0;
 }
 
-// Nothing for a manifest.
+// Prints nothing for a manifest.
 void printStub(const std::string& path) {
   if (const auto stub = authoring::recognizeStub(authoring::readLauncherFile(path))) {
     print(path + ": stub " + authoring::describeStub(*stub) + "\n");

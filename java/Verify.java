@@ -1,8 +1,8 @@
 /**
- * Tells the launcher what a candidate JVM says of itself.
+ * Prints what a candidate JVM says about itself, for the launcher.
  *
  * <p>The launcher runs this class in the JVM under test, with the names of system properties as
- * arguments, and reads standard output: first the magic line, by which it knows our output from the
+ * arguments, and reads standard output: first the magic line, which separates our output from the
  * banners and warnings that some JVMs print, then one line for each name, in order, with the value
  * of that property. A property that the JVM does not have, and an empty name, give an empty line.
  *

@@ -4,7 +4,7 @@
 # Usage: scripts/demo.sh [--no-jvm]
 #
 # In a terminal the setup asks where to install to; without one, or with CI set, it runs unattended.
-# With --no-jvm the setup wants a Java that no machine has, and one sees what a user without a
+# With --no-jvm the setup requires a Java that no machine has: it shows what a user without a
 # suitable Java sees. The exit status is that of the setup.
 set -euo pipefail
 # shellcheck source=scripts/setup.sh
@@ -40,7 +40,7 @@ run_setup() {
 }
 
 if [ -n "$no_jvm" ]; then
-    # The embedded descriptions of Java are set aside for one that nothing answers.
+    # A description that no Java matches replaces the embedded ones.
     sed 's/Java 25/Java 99/; s/= 25$/= 99/' "$root/examples/sample/jvm/java25.tag" >java99.tag
     cat >no-jvm.tag <<'TAGS'
 ACTION: RUN_INSTRUCTIONS

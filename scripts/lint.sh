@@ -12,7 +12,7 @@ set -uo pipefail
 . "$(dirname -- "${BASH_SOURCE[0]}")/setup.sh"
 cd -- "$root" || exit 1
 
-# Releases of clang-format differ in details; the sources are as this one leaves them.
+# Releases of clang-format differ in details; the sources are formatted by this one.
 format_release=14
 
 skip() {
@@ -30,7 +30,7 @@ lint_format() {
         xargs -0 clang-format --dry-run -Werror
 }
 
-# On standard error clang-tidy counts what it found in the system's headers and does not report.
+# clang-tidy counts on standard error what it found in system headers but does not report.
 lint_tidy() {
     local log=build/lint-configure.log
     has clang-tidy || skip "there is no clang-tidy" || return

@@ -5,9 +5,9 @@
 # Usage: scripts/locales.sh [--show] [SUITE...]
 #
 # --show prints what each terminal shows. SUITE is a Debian release (default: bullseye trixie); its
-# packages are fetched, not installed. The locales stay in build/locales, the roots in build/foreign:
-# once they are there, the tests catalogue.locales* use them, too. The exit status is 0 when nothing
-# differs; a root that cannot be had is told and left out.
+# packages are fetched, not installed. The locales stay in build/locales, the roots in
+# build/foreign: once they are there, the tests catalogue.locales* use them, too. The exit status is
+# 0 when nothing differs; a root that cannot be fetched is named and left out.
 set -uo pipefail
 # shellcheck source=scripts/setup.sh
 . "$(dirname -- "${BASH_SOURCE[0]}")/setup.sh"

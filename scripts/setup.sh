@@ -5,7 +5,7 @@
 #                            makes sure that what a build (or a build and its tests) needs is there:
 #                            where there is apt (Debian, Ubuntu) it installs exactly what is
 #                            missing, elsewhere it says what to install; it goes on when all is there
-#   use_utf8                 sees to a locale in which file names may have any letters
+#   use_utf8                 sets a locale in which file names may have any letters
 #   configure PRESET         configures build/PRESET
 #   build PRESET [TARGET...] configures and builds into build/PRESET
 #   say TEXT, die TEXT       what the script does next, and why it cannot go on
@@ -43,8 +43,8 @@ die() {
     exit 1
 }
 
-# What is needed: who needs it, the Debian package, and how to see on any system that it is there.
-# What is "optional" serves tests that are left out where it is not to be had.
+# What is needed: who needs it, the Debian package, and a check for it that works on any system.
+# Tests that need something "optional" are skipped where it cannot be installed.
 needs() {
     cat <<'ROWS'
 build     g++                    compiles_cxx20

@@ -7,7 +7,7 @@
 set -uo pipefail
 # shellcheck source=scripts/setup.sh
 . "$(dirname -- "${BASH_SOURCE[0]}")/setup.sh"
-# No step is attended, even when somebody watches.
+# No step may ask the user, even in a terminal.
 exec </dev/null
 export CI=true
 
@@ -102,7 +102,7 @@ finish() {
 
 use_utf8
 set_up test
-# The rules of the house need no build, but for that of the calls: ctest runs it.
+# The rules need no build, except the one about calls, which ctest runs.
 for rule in "$root"/tools/check_*.py "$root"/tests/*_test.py; do
     [ "${rule##*/}" != check_calls.py ] || continue
     check "Rule: $(basename "$rule" .py)" python3 -B "$rule" "$root"

@@ -7,7 +7,7 @@
 # Usage: scripts/torture.sh [--short] [--only fault|kill|disk [--case NAME]] [--seed N] [--help]
 #
 # The whole takes some minutes. What the machine does not permit (ptrace, a mount namespace) is
-# skipped with a word. Failures that are known stand in tests/torture/expected.txt.
+# skipped with a message. Failures that are known stand in tests/torture/expected.txt.
 set -uo pipefail
 # shellcheck source=scripts/setup.sh
 . "$(dirname -- "${BASH_SOURCE[0]}")/setup.sh"

@@ -9,7 +9,7 @@
 //
 // MESSAGES is the folder of corvane-launcher.pot and the PO files. All check everything,
 // print a line for each problem on standard error, and write OUTPUT only when there is none.
-// Status: 0; 1 for problems; 2 for a wrong use.
+// Status: 0 done, 1 problems, 2 wrong usage.
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -59,7 +59,7 @@ int make(std::string (*write)(const Catalogue&), const std::string& messages, co
   if (problems.count() != 0) return 1;
   if (writeWhole(output, write(all))) return 0;
   std::perror(output);
-  // Half a file would look newer than its sources to the next build; a device stays where it is.
+  // The next build would take a partial file as up to date. A device is not removed.
   if (std::filesystem::is_regular_file(output)) std::remove(output);
   return 1;
 }

@@ -1,4 +1,4 @@
-// What the tests of the archive share: a launcher file that the process believes to be its own.
+// What the tests of the archive share: a launcher file that the process takes as its own.
 #ifndef CORVANE_TESTS_SUPPORT_ARCHIVEFIXTURE_H
 #define CORVANE_TESTS_SUPPORT_ARCHIVEFIXTURE_H
 
@@ -20,7 +20,7 @@ using test::errorOf;
 
 class ArchiveTest : public testing::Test {
  protected:
-  // Also where a test that was run before in this process chose otherwise.
+  // Whatever earlier tests in this process have set.
   ArchiveTest() { PlatformTestAccess::resetOptions(); }
 
   // Makes the running launcher's file. Bytes stay as they are.
@@ -35,7 +35,7 @@ class ArchiveTest : public testing::Test {
   test::ScopedEnvironment m_lang{"LANG", "en"};
 };
 
-// A stream that stands in front of these bytes.
+// A stream that stands before these bytes.
 inline FilePtr streamOf(const std::string& bytes) {
   FilePtr file(std::tmpfile());
   EXPECT_EQ(bytes.size(), std::fwrite(bytes.data(), 1, bytes.size(), file.get()));

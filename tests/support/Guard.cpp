@@ -26,7 +26,7 @@ namespace test {
 
 void fixSurroundings() {
   umask(022);
-  std::string names;  // one a line: unsetting moves what is behind
+  std::string names;  // one a line; unsetenv moves the entries after it
   for (char** entry = environ; *entry != nullptr; ++entry) {
     const std::string_view name(*entry, std::string_view(*entry).find('='));
     if (name == "LANG" || name == "LANGUAGE" || name.starts_with("LC_")) {
@@ -92,7 +92,7 @@ void killChildren() {
   }
 }
 
-// What a killed child had started becomes a child, so this goes on until there is none.
+// The children of a killed child become ours, so this repeats until there is none.
 void killDescendants() {
   constexpr int kRounds = 2000;
   constexpr useconds_t kPause = 2000;
@@ -108,7 +108,7 @@ void killDescendants() {
   }
 }
 
-// Names a new folder in TMPDIR, open to everybody, as tests run as others, too.
+// Sets TMPDIR to a new folder, open to everybody: some tests run as another user.
 void makeScratchFolder() {
   std::string folder = (fs::temp_directory_path() / "corvane-test-XXXXXX").string();
   if (mkdtemp(folder.data()) == nullptr) {
@@ -118,8 +118,8 @@ void makeScratchFolder() {
   setenv("TMPDIR", folder.c_str(), 1);
 }
 
-// Of what was killed anything may be left, folders without permissions or longer than a path can be
-// among it; rm knows its way.
+// Killed tests may leave anything, even folders without permissions or with too long paths. rm can
+// remove them.
 void removeScratchFolder() {
   if (rmdir(std::getenv("TMPDIR")) != 0 &&
       std::system("chmod -R u+rwx \"$TMPDIR\"; rm -rf \"$TMPDIR\"") != 0) {
@@ -136,7 +136,8 @@ void removeScratchFolder() {
   std::exit(body());
 }
 
-// Waits for the end of the tests or of whoever wants their result. Returns the wait status.
+// Waits for the end of the tests or of the process that wants their result. Returns the wait
+// status.
 int waitForTests(pid_t tests, int life, const sigset_t& whileWaiting) {
   int status = SIGKILL;
   pollfd lifeEnds = {life, 0, 0};
@@ -151,7 +152,8 @@ int waitForTests(pid_t tests, int life, const sigset_t& whileWaiting) {
   return status;
 }
 
-// `life` ends when the process that was started does; `result` takes the wait status of the tests.
+// `life` is closed when the process that was started ends; `result` takes the wait status of the
+// tests.
 [[noreturn]] void guard(const std::function<int()>& body, Pipe life, Pipe result) {
   setsid();
   life.keep(0);

@@ -18,8 +18,8 @@ namespace test {
 // The same surroundings for everybody: umask 022, and no locale.
 void fixSurroundings();
 
-// Runs `body` under a guard and returns its result, or ends by the signal that ended it. Without a
-// guard (plainly here) where a debugger looks on, and on systems that have no such adoption.
+// Runs `body` under a guard and returns its result, or ends by the signal that ended it. Runs it
+// without a guard in a debugger, and on systems where no process can adopt others.
 int runGuarded(const std::function<int()>& body);
 
 }  // namespace test

@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ, SIGCHLD, SIGALRM};
 
-// What a test may change of the process beside our own state; as it was when the program started.
+// What a test may change in the process besides our own state, as it was when the program started.
 class NewProcess : public testing::EmptyTestEventListener {
  public:
   NewProcess();
@@ -62,7 +62,7 @@ void NewProcess::OnTestStart(const testing::TestInfo&) {
   g_console = {};
   g_cleanup = {};
   putBackEnvironment();
-  EXPECT_NE(nullptr, std::freopen("/dev/null", "r", stdin));  // nothing is left of the last input
+  EXPECT_NE(nullptr, std::freopen("/dev/null", "r", stdin));  // drops unread input
   EXPECT_EQ(0, fchdir(m_directory));
   umask(m_umask);
   for (std::size_t i = 0; i < std::size(kSignals); ++i) {

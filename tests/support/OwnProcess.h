@@ -22,7 +22,7 @@ class OwnProcess {
   pid_t pid() const { return m_pid; }
   // Waits for the end: "exit 3" or "signal 15".
   std::string end();
-  // What it, and all who hold its output still, have written.
+  // What was written to its output, until every process that holds it has closed it.
   std::string output();
 
  private:
@@ -30,7 +30,7 @@ class OwnProcess {
   int m_output;
 };
 
-// The output of such a copy, with "[exit 3]" or the like behind it unless it ended with status 0.
+// The output of such a copy, followed by "[exit 3]" or the like unless it ended with status 0.
 std::string outputOf(const std::function<void()>& body);
 
 // Gives up the rights of the superuser, if this process has them.

@@ -10,7 +10,7 @@
 
 namespace test {
 
-// Writes down what the walk offers, and does what a test wants at one file.
+// Records what the walk offers, and cancels or stops at one file when a test wants it.
 class RecordingWalk : public FileNavigator {
  public:
   explicit RecordingWalk(bool isCancellable = true, bool recordsVisited = true)

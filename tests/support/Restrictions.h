@@ -1,11 +1,10 @@
-// Failures of the system, made to order. For processes of their own (OwnProcess): most cannot be
-// taken back.
+// Failures of the system, on request. For use in an OwnProcess: most cannot be undone.
 #ifndef CORVANE_TESTS_SUPPORT_RESTRICTIONS_H
 #define CORVANE_TESTS_SUPPORT_RESTRICTIONS_H
 
 namespace test {
 
-// Each returns false when that cannot be had here.
+// Each returns false when that is not possible here.
 
 // Sets the limit of a resource (RLIMIT_...), which can be raised again.
 bool limit(int resource, unsigned long value);

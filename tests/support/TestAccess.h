@@ -1,5 +1,5 @@
-// The way of the tests to the process's state: sets what normally the command line or a signal
-// would. Nothing needs to be put back: each test begins as a new process does (NewProcess.h).
+// The tests' access to the process's state: sets what the command line or a signal normally sets.
+// Nothing needs to be restored: each test begins as a new process does (NewProcess.h).
 #ifndef CORVANE_TESTS_SUPPORT_TESTACCESS_H
 #define CORVANE_TESTS_SUPPORT_TESTACCESS_H
 
@@ -20,10 +20,9 @@ class LauncherTestAccess {
   static bool showsJavaConsole();
   static const StringDeque& args();
   static const StringDeque& passThroughArgs();
-  // What the command line leaves behind, as at the start of a process.
+  // What the command line sets, as at the start of a process.
   static void resetCommandLine();
-  // Log, purpose, archive and variables as at the start of a process, for test programs that are
-  // run by hand, all tests in one process.
+  // Log, purpose, archive and variables as at the start of a process.
   static void resetState();
   // No input file was loaded.
   static void resetInputFiles();

@@ -21,8 +21,8 @@ namespace {
 
 using DirectoryPtr = std::unique_ptr<DIR, int (*)(DIR*)>;
 
-// Adds the paths below `folder`, each behind `prefix`; a folder stands before what is in it. The C
-// library's own walk: that of the C++ library cannot read large disks on 32-bit machines.
+// Adds the paths below `folder`, each after `prefix`; a folder comes before its contents. Uses
+// readdir, as the C++ library cannot read large disks on 32-bit machines.
 bool collect(const std::string& folder, const std::string& prefix,
              std::vector<std::string>& paths) {
   const DirectoryPtr directory(opendir(folder.c_str()), closedir);

@@ -1,5 +1,5 @@
-// Texts as the tests compare them: from and to the launcher's strings, of errors, and without what
-// differs from run to run.
+// Texts as the tests compare them: conversions, error texts, and texts without what differs from
+// run to run.
 #ifndef CORVANE_TESTS_SUPPORT_TEXTS_H
 #define CORVANE_TESTS_SUPPORT_TEXTS_H
 

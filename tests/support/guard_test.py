@@ -14,8 +14,8 @@ import time
 GUARDED = sys.argv[1]
 PATIENCE = 20
 
-# Says the process that it starts in a session of its own, which ends for nobody, and makes folders
-# that cannot be entered.
+# Makes a folder that cannot be entered, starts a process in a session of its own that ignores
+# signals, and prints its id.
 LITTER = """
 mkdir -p "$TMPDIR/a/b" && chmod 0 "$TMPDIR/a"
 setsid sh -c 'trap "" HUP INT TERM; echo $$; while :; do sleep 0.05; done' &

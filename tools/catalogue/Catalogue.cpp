@@ -57,7 +57,7 @@ void checkContentType(const PoFile& file, const std::string& path, const Locale&
   }
 }
 
-// What speaks against using an entry at all; empty when nothing does.
+// Why an entry cannot be used; empty when it can.
 std::string unusableBecause(const PoEntry& entry, const std::string& english) {
   if (entry.english != english)
     return "msgid differs from the template's: \"" + entry.english + "\"";
@@ -115,7 +115,7 @@ Texts readTranslation(const std::string& path, const Locale& locale, const Texts
   return texts;
 }
 
-// A file that no table is made from is a translator's slip in the name.
+// A PO file whose name is no locale is a translator's mistake.
 void checkFileNames(const std::string& folder, Problems& problems) {
   std::vector<std::string> names;
   for (const auto& file : std::filesystem::directory_iterator(folder)) {
@@ -134,7 +134,7 @@ void checkFileNames(const std::string& folder, Problems& problems) {
 Catalogue readCatalogue(const std::string& folder, Problems& problems) {
   Catalogue catalogue;
   catalogue[0] = readTemplate(folder + "/corvane-launcher.pot", problems);
-  if (problems.count() != 0) return catalogue;  // the translations would be blamed for it
+  if (problems.count() != 0) return catalogue;  // else the translations would be blamed for it
   checkFileNames(folder, problems);
   for (std::size_t i = 1; i < kLocaleCount; ++i) {
     const Locale& locale = kLocales[i];

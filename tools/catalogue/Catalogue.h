@@ -17,7 +17,8 @@ using Texts = std::array<std::string, kEntryCount>;
 using Catalogue = std::array<Texts, kLocaleCount>;  // in the order of kLocales
 
 // Reads FOLDER/corvane-launcher.pot (its msgids are the English texts) and FOLDER/<code>.po of
-// every other locale. What is wrong is added to `problems`; the result is whole only without any.
+// every other locale. What is wrong is added to `problems`; the result is complete only when there
+// is nothing.
 Catalogue readCatalogue(const std::string& folder, Problems& problems);
 
 }  // namespace catalogue

@@ -7,7 +7,7 @@
 namespace catalogue {
 namespace {
 
-// How a charset's two bytes lie; all zero for charsets of one byte.
+// The ranges of a charset's two bytes; zero lead bytes for charsets of one byte.
 struct Shape {
   std::uint8_t firstLead;
   std::uint8_t lastLead;
@@ -70,7 +70,7 @@ char byteOf(unsigned number) {
   return static_cast<char>(static_cast<unsigned char>(number));
 }
 
-// The bytes of the table's place `index`.
+// The bytes of the character at `index` of the table.
 std::string bytesAt(std::uint8_t firstLead, std::uint8_t columns, std::size_t index) {
   const unsigned row = static_cast<unsigned>(index / columns);
   const int column = static_cast<int>(index % columns);
@@ -78,7 +78,7 @@ std::string bytesAt(std::uint8_t firstLead, std::uint8_t columns, std::size_t in
   return {byteOf(firstLead + row), byteOf(trailByte(columns, column))};
 }
 
-// The one character of the basic plane that the bytes stand for, and no other bytes; else 0.
+// The character of the basic plane that these bytes alone stand for, else 0.
 std::uint16_t characterOf(const std::string& bytes, Encoder& decoder, Encoder& encoder) {
   const std::optional<std::string> utf8 = decoder.encode(bytes);
   if (!utf8 || charactersOf(*utf8).size() != 1) return 0;

@@ -1,7 +1,7 @@
 // The charsets that the launcher can write: which ones, and their tables.
 //
-// They are those of the catalogue's languages, in which titles are shown, too, their rivals on
-// other systems, and what else the locales of Unix systems have in one byte a character.
+// They are those of the catalogue's languages (titles are shown in them, too), those that other
+// systems use for these languages, and the other one-byte charsets of Unix locales.
 #ifndef CORVANE_TOOLS_CATALOGUE_CHARSETS_H
 #define CORVANE_TOOLS_CATALOGUE_CHARSETS_H
 
@@ -24,8 +24,8 @@ struct Charset {
 // In the order of the launcher's tables. Throws std::runtime_error when iconv lacks one.
 std::vector<Charset> makeCharsets();
 
-// True when the charset's table holds every character of the text (UTF-8), in the bytes that iconv
-// gives it in `encoder`, the charset's own.
+// True when the charset's table holds every character of the text (UTF-8), with the bytes that
+// `encoder`, which converts to this charset, gives it.
 bool canShow(const Charset& charset, Encoder& encoder, std::string_view text);
 
 }  // namespace catalogue

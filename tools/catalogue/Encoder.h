@@ -11,7 +11,7 @@
 
 namespace catalogue {
 
-// Cuts UTF-8 text into its characters. A byte that belongs to none stands for itself, and then
+// Cuts UTF-8 text into its characters. A byte that belongs to none is a character of its own, which
 // cannot be encoded.
 std::vector<std::string_view> charactersOf(std::string_view utf8);
 
@@ -22,7 +22,7 @@ char32_t codePointOf(std::string_view character);
 // ("U+2026 '...'" with the one character between the quotes).
 std::string nameOfCharacter(std::string_view character);
 
-// Converts character by character. Knows stateless encodings only: a text's form is that of its
+// Converts character by character. For stateless encodings only: an encoded text is its encoded
 // characters in a row. Throws std::runtime_error when iconv does not know an encoding.
 class Encoder {
  public:
@@ -31,8 +31,8 @@ class Encoder {
   Encoder(const Encoder&) = delete;
   Encoder& operator=(const Encoder&) = delete;
 
-  // Empty optional when the encoding lacks the character. Nothing is replaced by a likeness, but
-  // for the letters that olderLetter() tells (src/platform/CharsetTables.h).
+  // Nothing when the encoding lacks the character. None is replaced by a similar one, except as
+  // olderLetter() says (src/platform/CharsetTables.h).
   std::optional<std::string> encode(std::string_view character);
 
  private:

@@ -8,9 +8,8 @@
 #include <cstring>
 #include <memory>
 
-// Asked by the address sanitizer: the library loses memory with each msgctxt that it reads, later
-// releases with each entry. These are no leaks of ours; a build with the sanitizer must not end for
-// them.
+// Called by the leak sanitizer: libgettextpo leaks memory for each msgctxt that it reads, later
+// releases for each entry. These leaks are not ours and must not fail a build with the sanitizer.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
   return "leak:libgettextpo\n";
@@ -23,7 +22,7 @@ extern "C" const char* __lsan_default_options() {
 namespace catalogue {
 namespace {
 
-// The library reports through plain functions without a context of ours.
+// The library's callbacks take no context: this is it.
 struct Reading {
   Problems* problems;
   const char* path;

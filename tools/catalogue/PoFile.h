@@ -1,4 +1,4 @@
-// A PO file as its library reads it: the header fields that matter here, and the live entries.
+// A PO file as its library reads it: the header fields that matter here, and the entries in use.
 //
 // Syntax errors, and whatever the library itself complains of (an entry that stands twice, bytes
 // that are not UTF-8), are added to `problems` with file, line and locale.

@@ -1,5 +1,5 @@
-// What is wrong with the translations: every problem is printed as one line on standard error, so
-// that a translator sees them all at once, and counted.
+// What is wrong with the translations. Every problem is counted and printed as one line on standard
+// error, so that a translator sees all of them at once.
 #ifndef CORVANE_TOOLS_CATALOGUE_PROBLEMS_H
 #define CORVANE_TOOLS_CATALOGUE_PROBLEMS_H
 

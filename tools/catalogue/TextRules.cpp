@@ -8,7 +8,7 @@ using List = std::vector<std::string>;
 // An identifier and the progress dot: the same in every language.
 constexpr std::size_t kFixedEntries[] = {13, 18};
 
-// What the user types or reads on the command line must survive the translation.
+// Names of options must not be translated.
 constexpr const char* kOptionNames[] = {"-cv:javahome", "-cv:tempdir", "-log", "-in"};
 
 std::size_t countOf(const std::string& text, const std::string& part) {

@@ -1,5 +1,5 @@
-// What every text of the catalogue must keep, so that it can be formatted, printed on a terminal of
-// its time and joined with the texts around it.
+// Rules that let a text of the catalogue be formatted, printed in its encoding and joined with the
+// texts around it.
 #ifndef CORVANE_TOOLS_CATALOGUE_TEXTRULES_H
 #define CORVANE_TOOLS_CATALOGUE_TEXTRULES_H
 
@@ -11,7 +11,7 @@
 
 namespace catalogue {
 
-// Each problem is one clause that goes on after "entry N: "; no problems: an empty list.
+// Each problem continues the text "entry N: ". The list is empty when there is none.
 std::vector<std::string> problemsOfEnglish(const std::string& english, Encoder& ascii);
 
 // `encoding` is the name of what `encoder` encodes to.

@@ -41,7 +41,7 @@ std::string encoded(const std::string& utf8, Encoder& encoder) {
   return bytes;
 }
 
-// Octal escapes end after three digits, so nothing that follows is taken for a part of them.
+// Octal escapes end after three digits, so a digit that follows does not become part of one.
 std::string literalOf(const std::string& bytes) {
   std::string literal = "\"";
   for (const char byte : bytes) {
@@ -72,7 +72,7 @@ std::string lettersOf(const Texts& texts) {
   return all;
 }
 
-// One bit for each charset, by its number, that can show all of the locale's texts.
+// Bit N is set when charset N can show all of the locale's texts.
 std::uint64_t charsetsFor(const Texts& texts, const std::vector<Charset>& charsets) {
   const std::string letters = lettersOf(texts);
   std::uint64_t bits = 0;
