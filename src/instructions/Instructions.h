@@ -8,8 +8,8 @@
 // InstructionsExpressions.cpp evaluates arguments. Errors of the script are
 // InstructionsException; a LauncherException of an operation passes through.
 // When the user has canceled, Canceled is thrown: until a wizard has run, at the next statement;
-// afterwards, so that the lines behind LAUNCH can tidy up, where the script could go on for ever (a
-// jump backwards, a substitution that goes on and on).
+// afterwards only where the script could run for ever (a jump backwards, a long substitution), so
+// that the lines after LAUNCH can tidy up.
 #ifndef CORVANE_INSTRUCTIONS_INSTRUCTIONS_H
 #define CORVANE_INSTRUCTIONS_INSTRUCTIONS_H
 

@@ -47,7 +47,7 @@ bool skipToMagicLine(const SString& output, std::size_t& position, SString& line
   return false;
 }
 
-// False, and told in the log, for a candidate that had to be ended or could not be started.
+// False, with a line in the log, for a candidate that had to be ended or could not be started.
 bool hasAnswered(const ProcessResult& trial, const SString& home) {
   if (trial.isTimedOut) {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(kTrialLimits.duration);

@@ -69,8 +69,8 @@ const Launcher::ActionRow Launcher::kActions[] = {
     {actionname::kVerifyJVM,
      [](const InputRequest& request, RunPlan& plan) { performVerify(request, plan); }},
     {actionname::kInstallJVM,
-     // QUIRK(install-without-values): nothing is done or told, and the status stays 0, while
-     // VERIFY_JVM calls the same an error. Calling programs leave a value away to skip the step.
+     // QUIRK(install-without-values): nothing is done or said, and the status stays 0; VERIFY_JVM
+     // without its values is an error.
      [](const InputRequest& request, RunPlan& plan) {
        const SString installer = request.value(tagname::kInstallJVMExe);
        const SString destination = request.value(tagname::kInstallJVMDest);
@@ -95,10 +95,9 @@ void Launcher::performVerify(const InputRequest& request, RunPlan& plan) {
 }
 
 // Reads the input file and turns logging over to the file that it names.
-// QUIRK(no-logfile-no-log): without LOGFILE the log is switched off, also that of "-cv:log": the
-// calling program alone says what is logged.
-// QUIRK(input-failure-told-twice): a failure is shown here, behind a text of its own, and again by
-// `process`. Calling programs read either line.
+// QUIRK(no-logfile-no-log): without LOGFILE the log is switched off, also that of "-cv:log".
+// QUIRK(input-failure-told-twice): a failure is shown here, after a text of its own, and again by
+// `process`.
 void Launcher::readInputFile(const SString& argument, TagFile& tags) {
   try {
     const FilePtr file = openInputFile(argument);

@@ -36,8 +36,8 @@ SString asProgram(const SString& path) {
   return path.find_first_of(kBlanks) == SString::npos ? path : inQuotes(path);
 }
 
-// Copies what can be read. Returns 0, or the errno of the last write that failed; the copy goes on
-// behind a failed write.
+// Copies what can be read. Returns 0, or the errno of the last write that failed; the copy
+// continues after a failed write.
 int copyStream(std::FILE* source, std::FILE* target) {
   int error = 0;
   char chunk[kCopyChunk];

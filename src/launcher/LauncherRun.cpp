@@ -38,9 +38,8 @@ std::int32_t Launcher::process(StringDeque& args, const SString& launcherPath) {
   }
 }
 
-// What becomes of a run that started nothing more. A wizard that ran when the user canceled knew of
-// it, and its status tells what it made of that. Else the signal ends us, too, so that a loop in a
-// shell stops.
+// The status of a canceled run: that of the wizard that ran when the user canceled, since the
+// wizard was told. Else the signal ends us, too, so that a loop in a shell stops.
 std::int32_t Launcher::statusOfCanceledRun() {
   if (g_launcher.m_canceledWizard) {
     return *g_launcher.m_canceledWizard;

@@ -114,7 +114,7 @@ CommandText LaunchScript::buildRuntimeJavaArgs(const JVMFile& jvm) const {
   }
   const SString required = firstValue(jvm, tagname::kReqJavaArgs);
   if (!required.empty()) {
-    // QUIRK(required-args-after-blank): the blank stands in front of them even when nothing does.
+    // QUIRK(required-args-after-blank): the blank is there even when nothing precedes it.
     args += " ";
     args += required;
   }

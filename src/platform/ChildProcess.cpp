@@ -35,17 +35,16 @@ LauncherException systemError(const SString& text, int errorNumber) {
   return LauncherException(text + std::strerror(errorNumber));
 }
 
-// In front of each command. A shell that waits for its command survives HUP, INT and TERM, then
-// starts nothing more and tells how the command ended, which is what our caller wants to know. QUIT
-// is for the command alone. The command itself is not protected. Only where it hears of the signal,
-// too.
+// Precedes each command. A shell that waits for its command survives HUP, INT and TERM, then starts
+// nothing more and reports how the command ended. QUIT is for the command alone. The command itself
+// is not protected. Only where we can send it the signal.
 #ifdef __linux__
 constexpr char kSurviveSignals[] = "trap 'exit' 1 2 15; trap : 3; ";
 #else
 constexpr char kSurviveSignals[] = "";
 #endif
 
-// The system takes no longer argument; a command that fills it goes without the words in front.
+// The system takes no longer argument; a command that needs all of it goes without the trap.
 constexpr std::size_t kLongestArgument = 128 * 1024 - 1;
 
 SString shellLine(const SString& command) {
@@ -65,7 +64,7 @@ ChildProcess::ChildProcess(const ProcessRequest& request) : m_request(request) {
   m_result.errors = KeptText(limitsFor(request));
 }
 
-// A child that is still there was left by an exception: nobody will look at its output any more.
+// A child that still runs was left by an exception: nobody reads its output any more.
 ChildProcess::~ChildProcess() {
   if (m_child != 0) {
     endNow();
@@ -119,7 +118,7 @@ void ChildProcess::fork(const char* const* arguments) {
 
 // In the child.
 void ChildProcess::becomeShell(const char* const* arguments) const {
-  m_signals.giveBack();
+  m_signals.restoreInherited();
   if (m_request.isTrial) {
     setpgid(0, 0);
   }
@@ -130,8 +129,7 @@ void ChildProcess::becomeShell(const char* const* arguments) const {
   failToStart(false);
 }
 
-// In the child: nothing is to be read from standard input. In a jail without /dev/null that is a
-// pipe at its end.
+// In the child: makes standard input empty. In a jail without /dev/null it is a pipe at its end.
 bool ChildProcess::readNothing() {
   const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
   if (null != -1) {
@@ -167,14 +165,14 @@ ProcessResult ChildProcess::wait() {
   return std::move(m_result);
 }
 
-// Who the command left behind may hold its output open; a user who cancels need not wait for those.
+// A background process may keep the pipe open. After a cancel, do not wait for its end of file.
 bool ChildProcess::isOver() {
   noteEnd();
   return m_hasEnded && (!hasOpenOutput() || PlatformImpl::isCanceled());
 }
 
-// Looks for what has ended: the command, and who lost its parent and became our own child. A trial
-// is only looked at: its number must stay its group's until that has been ended.
+// Finds what has ended: the command, and orphans that became our children. An ended trial is not
+// reaped: its number must stay that of its group until the group has been ended.
 void ChildProcess::noteEnd() {
   siginfo_t info = {};
   while (!m_hasEnded) {
@@ -253,7 +251,7 @@ void ChildProcess::finish() {
   checkStart();
 }
 
-// Tells what hindered the shell; a trial's caller has words of its own for that.
+// Throws what stopped the shell from starting; of a trial only records it.
 void ChildProcess::checkStart() {
   StartFailure failure = {};
   const int end = m_startFailure.readEnd();

@@ -3,8 +3,8 @@
 // While an object lives, signals are delivered only inside `wait` (SignalHold). Whatever happens,
 // the destructor leaves no child behind. Objects must not be nested. Used by executeProcess only.
 //
-// How signals, the shell and the command's own processes go together is told in
-// docs/architecture.md, "Child processes".
+// docs/architecture.md, "Child processes", explains how signals, the shell and the command's own
+// processes work together.
 #ifndef CORVANE_PLATFORM_CHILDPROCESS_H
 #define CORVANE_PLATFORM_CHILDPROCESS_H
 
@@ -27,12 +27,12 @@ class ChildProcess {
   // Starts the command in the current directory. Throws Canceled instead when the user has
   // canceled, and LauncherException when the system gives no pipe or no process.
   void start();
-  // Collects the output until the command has ended and all its output has come; who the command
-  // left behind may hold that open. Throws what stopped the shell from starting (not of a trial).
+  // Collects the output until the command has ended and all its output has come; background
+  // processes may keep that open. Throws what stopped the shell from starting (not of a trial).
   ProcessResult wait();
 
  private:
-  // What the child tells when it cannot become the shell.
+  // What the child reports when it cannot become the shell.
   struct StartFailure {
     bool atRedirection;
     int error;

@@ -11,9 +11,9 @@
 
 namespace {
 
-// So long a shell without a command of its own counts as about to start it.
+// For this long a shell without a child counts as about to start its command.
 constexpr milliseconds kStartUp{1'000};
-// So long a command may have been too young for a signal that its shell has had.
+// For this long a command may have started too late for a signal that its shell has had.
 constexpr milliseconds kNewcomer{20};
 constexpr milliseconds kBetweenLooks{5};
 
@@ -42,7 +42,7 @@ void ChildProcess::heedSignals() {
   }
 }
 
-// A shell that has had a signal before its command was there starts that all the same, and the
+// A shell that gets a signal before it has started its command starts it all the same, and the
 // signal would be lost.
 bool ChildProcess::isStartingUp() const {
   return Clock::now() < m_startedAt + kStartUp && CommandTree::isStillOurShell(m_child) &&
@@ -64,8 +64,8 @@ void ChildProcess::passOn(int signal, volatile Unheard& unheard) const {
   }
 }
 
-// True when our shell ended before a signal's time came to be told to its command: it had the
-// signal, and left without a command to tell of.
+// True when our shell ended before a signal was passed to its command: it had the signal itself,
+// and ended without a command.
 bool ChildProcess::hasMissedCommand() const {
   const bool isNew = Clock::now() < m_startedAt + kNewcomer;
   return std::any_of(
@@ -74,8 +74,8 @@ bool ChildProcess::hasMissedCommand() const {
       });
 }
 
-// The shell waits for its command and passes nothing on, so that both are told, the shell first: it
-// then starts nothing behind our back. Where it dies of that, its list is gone.
+// The shell passes nothing on to its command, so both are sent the signal; the shell first, so that
+// it starts nothing more. When it dies of that, its list of children is gone.
 void ChildProcess::tell(int signal, bool alsoShell) const {
   std::vector<pid_t> commands = CommandTree::childrenOf(m_child);
   if (alsoShell) {
@@ -107,9 +107,8 @@ void ChildProcess::keepTrialInTime() {
   }
 }
 
-// Ends the command and what it started. Of a trial that has ended by itself only who holds its
-// output still is left to be ended: those of its group. What even KILL does not end is waited for
-// no longer.
+// Ends the command and what it started; of a trial that has ended by itself, what is left of its
+// group and keeps its output open. Does not wait for what even KILL does not end.
 void ChildProcess::endNow() {
   const bool endedByItself = m_hasEnded && m_ending == Ending::NotYet;
   if (!endedByItself) {

@@ -1,7 +1,7 @@
-// CleanupState: what ends a run and what is to be done then; the third of the process's values.
+// CleanupState: what ends a run and what is cleaned up then: the third part of the process's state.
 //
-// `g_cleanup = {}` is a new process: so the tests begin. Read and written by PlatformImpl's own
-// files only. The signal handler touches m_signals alone.
+// `g_cleanup = {}` makes it that of a new process; each test begins so. Read and written by
+// PlatformImpl's own files only. The signal handler touches m_signals alone.
 #ifndef CORVANE_PLATFORM_CLEANUPSTATE_H
 #define CORVANE_PLATFORM_CLEANUPSTATE_H
 
@@ -11,7 +11,7 @@
 #include "util/SString.h"
 #include "util/StringDeque.h"
 
-// Behind each field: who writes it.
+// The comment of a field says who writes it.
 struct CleanupState {
   SignalState m_signals;            // PlatformSignals, ChildProcess
   SString m_tempDir;                // setSystemTempDir and its getter; absolute

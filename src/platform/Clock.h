@@ -1,4 +1,4 @@
-// Clock: the time that goes on steadily, whatever the user sets the machine's clock to.
+// Clock: time that does not jump when the machine's clock is set.
 #ifndef CORVANE_PLATFORM_CLOCK_H
 #define CORVANE_PLATFORM_CLOCK_H
 

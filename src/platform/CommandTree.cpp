@@ -59,7 +59,7 @@ void appendNumbers(const std::string& list, std::vector<pid_t>& processes) {
   }
 }
 
-// The state letter stands behind the name, which may hold any byte but ends with the last ")".
+// The state letter follows the name, which may hold any byte but ends with the last ")".
 bool isDead(pid_t process) {
   const std::string status = readFile(directoryOf(process) + "/stat");
   const std::size_t nameEnd = status.rfind(')');

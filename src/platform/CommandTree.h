@@ -1,7 +1,7 @@
-// CommandTree: the processes that a command has started, as far as the system tells.
+// CommandTree: the processes that a command has started, as far as the system lists them.
 //
-// On Linux these are all descendants: who loses its parent becomes the launcher's own child while
-// a tree exists (docs/architecture.md, "Child processes"). Elsewhere, and where /proc is not there,
+// On Linux these are all descendants: while a tree exists, a process that loses its parent becomes
+// the launcher's child (docs/architecture.md, "Child processes"). Elsewhere, and without /proc,
 // only the shell itself is known.
 #ifndef CORVANE_PLATFORM_COMMANDTREE_H
 #define CORVANE_PLATFORM_COMMANDTREE_H
@@ -12,7 +12,7 @@
 
 class CommandTree {
  public:
-  // To be made before the command starts: who is our child already does not belong to it.
+  // Construct it before the command starts: children that exist then do not belong to it.
   CommandTree();
   ~CommandTree();
   CommandTree(const CommandTree&) = delete;
@@ -22,7 +22,7 @@ class CommandTree {
   // The shell itself is left to be waited for.
   void end(pid_t shell) const;
 
-  // What the process has started itself; empty also where the system does not tell.
+  // The children of the process; empty also where the system does not list them.
   static std::vector<pid_t> childrenOf(pid_t process);
   // True for a shell that has begun its command, and has not become another program by "exec".
   static bool isStillOurShell(pid_t process);

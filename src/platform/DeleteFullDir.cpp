@@ -6,7 +6,7 @@
 
 bool DeleteFullDir::process(const SString& directory) {
   const bool stopped = FileNavigator::process(directory);
-  // From the last to the first: inner directories go before those that hold them.
+  // From last to first: inner directories before those that contain them.
   for (long i = visitedDirectories().size() - 1; i >= 0; --i) {
     deleteDirectory(i);
   }
@@ -28,10 +28,9 @@ void DeleteFullDir::deleteDirectory(long position) {
 }
 
 // QUIRK(failure-protects-by-position): only the failure at the directory's own position in the list
-// is looked at, so most directories with something left in them are tried and logged all the same.
-// The log of a failed clean-up names them, and who reads such logs looks for these lines.
+// counts. So most directories that are not empty are tried, and each failure is logged.
 bool DeleteFullDir::isProtected(long position) const {
   const SString& directory = visitedDirectories()[position];
-  // A position behind the end of the list reads as empty and protects nothing.
+  // A position after the end of the list reads as empty and protects nothing.
   return std::strncmp(m_failed[position].c_str(), directory.c_str(), directory.size()) == 0;
 }

@@ -11,13 +11,14 @@ namespace {
 
 constexpr char kUnixTempDir[] = "/var/tmp/";
 
-// True when `path` ends with a separator and `name`. The one byte first: it tells nearly always.
+// True when `path` ends with a separator and `name`. The separator is compared first: it nearly
+// always decides.
 bool isNamed(std::string_view path, std::string_view name) {
   return path.size() > name.size() && path[path.size() - name.size() - 1] == '/' &&
          path.ends_with(name);
 }
 
-// Nobody wonders why no Java was found in a pseudo file system.
+// Skipped pseudo file systems are not logged: nobody expects a Java there.
 void logPassedOver(const Mount& mount) {
   if (mount.kind == FileSystemKind::Network) {
     logMessage("Passing over the network mount " + onOneLine(mount.point) + " of type " +
@@ -56,8 +57,8 @@ bool FindFiles::skipDirectory(const SString& path) {
     return true;
   }
   // QUIRK(skip-needs-trailing-separator): directories met on the way have no separator at their
-  // end, so only a root that was given with one is ever skipped. JVMs unpacked into the temporary
-  // directory are found for that reason.
+  // end, so only a root that was given with one is ever skipped. JVMs in the temporary directory
+  // are found.
   return path == m_tempDir || path == kUnixTempDir;
 }
 

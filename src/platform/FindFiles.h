@@ -16,7 +16,7 @@ class FindFiles : public FileNavigator {
   FindFiles(const StringDeque& names, FileFindListener& listener,
             MountTable mounts = MountTable::ofSystem());
 
-  // Offers the path to the listener once for each name that it ends with, behind a "/".
+  // Offers the path to the listener once for each name that it ends with, after a "/".
   bool processFile(const SString& path) override;
   bool skipDirectory(const SString& path) override;
   bool isKnownDirectory(const SString& path) const override;

@@ -6,7 +6,7 @@ void KeptText::append(std::string_view bytes) {
   const std::size_t room = std::min(m_limits.first - m_beginning.size(), bytes.size());
   m_beginning.append(bytes.substr(0, room));
   bytes.remove_prefix(room);
-  m_behind += bytes.size();
+  m_afterBeginning += bytes.size();
   bytes.remove_prefix(bytes.size() - std::min(bytes.size(), m_limits.last));
   const std::size_t growth = std::min(m_limits.last - m_end.size(), bytes.size());
   m_end.append(bytes.substr(0, growth));

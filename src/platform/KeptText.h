@@ -24,16 +24,16 @@ class KeptText {
   void append(std::string_view bytes);
   // The text as far as it is kept without a gap from its first byte.
   const SString& beginning() const { return m_beginning; }
-  std::uint64_t leftOut() const { return m_behind - m_end.size(); }
+  std::uint64_t leftOut() const { return m_afterBeginning - m_end.size(); }
   // What is kept; where something is left out a line of its own says so: "[N bytes left out]".
   SString text() const;
 
  private:
   Limits m_limits;
   SString m_beginning;
-  std::uint64_t m_behind = 0;  // bytes that came behind the beginning
-  std::string m_end;           // the last of them; a ring once it is full
-  std::size_t m_oldest = 0;    // where the ring begins
+  std::uint64_t m_afterBeginning = 0;  // bytes that came after the beginning
+  std::string m_end;                   // the last of them; a ring once it is full
+  std::size_t m_oldest = 0;            // where the ring begins
 };
 
 #endif

@@ -1,9 +1,9 @@
 // MountTable: the mount points at which a scan of the disks turns back.
 //
-// These are the pseudo file systems, and those of the network and of FUSE, which may be dead:
-// whoever looks at the mount point of a dead one waits for ever. So they are told by the system's
-// table of mounts alone, before anything of them is touched. What shows the root file system itself
-// is never among them. Used by FindFiles.
+// These are the pseudo file systems, and those of the network and of FUSE, which may be dead: a
+// look at a dead mount point never returns. So they are recognised by the system's table of mounts
+// alone, before they are touched. The root file system itself is never among them. Used by
+// FindFiles.
 #ifndef CORVANE_PLATFORM_MOUNTTABLE_H
 #define CORVANE_PLATFORM_MOUNTTABLE_H
 
@@ -26,12 +26,12 @@ struct Mount {
 
 class MountTable {
  public:
-  // The mounts as the system knows them now; none where it does not tell.
+  // The current mounts; none where the system does not list them.
   static MountTable ofSystem();
   // `rootDevice`: that of the root file system, in the spelling of the rows.
   MountTable(std::vector<Mount> mounts, const SString& rootDevice);
 
-  // The mount to be passed over whose mount point is `path` (absolute, without links and without a
+  // The mount to be skipped whose mount point is `path` (absolute, without links and without a
   // separator at its end); else null. A mount that lies hidden below another is none.
   const Mount* passedOverAt(std::string_view path) const;
 

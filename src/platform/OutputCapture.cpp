@@ -37,8 +37,7 @@ void OutputCapture::readSome(KeptText& text) {
       return;
     }
     const auto count = static_cast<std::size_t>(result);
-    // QUIRK(chunk-ends-at-zero-byte): the rest of a read behind a zero byte is dropped, as of any C
-    // text; output is compared and logged as text, where no zero byte may stand.
+    // QUIRK(chunk-ends-at-zero-byte): what follows a zero byte in one read is dropped.
     text.append(std::string_view(chunk, strnlen(chunk, count)));
     if (m_collected == 0) {
       m_collectedSince = Clock::now();

@@ -30,7 +30,7 @@ class OutputCapture {
   void countDrops(Clock::time_point now);
   // Counts what has been collected, as nothing follows for now.
   void countRest();
-  // When the chunk that is being collected has been so for long enough; kNever when there is none.
+  // When the current chunk has been collected for long enough; kNever when there is none.
   Clock::time_point dueAt() const;
   void close() { m_pipe.closeReadEnd(); }
 

@@ -33,7 +33,7 @@ void PlatformImpl::replaceProcess(const SString& command) {
   if (arguments[0] != nullptr) {
     const SignalHold signals;
     throwIfCanceled();
-    signals.giveBack();
+    signals.restoreInherited();
     execvp(arguments[0], arguments.data());
   }
 }

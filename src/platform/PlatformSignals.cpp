@@ -63,9 +63,9 @@ bool isSentToUsAlone(int signal, const siginfo_t& info) {
   return isSentByProcess(info) || (signal == SIGHUP && getsid(0) == getpid());
 }
 
-// One wish can arrive twice: timeout(1) and its like send a signal to their child and, in the next
-// moment, to its whole group. A shell whose terminal is closed sends HUP to its jobs; then it ends,
-// and the system sends HUP to the job in the foreground.
+// One request can arrive twice: timeout(1) and its like send a signal to their child and, in the
+// next moment, to its whole group. A shell whose terminal is closed sends HUP to its jobs; then it
+// ends, and the system sends HUP to the job in the foreground.
 constexpr std::int64_t kEchoNanoseconds = 20'000'000;
 constexpr std::int64_t kHangUpNanoseconds = 200'000'000;
 
@@ -80,17 +80,17 @@ std::int64_t monotonicNanoseconds() {
 bool isEcho(int signal, const siginfo_t& info) {
   const pid_t sender = isSentByProcess(info) ? info.si_pid : 0;
   const std::int64_t now = monotonicNanoseconds();
-  const std::int64_t age = now - g_signals.m_wishedAt;
-  if (signal == g_signals.m_wishedSignal) {
+  const std::int64_t age = now - g_signals.m_requestTime;
+  if (signal == g_signals.m_requestSignal) {
     if (signal == SIGHUP
             ? age < kHangUpNanoseconds
-            : sender != 0 && sender == g_signals.m_wishedBy && age < kEchoNanoseconds) {
+            : sender != 0 && sender == g_signals.m_requestSender && age < kEchoNanoseconds) {
       return true;
     }
   }
-  g_signals.m_wishedSignal = signal;
-  g_signals.m_wishedBy = sender;
-  g_signals.m_wishedAt = now;
+  g_signals.m_requestSignal = signal;
+  g_signals.m_requestSender = sender;
+  g_signals.m_requestTime = now;
   return false;
 }
 
@@ -123,10 +123,10 @@ void handleSignal(int signal, siginfo_t* info, void*) {
   errno = savedErrno;
 }
 
-// Only there so that the end of a child interrupts a wait.
+// Makes the end of a child interrupt a wait.
 void noteChildEnd(int) {}
 
-// Null for a time that never comes.
+// Null for kNever.
 const timespec* timeUntil(Clock::time_point until, timespec& buffer) {
   if (until == kNever) {
     return nullptr;
@@ -157,7 +157,7 @@ int waitWithMask(pollfd* entries, nfds_t count, const timespec* time, const sigs
 }
 #endif
 
-// No core dump is left behind by a run that the user ended.
+// A run that the user ended leaves no core dump.
 void forbidCoreDump() {
   const rlimit none = {0, 0};
   setrlimit(RLIMIT_CORE, &none);
@@ -190,7 +190,7 @@ SignalHold::~SignalHold() {
   sigprocmask(SIG_SETMASK, &m_mask, nullptr);
 }
 
-void SignalHold::giveBack() const {
+void SignalHold::restoreInherited() const {
   for (int i = 0; i < SignalState::kSignalCount; ++i) {
     sigaction(kSignals[i], g_signals.m_isPrepared ? &g_signals.m_inherited[i] : &m_actions[i],
               nullptr);
@@ -201,8 +201,8 @@ void SignalHold::giveBack() const {
 void SignalHold::waitForInput(pollfd* entries, nfds_t count, Clock::time_point until) const {
   timespec buffer;
   if (waitWithMask(entries, count, timeUntil(until, buffer), &m_waitMask) > 0) {
-    // Input was there at once, so nothing was delivered: without endless output could shut out a
-    // signal for ever.
+    // Input was ready at once, so no signal was delivered. Deliver it now, or endless output would
+    // keep it out for ever.
     sigprocmask(SIG_SETMASK, &m_waitMask, nullptr);
     sigprocmask(SIG_SETMASK, &m_heldMask, nullptr);
   }

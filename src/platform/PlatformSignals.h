@@ -23,7 +23,7 @@ class SignalHold {
 
   // All dispositions and the mask as the launcher inherited them: for a process that is about to
   // become another program.
-  void giveBack() const;
+  void restoreInherited() const;
   // Waits, at no cost, until a descriptor has input (or is at its end), a signal has been handled
   // (the end of a child is such a signal) or the time has come.
   void waitForInput(pollfd* entries, nfds_t count, Clock::time_point until = kNever) const;

@@ -88,7 +88,7 @@ bool PlatformImpl::fileExists(const SString& path) {
 }
 
 void PlatformImpl::deleteFile(const SString& path) {
-  // Behind a link's name a separator would stand for what it points to.
+  // lstat("link/") follows the link; strip the slash.
   if (FileNavigator::isDirectory(withoutTrailingSeparators(path).c_str())) {
     DeleteFullDir().process(path);
   } else {
@@ -97,12 +97,11 @@ void PlatformImpl::deleteFile(const SString& path) {
 }
 
 // QUIRK(several-files-are-not-rounded-up): for one file the last, partly filled block counts; for
-// several each file adds a whole block and the remainder adds none. Authors size their archives by
-// what the launcher accepts.
+// several each file adds a whole block and the remainder adds none.
 std::int64_t PlatformImpl::countBlocks(std::int64_t bytes, std::int64_t files,
                                        std::int64_t blockSize) {
   if (blockSize <= 0) {
-    return 0;  // no file system says so; nothing could be compared with it
+    return 0;  // no file system has such blocks
   }
   const std::int64_t blocks = bytes / blockSize;
   if (files == 1) {
@@ -113,8 +112,8 @@ std::int64_t PlatformImpl::countBlocks(std::int64_t bytes, std::int64_t files,
 
 bool PlatformImpl::checkFreeSpace(const SString& directory, std::int64_t bytes,
                                   std::int64_t files) {
-  // QUIRK(relative-directory-is-not-asked): authors who name a directory relatively mean one below
-  // the current directory, which lies on its file system as a rule.
+  // QUIRK(relative-directory-is-not-asked): for a relative directory the file system of the current
+  // directory is asked.
   const char* asked = directory.startsWith(kPathSeparator) ? directory.c_str() : ".";
   struct statvfs system;
   if (statvfs(asked, &system) != 0) {

@@ -13,8 +13,8 @@ struct ProcessRequest {
   SString workingDir;     // empty: the current directory
   // Collects both output streams. Of each the first and the last 8 MiB are kept.
   bool captures = false;
-  // A stranger's program that is only to answer a question: it has nothing to read, a process group
-  // of its own and the limits of TrialLimits.h, and a cancel ends it. With `captures` only.
+  // A foreign program that is run only for its answer: it has nothing to read, a process group of
+  // its own and the limits of TrialLimits.h, and a cancel ends it. With `captures` only.
   bool isTrial = false;
 };
 

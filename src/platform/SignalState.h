@@ -1,4 +1,4 @@
-// SignalState: what the signals have told since the process began.
+// SignalState: the signals that have come since the process began.
 //
 // Written by the signal handler and read by PlatformImpl's own files; while a SignalHold lives the
 // handler runs only inside its wait.
@@ -10,7 +10,7 @@
 #include <csignal>
 #include <cstdint>
 
-// A signal of which the command may have to be told.
+// A signal that the command may not have had.
 enum class Unheard : std::sig_atomic_t {
   None,
   ToUsAlone,    // another process sent it to the launcher: the command has not had it
@@ -30,10 +30,10 @@ struct SignalState {
   volatile Unheard m_unheard[kCancelingCount] = {};
   volatile std::sig_atomic_t m_childRuns = 0;  // ChildProcess writes it
 
-  // The last wish, with which the next one is compared.
-  int m_wishedSignal = 0;
-  pid_t m_wishedBy = 0;
-  std::int64_t m_wishedAt = 0;  // nanoseconds, monotonic
+  // The last request to cancel, with which the next one is compared.
+  int m_requestSignal = 0;
+  pid_t m_requestSender = 0;
+  std::int64_t m_requestTime = 0;  // nanoseconds, monotonic
 
   // The dispositions that the launcher was started with; prepareProcess writes them.
   bool m_isPrepared = false;

@@ -1,4 +1,4 @@
-// The limits of a trial: a stranger's program that is run for its answer (ProcessRequest::isTrial).
+// The limits of a trial: a foreign program that is run for its answer (ProcessRequest::isTrial).
 //
 // A room of its own, so that a test program can link others: no test waits for a minute.
 #ifndef CORVANE_PLATFORM_TRIALLIMITS_H
@@ -11,7 +11,7 @@
 struct TrialLimits {
   milliseconds duration;       // then it is asked to end (TERM and CONT to its group)
   milliseconds untilKilled;    // how long it has for that; then KILL
-  milliseconds forStragglers;  // how long who is left behind may hold the output open
+  milliseconds forStragglers;  // how long background processes may keep the output open
   std::size_t outputSize;      // bytes of each stream that are kept
 };
 

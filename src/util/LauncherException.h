@@ -14,7 +14,7 @@ class LauncherException : public std::exception {
  public:
   explicit LauncherException(SString message) : m_message(std::move(message)) {}
 
-  // The same failure with `prefix` directly in front of its text (no blank is added).
+  // The same failure with `prefix` directly before its text (no blank is added).
   static LauncherException prefixed(const SString& prefix, const LauncherException& cause) {
     return LauncherException(prefix + cause.m_message);
   }
@@ -26,7 +26,7 @@ class LauncherException : public std::exception {
   SString m_message;
 };
 
-// The user's end of the run: no step's words belong in front, and nothing more is started.
+// A cancel by the user: no step adds its words, and nothing more is started.
 class Canceled : public LauncherException {
  public:
   using LauncherException::LauncherException;

@@ -2,8 +2,8 @@
 // then on.
 //
 // A case is named SCENARIO/PROCESS/CALL/OCCURRENCE/ERROR: "launch/0/openat/5/EMFILE" is the sixth
-// openat(2) of the launcher itself. With a "+" behind the error all calls like it fail from there
-// on, in children, too.
+// openat(2) of the launcher itself. With a "+" after the error all later calls like it fail, too,
+// also in children.
 #include <fcntl.h>
 #include <sys/syscall.h>
 
@@ -25,15 +25,15 @@ struct Fault {
   std::string call;
   int occurrence;
   int error;
-  bool goesOn;
+  bool persists;
 
   std::string name() const {
     return std::string(scenario->name) + "/" + std::to_string(process) + "/" + call + "/" +
-           std::to_string(occurrence) + "/" + errorName(error) + (goesOn ? "+" : "");
+           std::to_string(occurrence) + "/" + errorName(error) + (persists ? "+" : "");
   }
 };
 
-// What has failed once for want of this fails for the others, too.
+// The calls that fail, too, when one of them fails for lack of the same resource.
 const std::set<std::string>& callsInWantOf(int error) {
   static const std::set<std::string> kNone;
   static const std::map<int, std::set<std::string>> kWants = {
@@ -109,7 +109,7 @@ std::vector<Fault> chosen(const std::vector<Fault>& all) {
   for (std::size_t i = 0; i < all.size(); ++i) {
     const Fault& fault = all[i];
     const bool isNew =
-        !fault.goesOn &&
+        !fault.persists &&
         seen.insert({fault.scenario, fault.process != 0, fault.call, fault.error}).second;
     const bool isWide = std::string(fault.scenario->name) == "launch";
     if ((isNew && isWide) || i % stride == 0) {
@@ -136,7 +136,7 @@ class Injection {
       return {};
     }
     note(call, row);
-    if (!m_fault.goesOn) {
+    if (!m_fault.persists) {
       tracer.letGo();
     }
     return {m_fault.error, {}};
@@ -150,8 +150,8 @@ class Injection {
         "open",   "openat",   "statx", "fcntl",      "mmap",  "brk"};
     Harm harm;
     harm.onOutput = m_onOutput;
-    harm.onLog = m_fault.goesOn || m_onLog;
-    harm.onRemoval = m_fault.goesOn || kRemoving.count(m_fault.call) != 0;
+    harm.onLog = m_fault.persists || m_onLog;
+    harm.onRemoval = m_fault.persists || kRemoving.count(m_fault.call) != 0;
     harm.harmless = m_isHarmless;
     return harm;
   }
@@ -162,13 +162,12 @@ class Injection {
       m_what = describe(call);
     }
     m_hit = true;
-    const bool goesOnWriting = m_fault.goesOn && callsInWantOf(m_fault.error).count("write") != 0;
+    const bool writesFail = m_fault.persists && callsInWantOf(m_fault.error).count("write") != 0;
     const bool isOnLog = m_what.find("log.txt") != std::string::npos;
     const bool isWrite = std::string(row.name).find("write") != std::string::npos;
-    m_onOutput =
-        m_onOutput || goesOnWriting || (isWrite && (call.args[0] == 1 || call.args[0] == 2));
+    m_onOutput = m_onOutput || writesFail || (isWrite && (call.args[0] == 1 || call.args[0] == 2));
     m_onLog = m_onLog || isOnLog;
-    m_isHarmless = !m_fault.goesOn && (isOnLog || isBriefWait(row));
+    m_isHarmless = !m_fault.persists && (isOnLog || isBriefWait(row));
   }
 
   // A signal interrupts a wait; of files a read or a write is never interrupted.
@@ -208,8 +207,8 @@ std::vector<Fault> named(std::string name) {
   std::string scenario, error;
   Fault fault{};
   words >> scenario >> fault.process >> fault.call >> fault.occurrence >> error;
-  fault.goesOn = error.ends_with("+");
-  fault.error = errorNumber(error.substr(0, error.size() - (fault.goesOn ? 1 : 0)));
+  fault.persists = error.ends_with("+");
+  fault.error = errorNumber(error.substr(0, error.size() - (fault.persists ? 1 : 0)));
   fault.scenario = findScenario(scenario);
   if (fault.scenario == nullptr || fault.error == 0 || fallibleCall(fault.call) == nullptr) {
     return {};

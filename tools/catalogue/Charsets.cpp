@@ -19,9 +19,8 @@ constexpr Shape kEuc = {0xA1, 0xFE, 94};
 constexpr Shape kGb = {0xA1, 0xF7, 94};
 constexpr Shape kBig5 = {0xA1, 0xF9, 157};
 
-// Of GBK the part is written that lies as GB2312 does; GB18030 has the same characters there, and
-// more. Two signs of punctuation differ from GB2312's. Of EUC-JP and EUC-TW the first set is
-// written.
+// Of GBK only the part laid out like GB2312 is written, with two other punctuation marks; GB18030
+// has the same characters there. Of EUC-JP and EUC-TW only the first set is written.
 constexpr struct {
   const char* name;
   const char* encoding;

@@ -48,7 +48,7 @@ const CancelRow kCancelRows[] = {
     {"QUIT", {}, {SIGQUIT}, "1"},
     {"QUIT ignored", {SIGQUIT}, {SIGQUIT}, "0"},
     {"further ones do not end us", {}, {SIGTERM, SIGINT, SIGHUP, SIGQUIT, SIGTERM, SIGINT}, "1"},
-    {"PIPE is no wish", {}, {SIGPIPE, SIGPIPE}, "0"},
+    {"PIPE cancels nothing", {}, {SIGPIPE, SIGPIPE}, "0"},
 };
 
 TEST(SignalsTest, SignalsCancelTheRun) {
