@@ -2,10 +2,16 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 
 #include "e2e/LauncherTest.h"
+#include "support/OwnProcess.h"
 
 namespace fs = std::filesystem;
 
@@ -166,6 +172,78 @@ TEST_F(Cancel, TheLastOutputIsHeard) {
             finish(pid).log.find("\nStdOut:\n" + std::string(100000, 'x') + "\n"));
 }
 #endif
+
+// The second signal ends a wizard that is deaf, and all that it has started; then the launcher
+// cleans up, however many follow.
+TEST_F(Cancel, TheSecondSignalEndsTheWizard) {
+  for (const char* way : {"deaf", "family"}) {
+    for (const char* exec : {"", "exec "}) {
+      SCOPED_TRACE(std::string(exec) + way);
+      forgetFiles();
+      fs::remove(begun());
+      embedSetup(std::string(exec) + CORVANE_STAND_IN + " " + way + " \"$BEGUN\"");
+      pack();
+      const pid_t pid = start({"-cv:tempdir", tempDir()});
+      ASSERT_TRUE(waitForFile(begun()));
+      usleep(50000);  // also the family is deaf now
+      for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGINT, SIGTERM}) {
+        kill(pid, number);
+        usleep(10000);
+      }
+      EXPECT_EQ(137, finish(pid).status);
+      EXPECT_EQ(0, test::countLeft(begun()));
+    }
+  }
+}
+
+// The system tells only the leader of a session that its terminal is gone.
+TEST_F(Cancel, AClosedTerminalReachesTheWizard) {
+  const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+  if (terminal == -1 || grantpt(terminal) != 0 || unlockpt(terminal) != 0) {
+    GTEST_SKIP() << "no terminals here";
+  }
+  const std::string name = ptsname(terminal);
+  setPrepareChild([&name] { ioctl(open(name.c_str(), O_RDWR | O_CLOEXEC), TIOCSCTTY, 0); });
+  embedSetup(std::string("trap 'exit 7' HUP\n") + kWait);
+  const pid_t pid = start({"-cv:tempdir", tempDir()});
+  ASSERT_TRUE(waitForFile(begun()));
+  close(terminal);
+  EXPECT_EQ(7, finish(pid).status);
+}
+
+// QUIT is for a JVM that runs: it prints its threads.
+TEST_F(Cancel, QuitIsForTheWizard) {
+  embedSetup(std::string("trap ': >\"$RECORD\"; exit 6' QUIT\n") + kWait);
+  const pid_t pid = start({"-cv:tempdir", tempDir()});
+  ASSERT_TRUE(waitForFile(begun()));
+  kill(pid, SIGQUIT);
+  const Result result = finish(pid);
+  EXPECT_EQ(6, result.status);
+  EXPECT_EQ("Sample\n", result.out.substr(0, 7));
+  EXPECT_EQ(std::string::npos, result.out.find("Canceled"));
+}
+
+// A shell's loop around the launcher stops, since the launcher ends by the signal.
+TEST_F(Cancel, EachSignalEndsTheLauncherAfterTheCleanUp) {
+  embedWaitingJVM();
+  embedInstructions({"FIND_JVM 0 1", "JMP0 @N1@ end", ":end"});
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const bool isSilent : {false, true}) {
+      SCOPED_TRACE(number);
+      fs::remove(begun());
+      std::vector<std::string> args{"-cv:tempdir", tempDir()};
+      if (isSilent) {
+        args.insert(args.begin(), "-cv:silent");
+      }
+      const pid_t pid = start(args);
+      ASSERT_TRUE(waitForFile(begun()));
+      kill(pid, number);
+      const Result result = finish(pid);
+      EXPECT_EQ(-number, result.status);
+      EXPECT_EQ(isSilent ? "" : "Canceled by the user.\n", result.out);
+    }
+  }
+}
 
 TEST_F(Cancel, ALauncherThatWasHandedOverTo) {
   embedWaitingJVM();

@@ -181,6 +181,40 @@ TEST_F(Find, WhatIsNoProgram) {
   }
 }
 
+// A candidate that never ends is refused, and told; the next one is tried.
+TEST_F(Find, JvmsThatHang) {
+  setStub(CORVANE_STUB_HASTY);
+  embedJVM("PLATFORM_HINT: HINT\n");
+  embedFind();
+  for (const char* way : {"deaf", "stopped", "escaped", "slow"}) {
+    SCOPED_TRACE(way);
+    fs::remove(logFile());
+    test::writeScript(dir("jvms/hung/bin/java"),
+                      std::string("#!/bin/sh\nprintf '1739021872\\n17\\n'\nexec ") +
+                          CORVANE_STAND_IN + " " + way + "\n");
+    setEnv("HINT", dir("jvms/hung") + ":" + makeJVM("good", "17.0.2"));
+    const Result result = run();
+    EXPECT_EQ(0, result.status);
+    EXPECT_NE(std::string::npos, result.log.find("WARNING: The JVM at " + dir("jvms/hung") +
+                                                 " was ended, as it had not finished after "));
+    EXPECT_NE(std::string::npos, result.log.find("Found matching JVM at " + dir("jvms/good")));
+  }
+}
+
+// Who is left behind with the pipe holds the search for a moment only, and is ended.
+TEST_F(Find, JvmsThatLeaveSomebodyBehind) {
+  setStub(CORVANE_STUB_HASTY);
+  embedJVM("PLATFORM_HINT: HINT\n");
+  embedFind();
+  test::writeScript(
+      dir("jvms/x/bin/java"),
+      std::string("#!/bin/sh\nprintf '1739021872\\n17\\n'\n") + CORVANE_STAND_IN + " straggler\n");
+  setEnv("HINT", dir("jvms/x"));
+  const Result result = run();
+  EXPECT_EQ(0, result.status);
+  EXPECT_NE(std::string::npos, result.log.find("Found matching JVM at " + dir("jvms/x")));
+}
+
 TEST_F(Find, CtrlCEndsTheSearchWithoutAMatch) {
   test::writeScript(dir("jvms/slow/bin/java"), "#!/bin/sh\n: >\"$RECORD\"\nexec sleep 20\n");
   const std::string good = makeJVM("good", "17.0.2");

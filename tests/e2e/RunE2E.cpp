@@ -81,6 +81,25 @@ TEST_F(Run, ErrorTextBehindAnotherFailure) {
   }
 }
 
+// A death by a signal is no success, with a shell in between or without one.
+TEST_F(Run, AWizardThatASignalEnds) {
+  for (const char* exec : {"", "exec "}) {
+    for (const int number : {SIGKILL, SIGTERM, SIGSEGV, SIGINT}) {
+      SCOPED_TRACE(exec + std::to_string(number));
+      forgetFiles();
+      embedSetup("ulimit -c 0; echo it broke >&2; kill -" + std::to_string(number) + " $$");
+      forgetFiles(FILE_TYPE_LAUNCH_SCRIPT);
+      embed(FILE_TYPE_LAUNCH_SCRIPT, 2, "setup.lsc",
+            "DESC: Sample\nCOMMAND: \"" + std::string(exec) +
+                "\"\"@JVM_HOME@/@JVM_EXE@\"\" Wizard\"\n");
+      pack();
+      const Result result = run();
+      EXPECT_EQ(128 + number, result.status);
+      EXPECT_EQ(0U, result.out.find("Sample\nit broke\n"));
+    }
+  }
+}
+
 TEST_F(Run, SilentSuppressesTheErrorText) {
   embedSetup("echo it broke >&2; exit 3");
   const Result result = run({"-cv:silent"});

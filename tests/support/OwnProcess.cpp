@@ -7,13 +7,17 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <sstream>
 #include <stdexcept>
+
+#include "support/TestFiles.h"
 
 namespace test {
 
 namespace {
 
 constexpr unsigned kSecondsUntilHung = 30;
+constexpr int kMillisecondsToBeGone = 500;
 constexpr uid_t kNobody = 65534;
 
 [[noreturn]] void runCopy(const std::function<void()>& body, const int (&ends)[2]) {
@@ -79,6 +83,18 @@ std::string outputOf(const std::function<void()>& body) {
   const std::string output = process.output();
   const std::string end = process.end();
   return end == "exit 0" ? output : output + "[" + end + "]";
+}
+
+int countLeft(const std::string& file) {
+  int left = 0;
+  std::istringstream numbers(readFile(file));
+  for (pid_t process = 0; numbers >> process;) {
+    for (int i = 0; i < kMillisecondsToBeGone && kill(process, 0) == 0; ++i) {
+      usleep(1000);
+    }
+    left += kill(process, 0) == 0 ? 1 : 0;
+  }
+  return left;
 }
 
 void becomeOrdinaryUser() {

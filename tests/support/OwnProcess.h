@@ -33,6 +33,9 @@ class OwnProcess {
 // The output of such a copy, followed by "[exit 3]" or the like unless it ended with status 0.
 std::string outputOf(const std::function<void()>& body);
 
+// How many of the processes whose numbers stand in the file are still there a moment later.
+int countLeft(const std::string& file);
+
 // Gives up the rights of the superuser, if this process has them.
 void becomeOrdinaryUser();
 
