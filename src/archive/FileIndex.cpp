@@ -16,7 +16,9 @@ constexpr const char* kNoIndexOffset = "Unable to read file index offset.";
 constexpr const char* kNoIdentification = "Unable to read launcher identification value.";
 constexpr const char* kInvalidIndexOffset = "Invalid file index offset.";
 constexpr const char* kNoFileCount = "Unable to read the file count.";
-constexpr const char* kTooMuchText = "Unable to read tag file.";
+constexpr const char* kNotRead = "Cannot read launcher file.";
+constexpr const char* kTooMuchText =
+    "The tag files of the launcher hold more text than its file has room for.";
 
 // The tag files of a launcher file may have its size and this many bytes in all.
 constexpr std::int64_t kExtraTagFileBytes = 16 << 20;
@@ -25,10 +27,17 @@ std::int64_t sizeOf(std::FILE* file) {
   return fseeko(file, 0, SEEK_END) == 0 ? std::int64_t{ftello(file)} : 0;
 }
 
+// The bytes that did not come are not the file's end.
+void throwIfUnreadable(std::FILE* launcherFile) {
+  if (std::ferror(launcherFile) != 0) {
+    throw LauncherException(kNotRead);
+  }
+}
+
 }  // namespace
 
 FilePtr FileIndex::openLauncherFile() {
-  return openFile(LauncherFacts::getLauncherFileName(), "rb");
+  return LauncherFacts::openLauncherFile();
 }
 
 bool FileIndex::load(std::FILE* launcherFile) {
@@ -45,6 +54,7 @@ std::optional<std::int32_t> FileIndex::findOffset(std::FILE* launcherFile) {
   }
   const std::int32_t offset = loadLongValue(launcherFile, kNoIndexOffset);
   const std::int32_t identification = loadLongValue(launcherFile, kNoIdentification);
+  throwIfUnreadable(launcherFile);
   const bool isOurs = static_cast<std::uint32_t>(identification) == kLauncherIdentification;
   return isOurs ? std::optional(offset) : std::nullopt;
 }
@@ -62,6 +72,7 @@ void FileIndex::appendEntries(std::FILE* launcherFile, std::int32_t count) {
   for (std::int32_t i = 0; i < count; ++i) {
     auto entry = std::make_unique<FileIndexEntry>();
     entry->load(launcherFile);
+    throwIfUnreadable(launcherFile);
     m_entries.push_back(std::move(entry));
   }
 }

@@ -19,7 +19,8 @@ class FileIndex {
   FileIndex(FileIndex&&) = default;  // the source is empty afterwards
 
   // Opens the running launcher's file for reading. Its index and its stored bytes are read only
-  // through this. Null, with errno set, when it does not open.
+  // through this. Its bytes are those that it had at the start (KeptFile.h). Null, with errno set,
+  // when it does not open or was changed.
   [[nodiscard]] static FilePtr openLauncherFile();
 
   // Reads the index of an open launcher file. False when the file does not end with our trailer: it
@@ -62,8 +63,8 @@ class TagFileLoader {
   explicit TagFileLoader(std::FILE* launcherFile);
 
   // Parses the entry's tag file; does nothing for other types. Throws as
-  // FileIndexEntry::loadTagFile does; beyond the limit, now and in later calls, "Unable to read tag
-  // file.".
+  // FileIndexEntry::loadTagFile does; beyond the limit, now and in later calls, that there is more
+  // text than the file has room for.
   void load(FileIndexEntry& entry);
 
  private:

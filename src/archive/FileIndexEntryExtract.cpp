@@ -24,18 +24,20 @@ class StoredBytes {
   explicit StoredBytes(std::FILE* launcherFile) : m_fd(fileno(launcherFile)) {}
 
   bool isAtEnd() const { return m_atEnd; }
+  int error() const { return m_error; }  // what ended it before its end, or 0
 
   // Moves to `position` and returns it; to the beginning of the file when it is negative.
   std::int64_t seek(std::int64_t position) {
     return lseek(m_fd, static_cast<off_t>(position), SEEK_SET) < 0 ? 0 : position;
   }
 
-  // Returns fewer than `size` bytes only at the end of the file; a read error counts as the end.
+  // Returns fewer than `size` bytes only at the end.
   std::size_t read(char* bytes, std::size_t size) {
     std::size_t done = 0;
     while (done < size && !m_atEnd) {
       const ssize_t count = ::read(m_fd, bytes + done, size - done);
-      m_atEnd = count == 0 || (count < 0 && errno != EINTR);
+      m_error = count < 0 && errno != EINTR ? errno : 0;
+      m_atEnd = count == 0 || m_error != 0;
       done += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
     }
     return done;
@@ -44,6 +46,7 @@ class StoredBytes {
  private:
   int m_fd;  // the stream's
   bool m_atEnd = false;
+  int m_error = 0;
 };
 
 // The file that is written, without a buffer: no flush is needed. Remembers the first error.
@@ -105,20 +108,21 @@ void copyChunks(StoredBytes& launcher, Copy& output, std::int64_t begin, std::in
   }
 }
 
-// Returns the system's error number of a failed open or write, 0 for success. A launcher file that
-// was removed after its index was read is reported the same way.
+// Returns the system's error number of a failed open, read or write, 0 for success. A launcher file
+// that was removed or changed since its index was read is reported the same way.
 int copyStoredBytes(const SString& path, std::int64_t begin, std::int64_t end) {
   const FilePtr launcherFile = FileIndex::openLauncherFile();
   if (launcherFile == nullptr) {
     return errno;
   }
   Copy output(path);
-  if (output.error() == 0) {
-    StoredBytes launcher(launcherFile.get());
-    copyChunks(launcher, output, begin, end);
-    output.close();
+  if (output.error() != 0) {
+    return output.error();
   }
-  return output.error();
+  StoredBytes launcher(launcherFile.get());
+  copyChunks(launcher, output, begin, end);
+  output.close();
+  return launcher.error() != 0 ? launcher.error() : output.error();
 }
 
 }  // namespace
@@ -142,10 +146,7 @@ SString FileIndexEntry::extract(const SString& directory) const {
   appendPathSeparator(path);
   path += m_stringValue;
   const std::int64_t begin = m_offsetToBytes;
-  const int error = copyStoredBytes(path, begin, begin + m_fileLength);
-  if (error != 0) {
-    throwWriteError(convertToString(error));
-  }
+  throwIfNotWritten(copyStoredBytes(path, begin, begin + m_fileLength));
   PlatformImpl::throwIfCanceled();
   if (isProgramType(m_fileType)) {
     PlatformImpl::setFileExecutable(path);

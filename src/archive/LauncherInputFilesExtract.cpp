@@ -1,6 +1,9 @@
 // LauncherInputFiles: extracting everything, to be looked at and run from disk.
+#include <cstring>
+
 #include "archive/LauncherFileFormat.h"
 #include "archive/LauncherInputFiles.h"
+#include "launcher/Log.h"
 #include "tagfile/TagNames.h"
 
 namespace {
@@ -36,5 +39,9 @@ void LauncherInputFiles::extractAll() {
     recordTagFile(input, *m_fileIndex.at(i));
     m_fileIndex.at(i)->extract(SString());
   }
-  (void)input.write(kInputTagFile);
+  // Programs that read our output know of no such failure, so the log alone tells.
+  if (const int error = input.write(kInputTagFile); error != 0) {
+    logMessage(SString("Could not write ") + kInputTagFile + " :  " + std::strerror(error),
+               LOG_WARNING);
+  }
 }

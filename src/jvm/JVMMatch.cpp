@@ -1,11 +1,12 @@
 #include "jvm/JVMMatch.h"
 
 #include "platform/PlatformImpl.h"
+#include "platform/WriteError.h"
 
 SString JVMMatch::writeNewJVMFile() {
   const SString path = PlatformImpl::createTempFile();
   m_tagFile.setDynamicJVMTags(m_home, path, m_temporary);
-  (void)m_tagFile.write(path);
+  throwIfNotWritten(m_tagFile.write(path));
   return path;
 }
 

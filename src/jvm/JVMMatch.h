@@ -24,7 +24,7 @@ class JVMMatch {
 
   // Records the match in the jvm file's tags (JVM_HOME, JVM_FILE, JVM_TEMP), writes them to a new
   // temporary file, which is registered for clean-up, and returns its path. Throws as
-  // PlatformImpl::createTempFile.
+  // PlatformImpl::createTempFile, and a write error.
   SString writeNewJVMFile();
 
  private:

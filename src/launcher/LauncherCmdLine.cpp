@@ -6,6 +6,7 @@
 #include "launcher/Launcher.h"
 #include "launcher/LauncherState.h"
 #include "platform/PlatformImpl.h"
+#include "platform/ResultLines.h"
 #include "platform/WithPrefix.h"
 
 namespace {
@@ -79,7 +80,7 @@ const Launcher::OptionRow Launcher::kOptions[] = {
      }},
     {"-cv:version", false,
      [](RunPlan& plan, const SString&) {
-       PlatformImpl::showUIMessage(CORVANE_VERSION);
+       showResult(CORVANE_VERSION);
        plan.runInstructions = false;
      },
      nullptr},

@@ -17,8 +17,7 @@ constexpr const char* kInvalidStringVariable = "Invalid string variable number: 
 constexpr const char* kInvalidNumericVariable = "Invalid numeric variable number: ";
 
 // -1 when the file cannot be opened or is too short.
-std::int32_t readPurpose(const char* path) {
-  const FilePtr file = openFile(path, "rb");
+std::int32_t readPurpose(const FilePtr& file) {
   if (file == nullptr || std::fseek(file.get(), -kPurposeOffsetFromEnd, SEEK_END) != 0) {
     return -1;
   }
@@ -35,6 +34,10 @@ void requireVariable(bool isValid, const char* message, std::int32_t number) {
 
 SString LauncherFacts::getLauncherFileName() {
   return g_launcher.m_launcherFileName;
+}
+
+FilePtr LauncherFacts::openLauncherFile() {
+  return g_launcher.m_launcherFile.open(g_launcher.m_launcherFileName);
 }
 
 SString LauncherFacts::getOriginalLauncherFileName() {
@@ -70,7 +73,7 @@ std::int32_t LauncherFacts::getLauncherPurpose(const char* file) {
   if (isOurs && g_launcher.m_launcherPurpose != -1) {
     return g_launcher.m_launcherPurpose;
   }
-  const std::int32_t purpose = readPurpose(file);
+  const std::int32_t purpose = readPurpose(isOurs ? openLauncherFile() : openFile(file, "rb"));
   if (isOurs) {
     g_launcher.m_launcherPurpose = purpose;
   }

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 
+#include "tagfile/StreamUtils.h"
 #include "util/SString.h"
 
 class LauncherFacts {
@@ -15,6 +16,8 @@ class LauncherFacts {
   // --- File names and the purpose byte ---
 
   static SString getLauncherFileName();
+  // The running launcher's own file, as FileIndex::openLauncherFile.
+  static FilePtr openLauncherFile();
   static SString getOriginalLauncherFileName();
   // The part before the last "/" or "\" of the original launcher's path; empty without one.
   static SString getOriginalLauncherDir();

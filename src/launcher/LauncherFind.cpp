@@ -1,5 +1,5 @@
 // Finding a JVM and verifying a given one: for the instruction script and for calling programs.
-#include <cstdio>
+#include <new>
 
 #include "archive/LauncherFileFormat.h"
 #include "archive/LauncherInputFiles.h"
@@ -9,18 +9,17 @@
 #include "launcher/LauncherState.h"
 #include "launcher/ScriptVariables.h"
 #include "platform/PlatformImpl.h"
+#include "platform/ResultLines.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
 namespace {
 
-// Results for a calling program are printed even when the console is hidden or silent.
+constexpr const char* kUnexpected = "Unexpected failure in search.";
+
 void printNumber(std::int32_t number) {
-  std::printf("%ld\n", static_cast<long>(number));
-}
-void printLine(const SString& text) {
-  std::printf("%s\n", text.c_str());
+  printResult({convertToString(number)});
 }
 
 // QUIRK(first-status-unseen): the status line is written before the console is switched on, so it
@@ -34,20 +33,18 @@ void showSearching(bool showProgress) {
   }
 }
 
-// Writes the match's jvm file for a calling program: it outlives the launcher.
-SString writeLastingFile(JVMMatch& match) {
-  const SString path = match.writeNewJVMFile();
-  PlatformImpl::removeFileFromCleanupList(path);
-  return path;
+// Tells a calling program, whose jvm file outlives the launcher from then on.
+void handOut(std::initializer_list<SString> lines, const SString& jvmFile) {
+  printResult(lines);
+  PlatformImpl::removeFileFromCleanupList(jvmFile);
 }
 
 void printMatches(const JVMMatchPtrDeque& matches) {
   printNumber(static_cast<std::int32_t>(matches.size()));
   for (long i = 0; i < matches.size(); ++i) {
     JVMMatch& match = *matches[i];
-    const SString path = writeLastingFile(match);
-    printLine(match.getJVMHome());
-    printLine(path);
+    const SString path = match.writeNewJVMFile();
+    handOut({match.getJVMHome(), path}, path);
   }
 }
 
@@ -105,23 +102,29 @@ void Launcher::search(bool showProgress, bool showFailMsg) {
   } catch (const Canceled&) {
     printNumber(0);
     throw;
-  } catch (const LauncherException&) {
+  } catch (const LostResult&) {
+    throw;
+  } catch (const LauncherException& e) {
+    logMessage(e.getMessage(), LOG_ERROR);
     printNumber(0);
+  } catch (const std::bad_alloc&) {
+    logMessage(kUnexpected, LOG_ERROR);
+    printNumber(0);
+    throw;
   } catch (...) {
-    logMessage("Unexpected failure in search.", LOG_ERROR);
+    logMessage(kUnexpected, LOG_ERROR);
     printNumber(0);
   }
 }
 
 void Launcher::printSearchResult() {
   const std::int32_t found = getLongVariable(resultvariable::kFlag);
-  printNumber(found);
   if (found == 0) {
+    printNumber(0);
     return;
   }
-  printLine(getStringVariable(resultvariable::kHome));
-  printLine(getStringVariable(resultvariable::kJVMFile));
-  PlatformImpl::removeFileFromCleanupList(getStringVariable(resultvariable::kJVMFile));
+  const SString jvmFile = getStringVariable(resultvariable::kJVMFile);
+  handOut({convertToString(found), getStringVariable(resultvariable::kHome), jvmFile}, jvmFile);
 }
 
 void Launcher::searchAll(bool showProgress, bool showFailMsg) {
@@ -134,6 +137,8 @@ void Launcher::searchAll(bool showProgress, bool showFailMsg) {
     printMatches(matches);
   } catch (const Canceled&) {
     printNumber(0);
+    throw;
+  } catch (const LostResult&) {
     throw;
   } catch (const LauncherException& e) {
     const SString text = PlatformImpl::getMessageText(MSG_SEARCH_ALL_FAILED) + e.getMessage();

@@ -1,5 +1,6 @@
 // Installing a JVM: the one carried in the launcher, or one that a calling program names.
-#include <cstdio>
+#include <algorithm>
+#include <cerrno>
 
 #include "archive/LauncherFileFormat.h"
 #include "archive/LauncherInputFiles.h"
@@ -7,12 +8,17 @@
 #include "launcher/ScriptVariables.h"
 #include "platform/PlatformImpl.h"
 #include "platform/ProcessRequest.h"
+#include "platform/ResultLines.h"
+#include "platform/UniqueEntry.h"
+#include "platform/WriteError.h"
 #include "tagfile/TagFile.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
 namespace {
 
+// How much of an installer's output the log shows, from its end.
+constexpr std::size_t kLastOutput = 4096;
 constexpr const char* kMissingJVMFile = "Invalid bundled JVM. Missing 'jvm' file.";
 
 SString chooseDestination(InstallJVMOption option) {
@@ -39,21 +45,49 @@ SString quoteForShell(const SString& path) {
   return quoted += '\'';
 }
 
-// Leaves no copy of the installer in a directory that is the user's own, also when it could not be
-// written whole or not be run; what stood there before is not ours to remove then.
-void runInstaller(const FileIndexEntry& installer, const SString& destination) {
+// Where the installer is unpacked: where it installs to, unless something of the user's has its
+// name there.
+SString chooseInstallerDirectory(const SString& installerName, const SString& destination) {
   SString path = destination;
   appendPathSeparator(path);
-  path += installer.getFileName();
-  if (!PlatformImpl::fileExists(path)) {
-    PlatformImpl::addFileToCleanupList(path);
+  path += installerName;
+  const int error = createEntry(EntryKind::File, path);
+  if (error == EEXIST) {
+    return PlatformImpl::createTempSubDirectory();
   }
-  installer.extract(destination);
+  if (error == 0) {
+    PlatformImpl::addFileToCleanupList(path);  // also when it cannot be written whole or not be run
+  }
+  return destination;
+}
+
+void logLastOutput(const char* label, const SString& output) {
+  if (!output.empty()) {
+    const std::size_t begin = output.size() - std::min(output.size(), kLastOutput);
+    logMessage(label, LOG_INFO);
+    logMessage(output.substr(begin), LOG_INFO);
+  }
+}
+
+void logInstallerFailure(const ProcessResult& result) {
+  if (result.status != 0) {
+    logMessage("The JVM installer ended with status " + convertToString(result.status) + ".",
+               LOG_WARNING);
+    logLastOutput("StdOut:", result.output.text());
+    logLastOutput("ErrOut:", result.errors.text());
+  }
+}
+
+// Leaves no copy of the installer behind.
+void runInstaller(const FileIndexEntry& installer, const SString& destination) {
+  const SString path =
+      installer.extract(chooseInstallerDirectory(installer.getFileName(), destination));
   ProcessRequest request;
   request.command = quoteForShell(path);
   request.workingDir = destination;
   request.captures = true;
-  (void)PlatformImpl::executeProcess(request);
+  const ProcessResult result = PlatformImpl::executeProcess(request);
+  logInstallerFailure(result);
   PlatformImpl::deleteFile(path);
   PlatformImpl::removeFileFromCleanupList(path);
   PlatformImpl::throwIfCanceled();
@@ -67,7 +101,7 @@ SString jvmFileIn(const SString& destination) {
 void recordHome(const SString& jvmPath, const SString& home, bool temporary) {
   TagFile jvmFile(jvmPath);
   jvmFile.setDynamicJVMTags(home, jvmPath, temporary);
-  (void)jvmFile.write(jvmPath);
+  throwIfNotWritten(jvmFile.write(jvmPath));
 }
 
 }  // namespace
@@ -105,9 +139,9 @@ void Launcher::installJVM(bool, bool, const SString& installerCommand, const SSt
   ProcessRequest request;
   request.command = installerCommand;
   request.workingDir = destination;
-  (void)PlatformImpl::executeProcess(request);
+  logInstallerFailure(PlatformImpl::executeProcess(request));
   PlatformImpl::throwIfCanceled();
   const SString jvmPath = jvmFileIn(destination);
   recordHome(jvmPath, destination, false);
-  std::printf("%s\n", jvmPath.c_str());
+  printResult({jvmPath});
 }

@@ -10,6 +10,7 @@
 #include "launcher/Launcher.h"
 #include "launcher/LauncherState.h"
 #include "launchscript/LaunchScript.h"
+#include "platform/CleanupAfterExec.h"
 #include "platform/PlatformImpl.h"
 #include "platform/WriteError.h"
 #include "tagfile/Paths.h"
@@ -122,12 +123,13 @@ void Launcher::executeEmbeddedLauncher(std::int32_t position) {
   }
   const SString directory = PlatformImpl::createTempSubDirectory();
   const SString path = entry->extract(directory);
-  if (access(path.c_str(), X_OK) == 0) {
-    // This program ends here without another chance to clean up; the copy removes itself.
-    PlatformImpl::removeDirFromCleanupList(directory);
-    PlatformImpl::cleanup();
+  if (access(path.c_str(), X_OK) != 0) {
+    return;
+  }
+  // The copy removes itself and its directory.
+  const CleanupAfterExec cleanup(directory);
+  if (cleanup.isReady()) {
     PlatformImpl::replaceProcess(buildHandOverCommand(path));
-    PlatformImpl::addFileToCleanupList(directory);
   }
 }
 
@@ -157,8 +159,6 @@ const SString& Launcher::getApplicationArchive(const SString& name) {
     return g_launcher.m_applicationArchive;
   }
   g_launcher.m_applicationArchive = target;
-  if (error != 0) {
-    throwWriteError(convertToString(error));
-  }
+  throwIfNotWritten(error);
   return g_launcher.m_applicationArchive;
 }

@@ -24,6 +24,8 @@ Launcher::~Launcher() {
 std::int32_t Launcher::process(StringDeque& args, const SString& launcherPath) {
   try {
     g_launcher.m_launcherFileName = launcherPath;
+    g_launcher.m_launcherFile = {};
+    g_launcher.m_launcherFile.keep(launcherPath);
     g_launcher.m_origLauncherFileName = launcherPath;
     for (long i = 0; i < args.size(); ++i) {
       g_launcher.m_args.push_back(args[i]);

@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "launcher/ScriptVariables.h"
+#include "tagfile/KeptFile.h"
 #include "util/SString.h"
 #include "util/StringDeque.h"
 
@@ -21,6 +22,7 @@ struct LauncherState {
   SString m_logFileName;                                 // no log when empty; "-cv:log", LOGFILE
   bool m_logFileInitialized = false;                     // logMessage, with the separator line
   SString m_launcherFileName;                            // process
+  KeptFile m_launcherFile;                               // process, openLauncherFile
   SString m_origLauncherFileName;                        // process, "-cv:orig"
   SString m_stringVariables[kStringVariables];           // the script
   std::int32_t m_numericVariables[kNumericVariables]{};  // the script

@@ -1,21 +1,29 @@
 // The process entry: arguments and the launcher's own path in, exit status out.
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
+#include <new>
 
 #include "archive/StubMark.h"
 #include "launcher/Launcher.h"
 #include "platform/PlatformImpl.h"
 #include "tagfile/TextUtils.h"
+#include "util/MemoryReserve.h"
 #include "util/SString.h"
 #include "util/StringDeque.h"
 
 namespace {
 
+constexpr int kFailure = 255;
 constexpr std::size_t kCurrentDirCapacity = 1024;
 // A wizard that ends with this status, in a launcher of a quiet purpose, has shown its error
 // itself.
 constexpr std::int32_t kQuietFailure = 232;
+
+constexpr const char* kBorrowedRights =
+    "A launcher does not run with the rights of another user or group (set-user-id, set-group-id).";
+constexpr const char* kNoMemory = "The launcher has run out of memory.";
 
 // For corvane-pack. `main` reads it, so that neither compiler nor linker removes it.
 constexpr volatile char kStubMark[] =
@@ -41,6 +49,11 @@ bool isLoudFailure(std::int32_t status) {
   return status != 0 && !(status == kQuietFailure && Launcher::isQuietPurpose());
 }
 
+// For what cannot wait for a console and a language.
+void complain(const char* text) {
+  std::fprintf(stderr, "%s\n", text);
+}
+
 int runLauncher(StringDeque& args, const SString& path) {
   const Launcher cleanUpAtEnd;
   const std::int32_t status = Launcher::process(args, path);
@@ -50,23 +63,35 @@ int runLauncher(StringDeque& args, const SString& path) {
   return status;
 }
 
+int runWith(int argc, char** argv) {
+  StringDeque args;
+  for (int i = 1; i < argc; ++i) {
+    args.push_back(argv[i]);
+  }
+  return runLauncher(args, makeAbsolute(argc > 0 ? argv[0] : ""));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   static_cast<void>(kStubMark[0]);
   PlatformImpl::prepareProcess();
-  StringDeque args;
-  for (int i = 1; i < argc; ++i) {
-    args.push_back(argv[i]);
+  if (PlatformImpl::hasBorrowedRights()) {
+    complain(kBorrowedRights);
+    return kFailure;
   }
+  const MemoryReserve forTheEnd;
   try {
-    const int status = runLauncher(args, makeAbsolute(argc > 0 ? argv[0] : ""));
+    const int status = runWith(argc, argv);
     if (Launcher::endsByCancel()) {
       PlatformImpl::endByCancelingSignal();
     }
     return status;
+  } catch (const std::bad_alloc&) {
+    complain(kNoMemory);
+    Launcher::logMessage(kNoMemory, LOG_ERROR);
+    return kFailure;
   } catch (...) {
-    // Out of memory, or a bug of ours: end abnormally. The destructor of Launcher has cleaned up.
-    std::abort();
+    std::abort();  // a bug of ours; the destructor of Launcher has cleaned up
   }
 }

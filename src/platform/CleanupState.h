@@ -5,7 +5,10 @@
 #ifndef CORVANE_PLATFORM_CLEANUPSTATE_H
 #define CORVANE_PLATFORM_CLEANUPSTATE_H
 
+#include <sys/types.h>
+
 #include <cstdint>
+#include <optional>
 
 #include "platform/SignalState.h"
 #include "util/SString.h"
@@ -13,13 +16,15 @@
 
 // The comment of a field says who writes it.
 struct CleanupState {
-  SignalState m_signals;            // PlatformSignals, ChildProcess
-  SString m_tempDir;                // setSystemTempDir and its getter; absolute
-  SString m_tempDirAsGiven;         // the same two, for messages
-  std::uint64_t m_randomState = 0;  // randomName, where the system has no source
-  StringDeque m_sdqCreatedFiles;    // createTempFile and the list operations
-  StringDeque m_sdqCreatedDrs;      // createTempSubDirectory
-  bool m_deleteLauncher = false;    // setDeleteLauncher
+  SignalState m_signals;                   // PlatformSignals, ChildProcess
+  SString m_tempDir;                       // setSystemTempDir and its getter; absolute
+  SString m_tempDirAsGiven;                // the same two, for messages
+  std::uint64_t m_randomState = 0;         // randomName, where the system has no source
+  StringDeque m_sdqCreatedFiles;           // createTempFile and the list operations
+  StringDeque m_sdqCreatedDrs;             // createTempSubDirectory
+  bool m_deleteLauncher = false;           // setDeleteLauncher
+  std::optional<mode_t> m_inheritedUmask;  // prepareProcess
+  bool m_warnedOfTempDir = false;          // getSystemTempDirectory
 };
 
 extern CleanupState g_cleanup;

@@ -16,6 +16,7 @@
 struct ConsoleState {
   bool g_enableOutput = true;                   // showUI, hideUI
   bool m_silent = false;                        // setSilent
+  bool m_outputIsClosed = false;                // prepareProcess; by whoever started us
   SString g_title;                              // setUITitle; the product's name in status lines
   std::int32_t ui_progress = 0;                 // setUIProgress, advanceUIProgress
   std::int32_t ui_progressBlock = 0;            // setUIProgress; rows of dots that were closed

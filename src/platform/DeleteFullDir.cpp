@@ -1,36 +1,91 @@
 #include "platform/DeleteFullDir.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstring>
+#include <utility>
 
+#include "platform/DeleteFailure.h"
+#include "platform/DirectoryReader.h"
+#include "platform/FileNavigator.h"
 #include "platform/PlatformImpl.h"
+#include "tagfile/TextUtils.h"
 
-bool DeleteFullDir::process(const SString& directory) {
-  const bool stopped = FileNavigator::process(directory);
+void DeleteFullDir::process() {
+  deleteFiles(0);
+  while (!m_pending.empty()) {
+    const Pending next = std::move(m_pending.back());
+    m_pending.pop_back();
+    deleteFiles(m_tree.add(next.parent, next.name));
+  }
   // From last to first: inner directories before those that contain them.
-  for (long i = visitedDirectories().size() - 1; i >= 0; --i) {
+  for (long i = m_tree.size() - 1; i >= 0; --i) {
     deleteDirectory(i);
   }
-  return stopped;
 }
 
-bool DeleteFullDir::processFile(const SString& path) {
-  if (!PlatformImpl::deleteOneFile(path)) {
-    m_failed.push_back(path);
+void DeleteFullDir::deleteFiles(long directory) {
+  int error = m_tree.enter(directory);
+  if (error == 0) {
+    DirectoryReader entries(m_tree.descriptor());
+    while (entries.next()) {
+      if (entries.isDirectory()) {
+        m_pending.push_back({directory, entries.name()});
+      } else {
+        deleteFile(directory, entries.name());
+      }
+    }
+    error = entries.error();
   }
-  return false;
+  m_listErrors.push_back(error);
 }
 
-void DeleteFullDir::deleteDirectory(long position) {
-  const SString& directory = visitedDirectories()[position];
-  if (!isProtected(position) && !PlatformImpl::deleteOneFile(directory)) {
-    m_failed.push_back(directory);
+void DeleteFullDir::deleteFile(long directory, const char* name) {
+  if (unlinkat(m_tree.descriptor(), name, 0) != 0) {
+    const int error = errno;
+    SString path = m_tree.path(directory);
+    appendPathSeparator(path);
+    fail(path + name, error);
   }
+  if (++m_fileCount % FileNavigator::kFilesPerProgress == 0) {
+    PlatformImpl::advanceUIProgress(1);
+  }
+}
+
+void DeleteFullDir::deleteDirectory(long directory) {
+  if (isProtected(directory)) {
+    return;
+  }
+  int error = m_tree.enterParent(directory);
+  if (error == 0 &&
+      unlinkat(m_tree.descriptor(), m_tree.name(directory).c_str(), AT_REMOVEDIR) != 0) {
+    error = errno;
+    const int listError = m_listErrors[static_cast<std::size_t>(directory)];
+    if (listError != 0 && (error == ENOTEMPTY || error == EEXIST)) {
+      error = listError;
+    }
+  }
+  if (error != 0) {
+    fail(m_tree.path(directory), error);
+  }
+}
+
+// What has gone meanwhile needs no word.
+void DeleteFullDir::fail(const SString& path, int error) {
+  if (error != ENOENT) {
+    logDeleteFailure(path, error);
+  }
+  m_failed.push_back(path);
 }
 
 // QUIRK(failure-protects-by-position): only the failure at the directory's own position in the list
 // counts. So most directories that are not empty are tried, and each failure is logged.
-bool DeleteFullDir::isProtected(long position) const {
-  const SString& directory = visitedDirectories()[position];
-  // A position after the end of the list reads as empty and protects nothing.
-  return std::strncmp(m_failed[position].c_str(), directory.c_str(), directory.size()) == 0;
+bool DeleteFullDir::isProtected(long directory) const {
+  if (directory >= m_failed.size()) {
+    return false;
+  }
+  const SString path = m_tree.path(directory);
+  return std::strncmp(m_failed[directory].c_str(), path.c_str(), path.size()) == 0;
 }

@@ -1,8 +1,8 @@
 // DirectoryReader: the entries of one directory, in the order in which the system lists them.
 //
-// Used by FileNavigator. Asks the system for many entries and their types at once; only an entry
-// without a type is examined by itself. Owns one descriptor (close-on-exec) and, on Linux, a buffer
-// of 32 KiB: meant to live on the stack.
+// Used by FileNavigator and DeleteFullDir. Asks the system for many entries and their types at
+// once; only an entry without a type is examined by itself. Owns one descriptor (close-on-exec)
+// and, on Linux, a buffer of 32 KiB: meant to live on the stack.
 #ifndef CORVANE_PLATFORM_DIRECTORYREADER_H
 #define CORVANE_PLATFORM_DIRECTORYREADER_H
 
@@ -13,6 +13,8 @@ class DirectoryReader {
   enum class Links { Follow, Refuse };
   // Opens the directory at `path`. With Links::Refuse a link in its place is no directory.
   DirectoryReader(const char* path, Links links);
+  // Reads a directory that is open and stays so.
+  explicit DirectoryReader(int directory);
   ~DirectoryReader();
   DirectoryReader(const DirectoryReader&) = delete;
   DirectoryReader& operator=(const DirectoryReader&) = delete;
@@ -20,6 +22,8 @@ class DirectoryReader {
   // Moves on to the next entry; "." and ".." are left out. False at the end, and at once when the
   // directory cannot be opened or read.
   [[nodiscard]] bool next();
+  // Behind the end: why it came before the last entry (errno), or 0.
+  int error() const { return m_error; }
   // Of the current entry. The name is valid until `next`.
   const char* name() const { return m_entry->d_name; }
   // False: isDirectory has to look at the entry, which a dead mount does not survive.
@@ -40,9 +44,12 @@ class DirectoryReader {
 #else
   using Entry = dirent;
 
+  void beginReading();
+
   DIR* m_directory = nullptr;
 #endif
   const Entry* m_entry = nullptr;
+  int m_error = 0;
   int m_fd;  // -1: not open
 };
 

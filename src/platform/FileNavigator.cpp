@@ -6,12 +6,6 @@
 #include "platform/PlatformImpl.h"
 #include "tagfile/TextUtils.h"
 
-namespace {
-
-constexpr unsigned long kFilesPerProgress = 1000;
-
-}  // namespace
-
 bool FileNavigator::process(const SString& root) {
   m_visited.clear();
   m_pending.clear();

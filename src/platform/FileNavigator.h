@@ -1,6 +1,6 @@
 // FileNavigator: a depth-first walk through a directory tree with an explicit stack.
 //
-// Base of FindFiles and DeleteFullDir. Symbolic links are never followed: a link, also one to a
+// Base of FindFiles. Symbolic links are never followed: a link, also one to a
 // directory, is handed to `processFile`. Entries come in the order of readdir; the directories of
 // one directory are visited in the reverse of that order. A directory that cannot be opened is
 // skipped. One buffer holds the current path; memory holds the pending directories (and, on
@@ -13,6 +13,8 @@
 
 class FileNavigator {
  public:
+  static constexpr unsigned long kFilesPerProgress = 1000;
+
   virtual ~FileNavigator() = default;
 
   // Walks the tree below `root`. True when a `processFile` ended the walk. The console's progress

@@ -5,10 +5,10 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 
 #include "launcher/Log.h"
 #include "platform/CleanupState.h"
+#include "platform/DeleteFailure.h"
 #include "platform/MessageCatalogue.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -19,6 +19,16 @@ namespace {
 constexpr const char* kDefaultTempDir = "/var/tmp/";
 constexpr char kHintSeparator = ':';
 constexpr wchar_t kLastAscii = 0x7F;
+
+// Once in a run.
+void warnOfOpenTempDir() {
+  if (!g_cleanup.m_warnedOfTempDir) {
+    g_cleanup.m_warnedOfTempDir = true;
+    logMessage("The temporary directory " + g_cleanup.m_tempDir +
+                   " is open to everybody and has no sticky bit: others may replace what is in it.",
+               LOG_WARNING);
+  }
+}
 
 }  // namespace
 
@@ -113,18 +123,25 @@ SString PlatformImpl::getSystemTempDirectory() {
     throw LauncherException(
         get_msg(kCatalogueTempDirMissing, g_cleanup.m_tempDirAsGiven.c_str()).get());
   }
+  if ((status.st_mode & (S_IWOTH | S_ISVTX)) == S_IWOTH) {
+    warnOfOpenTempDir();
+  }
   return g_cleanup.m_tempDir;
 }
 
 bool PlatformImpl::deleteOneFile(const SString& path) {
   struct stat status;
   if (lstat(path.c_str(), &status) != 0) {
+    const int error = errno;
+    if (error != ENOENT && error != ENOTDIR) {
+      logDeleteFailure(path, error);
+    }
     return false;
   }
   const int result = S_ISDIR(status.st_mode) ? rmdir(path.c_str()) : unlink(path.c_str());
   const int error = errno;
   if (result != 0) {
-    logMessage("Could not delete " + path + " :  " + std::strerror(error), LOG_WARNING);
+    logDeleteFailure(path, error);
   }
   return result == 0;
 }

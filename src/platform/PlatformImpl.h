@@ -33,7 +33,11 @@ class PlatformImpl {
   // be waited for, that a closed pipe or a limit to the size of files does not end us, and that
   // INT, TERM, HUP and QUIT (unless they were inherited as ignored) cancel the run; QUIT only while
   // no child runs. A second such signal ends the command that runs.
+  // Files are created with a umask that keeps group and others from writing to them; children
+  // get the one that we were started with.
   static void prepareProcess();
+  // True for a set-user-id or set-group-id program: who started it has fewer rights than it.
+  static bool hasBorrowedRights();
   static bool isCanceled();
   // Throws Canceled with the text of MSG_CANCELED when the user has canceled.
   static void throwIfCanceled();
@@ -97,11 +101,10 @@ class PlatformImpl {
   // A relative path behind the current directory, where that can be told.
   static SString makeAbsolute(const SString& path);
   [[nodiscard]] static bool fileExists(const SString& path);
-  // Deletes a file, or a directory with its whole tree. Never follows a link.
+  // Deletes a file, or a directory with its whole tree (DeleteFullDir.h). Never follows a link.
   static void deleteFile(const SString& path);
-  // Deletes one file, link or empty directory. False when it does not exist or its directory cannot
-  // be entered (not logged), or when it cannot be deleted (logged as a warning: "Could not delete
-  // PATH :  REASON").
+  // Deletes one file, link or empty directory. False when it does not exist (not logged), or when
+  // it cannot be examined or deleted (logged as a warning: "Could not delete PATH :  REASON").
   [[nodiscard]] static bool deleteOneFile(const SString& path);
   // True when the file system of `directory` (of the current directory, unless it begins with "/")
   // has room for `bytes` in `files` files. Throws the system's text when it cannot be asked.

@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/select.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,6 +15,7 @@
 #include <ctime>
 
 #include "platform/CleanupState.h"
+#include "platform/Console.h"
 #include "platform/PlatformImpl.h"
 #include "util/LauncherException.h"
 
@@ -28,9 +30,19 @@ constexpr auto& kSignals = SignalState::kSignals;
 void openStandardDescriptors() {
   for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
     if (fcntl(fd, F_GETFD) == -1 && errno == EBADF) {
+      g_console.m_outputIsClosed = g_console.m_outputIsClosed || fd == STDOUT_FILENO;
       // The lowest free number is the one that is missing. Children inherit it.
       static_cast<void>(open("/dev/null", O_RDWR));
     }
+  }
+}
+
+constexpr mode_t kOthersMayNotWrite = S_IWGRP | S_IWOTH;
+
+// What we were started with, and `more`.
+void useUmask(mode_t more) {
+  if (g_cleanup.m_inheritedUmask) {
+    umask(*g_cleanup.m_inheritedUmask | more);
   }
 }
 
@@ -187,10 +199,12 @@ SignalHold::~SignalHold() {
   for (int i = 0; i < SignalState::kSignalCount; ++i) {
     sigaction(kSignals[i], &m_actions[i], nullptr);
   }
+  useUmask(kOthersMayNotWrite);
   sigprocmask(SIG_SETMASK, &m_mask, nullptr);
 }
 
 void SignalHold::restoreInherited() const {
+  useUmask(0);
   for (int i = 0; i < SignalState::kSignalCount; ++i) {
     sigaction(kSignals[i], g_signals.m_isPrepared ? &g_signals.m_inherited[i] : &m_actions[i],
               nullptr);
@@ -210,6 +224,8 @@ void SignalHold::waitForInput(pollfd* entries, nfds_t count, Clock::time_point u
 
 void PlatformImpl::prepareProcess() {
   openStandardDescriptors();
+  g_cleanup.m_inheritedUmask = umask(kOthersMayNotWrite);
+  useUmask(kOthersMayNotWrite);
   for (int i = 0; i < SignalState::kSignalCount; ++i) {
     sigaction(kSignals[i], nullptr, &g_signals.m_inherited[i]);
   }
@@ -227,6 +243,10 @@ void PlatformImpl::prepareProcess() {
   setHandler(SIGPIPE, SIG_IGN);
   setHandler(SIGXFSZ, SIG_IGN);  // a file at its limit is a write that fails, as on a full disk
   setHandler(SIGCHLD, SIG_DFL);  // inherited as ignored, it would leave no child to wait for
+}
+
+bool PlatformImpl::hasBorrowedRights() {
+  return geteuid() != getuid() || getegid() != getgid();
 }
 
 void PlatformImpl::throwIfCanceled() {

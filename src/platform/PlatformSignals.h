@@ -21,8 +21,8 @@ class SignalHold {
   SignalHold(const SignalHold&) = delete;
   SignalHold& operator=(const SignalHold&) = delete;
 
-  // All dispositions and the mask as the launcher inherited them: for a process that is about to
-  // become another program.
+  // All dispositions, the mask and the umask as the launcher inherited them: for a process that is
+  // about to become another program.
   void restoreInherited() const;
   // Waits, at no cost, until a descriptor has input (or is at its end), a signal has been handled
   // (the end of a child is such a signal) or the time has come.

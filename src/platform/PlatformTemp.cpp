@@ -9,6 +9,7 @@
 #include "launcher/LauncherFacts.h"
 #include "platform/CleanupState.h"
 #include "platform/DeleteFullDir.h"
+#include "platform/FileNavigator.h"
 #include "platform/PlatformImpl.h"
 #include "platform/RandomName.h"
 #include "platform/UniqueEntry.h"
@@ -90,7 +91,7 @@ bool PlatformImpl::fileExists(const SString& path) {
 void PlatformImpl::deleteFile(const SString& path) {
   // lstat("link/") follows the link; strip the slash.
   if (FileNavigator::isDirectory(withoutTrailingSeparators(path).c_str())) {
-    DeleteFullDir().process(path);
+    DeleteFullDir(path).process();
   } else {
     (void)deleteOneFile(path);
   }

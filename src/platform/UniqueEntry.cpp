@@ -22,12 +22,16 @@ bool createDirectory(const char* path) {
 
 }  // namespace
 
-int createUniqueEntry(EntryKind kind, SString (*makePath)(), SString& path) {
+int createEntry(EntryKind kind, const SString& path) {
   const auto create = kind == EntryKind::File ? createFile : createDirectory;
+  return create(path.c_str()) ? 0 : errno;
+}
+
+int createUniqueEntry(EntryKind kind, SString (*makePath)(), SString& path) {
   int error = EEXIST;
   for (int i = 0; i < kMostUniqueNames && error == EEXIST; ++i) {
     path = makePath();
-    error = create(path.c_str()) ? 0 : errno;
+    error = createEntry(kind, path);
   }
   return error;
 }

@@ -12,6 +12,9 @@ enum class EntryKind { File, Directory };
 // The names that are tried before giving up.
 inline constexpr int kMostUniqueNames = 1000;
 
+// Creates an empty file or directory where nothing is. Returns 0 or the errno.
+[[nodiscard]] int createEntry(EntryKind kind, const SString& path);
+
 // Creates an empty file or directory, with all permissions that the umask leaves, at the first path
 // of `makePath` that did not exist. Returns 0, or the errno of the attempt that failed (EEXIST when
 // all names were taken). `path` becomes the last path that was tried.

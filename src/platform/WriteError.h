@@ -7,5 +7,7 @@
 // Throws LauncherException: the file could not be written, then `detail` (the system's error number
 // in decimal, or nothing), then how to choose a directory with more space.
 [[noreturn]] void throwWriteError(const SString& detail);
+// The same for what returns the system's error number; does nothing for 0.
+void throwIfNotWritten(int error);
 
 #endif

@@ -1,6 +1,7 @@
 // Stream helpers: lines and big-endian numbers from C streams.
 //
-// A read error counts as end of file everywhere; nothing here loops on it.
+// A read error ends what is read here like the end of the file; nothing loops on it. Who must tell
+// the two apart asks ferror.
 #ifndef CORVANE_TAGFILE_STREAMUTILS_H
 #define CORVANE_TAGFILE_STREAMUTILS_H
 

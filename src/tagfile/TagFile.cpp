@@ -1,6 +1,10 @@
 #include "tagfile/TagFile.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -10,6 +14,7 @@
 #include "tagfile/StreamUtils.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
+#include "tagfile/WriteAll.h"
 #include "util/LauncherException.h"
 
 namespace {
@@ -21,6 +26,7 @@ constexpr const char* kCompleterMissing = "Missing /: tag completer.";
 constexpr const char* kValueMissing = "Invalid tag format.";
 
 constexpr const char* kBlockEnd = "/:";
+constexpr mode_t kNewFileMode = 0666;  // less the umask
 
 // The value that begins at `first` of the line: the text in quotes, or the rest of the line.
 SString parseValue(std::string_view line, std::size_t first) {
@@ -36,16 +42,20 @@ bool needsQuotes(const SString& value) {
          value.find(kQuote) != SString::npos;
 }
 
-void writeTag(std::FILE* file, const SString& key, const StringDeque& values) {
+// For C a text ends at its first zero byte.
+void appendTag(SString& text, const SString& key, const StringDeque& values) {
   const bool isBlock = values.size() > 1;
-  std::fprintf(file, "%s:%s", key.c_str(), isBlock ? "\n" : "");
+  text += key.c_str();
+  text += isBlock ? ":\n" : ":";
   for (long i = 0; i < values.size(); ++i) {
-    const SString value = values.at(i).c_str();  // for C it ends at its first zero byte
-    const SString written = needsQuotes(value) ? asQuotedArgument(value) : value;
-    std::fprintf(file, "  %s\n", written.c_str());
+    const SString value = values.at(i).c_str();
+    text += "  ";
+    text += needsQuotes(value) ? asQuotedArgument(value) : value;
+    text += '\n';
   }
   if (isBlock) {
-    std::fprintf(file, "%s\n", kBlockEnd);
+    text += kBlockEnd;
+    text += '\n';
   }
 }
 
@@ -75,6 +85,9 @@ void TagFile::load(std::FILE* file, const SString& name, std::int32_t start, std
     if (!line.empty()) {
       loadTag(reader, line);
     }
+  }
+  if (std::ferror(file) != 0) {
+    throw LauncherException(kFileNotRead);
   }
   m_loaded = true;
   m_loadedBytes = reader.position() - start;
@@ -196,14 +209,14 @@ void TagFile::setDynamicJVMTags(const SString& home, const SString& fileName, bo
   setBoolTagValue(tagname::kJVMTemp, temporary);
 }
 
-bool TagFile::write(const SString& path) const {
-  FilePtr file = openFile(path, "w");
-  if (file == nullptr) {
-    return false;
+int TagFile::write(const SString& path) const {
+  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode);
+  if (file == -1) {
+    return errno;
   }
-  write(file.get());
-  const bool written = std::ferror(file.get()) == 0;
-  return std::fclose(file.release()) == 0 && written;
+  const int error = writeAll(file, text().view());
+  const bool isClosed = close(file) == 0;
+  return error == 0 && !isClosed ? errno : error;
 }
 
 std::vector<const TagFile::Entries::value_type*> TagFile::ordered() const {
@@ -224,10 +237,12 @@ std::vector<SString> TagFile::getNames() const {
   return names;
 }
 
-void TagFile::write(std::FILE* file) const {
+SString TagFile::text() const {
+  SString text;
   for (const auto* entry : ordered()) {
-    writeTag(file, entry->first, entry->second.values);
+    appendTag(text, entry->first, entry->second.values);
   }
+  return text;
 }
 
 void TagFile::logSyntaxError(const SString& message, const SString& fileName,

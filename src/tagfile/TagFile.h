@@ -43,9 +43,10 @@ class TagFile {
   // file when `length` is negative) to the document; a tag that it held already is replaced and
   // moves to the end. `name` is used in messages. The bound is checked only before each tag: a
   // block that has begun is read to its "/:".
-  // Throws "Unable to read tag file." when `start` cannot be reached; "Syntax error in NAME at line
-  // N ==> " and the reason (logged as an error first); or the text of `parseStringArgument` for a
-  // quoted value without its closing quote (not logged). Leaves the stream's position anywhere.
+  // Throws "Unable to read tag file." when `start` cannot be reached or the system cannot read;
+  // "Syntax error in NAME at line N ==> " and the reason (logged as an error first); or the text of
+  // `parseStringArgument` for a quoted value without its closing quote (not logged). Leaves the
+  // stream's position anywhere.
   void load(std::FILE* file, const SString& name, std::int32_t start, std::int32_t length);
 
   // A promised name, though nothing of ours calls it.
@@ -77,11 +78,11 @@ class TagFile {
   // Records a found JVM: JVM_HOME, JVM_FILE and JVM_TEMP, in that order.
   void setDynamicJVMTags(const SString& home, const SString& fileName, bool temporary);
 
-  // Writes the document to `path` so that `load` reads it back equal. False, without a message,
-  // when it cannot be opened or written.
-  [[nodiscard]] bool write(const SString& path) const;
-  // The same to an open stream; the caller checks it for errors.
-  void write(std::FILE* file) const;
+  // Writes the document to `path` so that `load` reads it back equal. Returns 0, or the system's
+  // error number when it could not be opened or not be written whole; nothing else tells of that.
+  [[nodiscard]] int write(const SString& path) const;
+  // What is written.
+  SString text() const;
 
   // Logs "Syntax error in FILE at line N ==> MESSAGE" as an error and throws it.
   [[noreturn]] static void logSyntaxError(const SString& message, const SString& fileName,

@@ -173,9 +173,13 @@ TEST_F(ActionResults, ASearchThatFailsUnexpectedly) {
   const std::string input =
       test::writeFile(dir("in.tag"), "ACTION: SEARCH\nLOGFILE: " + logFile() + "\n");
   const Result result = runBare({"-cv:tempdir", tempDir(), "-cv:in", input});
-  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(255, result.status);
   EXPECT_EQ("0\n", result.out);
-  EXPECT_TRUE(result.log.ends_with("ERROR: Unexpected failure in search.\n"));
+  EXPECT_EQ("The launcher has run out of memory.\n", result.err);
+  EXPECT_TRUE(
+      result.log.ends_with("ERROR: Unexpected failure in search.\n"
+                           "ERROR: The launcher has run out of memory.\n"))
+      << result.log;
   EXPECT_TRUE(fs::is_empty(tempDir()));
 }
 

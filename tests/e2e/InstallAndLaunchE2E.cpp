@@ -108,7 +108,7 @@ TEST_F(Install, FoldersAsTheyWereTyped) {
       {dir("mine/deep/.."), true, ""},
       {"../mine", true, ""},
       // The installer runs in the folder, by a name that only leads to it from our own.
-      {"../mine/deep", false, "ERROR: Invalid bundled JVM. Missing 'jvm' file.\n"},
+      {"../mine/deep", false, "WARNING: The JVM installer ended with status 127.\nErrOut:\n"},
       {dir("none"), false, "ERROR: No such file or directory\n"},
       {"../none", false, "ERROR: Error writing file = 2 There may not"},
       {logFile(), false, "ERROR: Error writing file = 20 There may not"},
@@ -163,9 +163,9 @@ TEST_F(Install, AnInstallerThatDoesNotFitIsNotLeftInTheUsersFolder) {
     pack();
     const Result result = run();
     EXPECT_EQ(255, result.status);
-    EXPECT_EQ("Sample\n" + std::string(kPreparing) + kQuestion + (wasThere ? "" : ".") +
-                  "Error writing file = " + (wasThere ? "21" : "27") + kNoSpace,
-              result.out);
+    EXPECT_EQ(
+        "Sample\n" + std::string(kPreparing) + kQuestion + ".Error writing file = 27" + kNoSpace,
+        result.out);
     EXPECT_EQ(wasThere ? 2U : 0U, test::listTree(dir("mine")).size());
     EXPECT_FALSE(fs::exists(dir("record.txt")));
   }
@@ -184,12 +184,64 @@ TEST_F(Install, WhatTakesTheInstallersNameLaterStays) {
 }
 
 TEST_F(Install, AMissingJvmFileIsLogged) {
-  embedInstaller("rm jvm\n");
-  embedInstructions({"INSTALL_JVM 0", "ILAUNCH @N1@ 0"});
-  const Result result = run();
-  EXPECT_EQ(255, result.status);
-  EXPECT_NE(std::string::npos,
-            result.log.find("ERROR: Invalid bundled JVM. Missing 'jvm' file.\n"));
+  struct Row {
+    const char* name;
+    std::string more;  // at the end of the installer
+    std::string log;
+  };
+  const std::string missing = "ERROR: Invalid bundled JVM. Missing 'jvm' file.\n";
+  const Row rows[] = {
+      {"success", "rm jvm\n", missing},
+      {"failure", "rm jvm; exit 3\n",
+       "WARNING: The JVM installer ended with status 3.\nStdOut:\ninstalling\n\nErrOut:\ncareful\n"
+       "\n" +
+           missing},
+      {"much output", "rm jvm; exec >&2; yes | head -n 5000; exit 4\n", "y\ny\ny\n\n" + missing},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    forgetFiles();
+    fs::remove(logFile());
+    embedInstaller(row.more);
+    embedInstructions({"INSTALL_JVM 0", "ILAUNCH @N1@ 0"});
+    pack();
+    const Result result = run();
+    EXPECT_EQ(255, result.status);
+    EXPECT_NE(std::string::npos, result.log.find(row.log)) << result.log;
+    EXPECT_GT(6000U, result.log.size());
+  }
+}
+
+TEST_F(Install, WhatHasTheInstallersNameIsTheUsersAndStays) {
+  struct Row {
+    const char* name;
+    std::function<void(const std::string&)> make;
+  };
+  const Row rows[] = {
+      {"file", [](const std::string& path) { test::writeFile(path, "the user's"); }},
+      {"link", [](const std::string& path) { fs::create_symlink("nowhere", path); }},
+      {"folder", [](const std::string& path) { test::writeFile(path + "/f", "the user's"); }},
+  };
+  embedInstaller();
+  embedInstructions({"INSTALL_JVM 2", "LAUNCH @S1@ 0"});
+  setStdin(dir("mine"));
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    fs::remove_all(dir("mine"));
+    fs::create_directories(dir("mine"));
+    row.make(dir("mine/install it.sh"));
+    const std::vector<std::string> before = test::listTree(dir("mine"));
+    EXPECT_EQ(9, run().status);
+    EXPECT_EQ(0U, test::readFile(dir("record.txt")).find(dir("mine") + "\n"));
+    EXPECT_FALSE(fs::exists(dir("nowhere")));
+    for (const char* installed : {"bin", "jvm"}) {
+      fs::remove_all(dir("mine") + "/" + installed);
+    }
+    EXPECT_EQ(before, test::listTree(dir("mine")));
+    if (fs::is_regular_file(dir("mine/install it.sh"))) {
+      EXPECT_EQ("the user's", test::readFile(dir("mine/install it.sh")));
+    }
+  }
 }
 
 TEST_F(Install, TemporaryFolderWithBlanksAndQuotes) {
@@ -281,7 +333,8 @@ TEST_F(Launch, HandOverToARealLauncherLeavesNothing) {
 TEST_F(Launch, HandOverByALauncherThatWasHandedOverTo) {
   setEnv("RECORD", dir("record.txt"));
   embed(FILE_TYPE_LAUNCHER, 9, "inner",
-        "#!/bin/sh\n{ printf '[%s]\\n' \"$0\" \"$@\"; ls \"$TEMP\" | wc -l; } >\"$RECORD\"\n"
+        "#!/bin/sh\nwhile [ $(ls \"$TEMP\" | wc -l) -gt 1 ]; do sleep 0.02; done\n"
+        "{ printf '[%s]\\n' \"$0\" \"$@\"; ls \"$TEMP\" | wc -l; } >\"$RECORD\"\n"
         "rm \"$0\"; rmdir \"${0%/*}\"; exit 11\n");
   embedInstructions({"EXECUTE_LAUNCHER 0"});
   setLauncherPath(dir("middle"));
@@ -308,6 +361,16 @@ TEST_F(Launch, HandOverThatFails) {
   EXPECT_EQ(255, result.status);
   EXPECT_EQ(".\n", result.out);
   EXPECT_EQ(0u, withoutIndex(result.log).find("ERROR: Unable to launch the internal"));
+}
+
+TEST_F(Launch, AHandOverThatFailsLeavesTheRunAsItWas) {
+  embedSetup("[ -f \"$(dirname \"$TEMP\"/cvj*/verify.jar)\"/verify.jar ] && exit 6");
+  setEnv("TEMP", tempDir());
+  embed(FILE_TYPE_LAUNCHER, 9, "inner", "#!/no/interpreter\n");
+  forgetFiles(FILE_TYPE_INSTRUCTIONS);
+  embedInstructions({"FIND_JVM 0 0", "EXECUTE_LAUNCHER 3", "LAUNCH @S2@ 0"});
+  const Result result = run();
+  EXPECT_EQ(6, result.status) << result.log;
 }
 
 TEST_F(Launch, HandOverOnAFullDisk) {

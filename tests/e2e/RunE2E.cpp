@@ -1,5 +1,4 @@
 // Whole runs: the wizard's status and output, the log, odd surroundings, Ctrl-C.
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -362,23 +361,6 @@ TEST_F(Run, UnderNohupTheTerminalMayClose) {
   const Result result = finish(pid);
   EXPECT_EQ(7, result.status);
   EXPECT_EQ("Sample\nbye\n\n", result.out);
-}
-
-TEST_F(Run, WithoutMemoryItEndsAbnormallyAndCleansUp) {
-#ifdef __SANITIZE_ADDRESS__
-  GTEST_SKIP() << "the sanitizer reserves more memory than the limit leaves";
-#endif
-  embedSetup("exit 0");
-  forgetFiles(FILE_TYPE_INSTRUCTIONS);
-  embedInstructions(
-      {"FIND_JVM 0 0", "SET S1 = " + std::string(1 << 20, 'a') + "@@S1@@", "SET S2 = @S1@"});
-  setPrepareChild([] {
-    const rlimit memory = {64 << 20, 64 << 20};
-    const rlimit noCore = {0, 0};
-    setrlimit(RLIMIT_AS, &memory);
-    setrlimit(RLIMIT_CORE, &noCore);
-  });
-  EXPECT_EQ(-SIGABRT, run().status);
 }
 
 TEST_F(Run, AScriptThatLoopsForEverCanBeStopped) {

@@ -34,19 +34,6 @@ inline FilePtr openBytes(std::string_view bytes) {
   return FilePtr(fmemopen(const_cast<char*>(bytes.data()), bytes.size(), "r"));
 }
 
-// What `write` writes to the stream that it gets.
-template <class Write>
-std::string writtenBytes(Write write) {
-  char* bytes = nullptr;
-  std::size_t size = 0;
-  FilePtr file(open_memstream(&bytes, &size));
-  write(file.get());
-  file.reset();
-  std::string result(bytes, size);
-  std::free(bytes);
-  return result;
-}
-
 }  // namespace fuzz
 
 #endif

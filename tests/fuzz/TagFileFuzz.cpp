@@ -17,7 +17,7 @@ std::string rewritten(std::string_view text, std::int32_t start, std::int32_t le
   } catch (const LauncherException& e) {
     fuzz::require(!document.isLoaded() && !e.getMessage().empty());
   }
-  return fuzz::writtenBytes([&](std::FILE* out) { document.write(out); });
+  return std::string(document.text().view());
 }
 
 }  // namespace

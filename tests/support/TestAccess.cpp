@@ -6,6 +6,7 @@
 #include "platform/PlatformImpl.h"
 
 void LauncherTestAccess::setLauncherFileName(const std::string& path) {
+  g_launcher.m_launcherFile = {};
   g_launcher.m_launcherFileName = path.c_str();
   g_launcher.m_origLauncherFileName = path.c_str();
 }

@@ -259,11 +259,15 @@ struct SharedTextRow {
 };
 
 // Each entry names the same text, of 100,000 bytes: whole, or by a length that ends inside a block.
+constexpr const char* kTooMuchText =
+    "Error loading instructions file.The tag files of the launcher hold more text than its file "
+    "has "
+    "room for.";
+
 const SharedTextRow kSharedTextRows[] = {
     {"ten times", 10, 100000, ""},
-    {"two hundred times", 200, 100000, "Error loading instructions file.Unable to read tag file."},
-    {"two hundred times by its first byte", 200, 1,
-     "Error loading instructions file.Unable to read tag file."},
+    {"two hundred times", 200, 100000, kTooMuchText},
+    {"two hundred times by its first byte", 200, 1, kTooMuchText},
     {"two hundred times nothing of it", 200, 0, ""},
 };
 

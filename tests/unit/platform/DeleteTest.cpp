@@ -247,17 +247,17 @@ struct RightsRow {
   const char* log;
 };
 
-constexpr const char* kNotEmpty = "WARNING: Could not delete $/d/e :  Directory not empty\n";
+constexpr const char* kDenied = "WARNING: Could not delete $/d/e :  Permission denied\n";
 
-// What cannot be looked at gives no line, and yet is a failure, which may protect a folder.
 const RightsRow kRightsRows[] = {
-    {"folder neither listed nor entered", "d/e", 0000, kNotEmpty},
-    {"folder entered, not listed", "d/e", 0333, kNotEmpty},
-    {"folder listed, not entered", "d/e", 0444, kNotEmpty},
-    {"outermost folder listed, not entered", "d", 0444, ""},
+    {"folder neither listed nor entered", "d/e", 0000, kDenied},
+    {"folder entered, not listed", "d/e", 0333, kDenied},
+    {"folder listed, not entered", "d/e", 0444, kDenied},
+    {"outermost folder listed, not entered", "d", 0444,
+     "WARNING: Could not delete $/d :  Permission denied\n"},
 };
 
-TEST(Delete, TreesThatCannotBeReadOrEntered) {
+TEST(Delete, TreesOfOthersThatCannotBeReadOrEntered) {
   for (const RightsRow& row : kRightsRows) {
     Scratch scratch({"d/", "d/e/", "d/e/f"});
     scratch.lock(row.folder, row.rights);
@@ -274,7 +274,7 @@ TEST(Delete, TreesThatCannotBeReadOrEntered) {
 TEST(Delete, TheWalkOfATreeIsNotStopped) {
   Scratch scratch({"d/", "d/f"});
   PlatformTestAccess::setCanceled(true);
-  EXPECT_FALSE(DeleteFullDir().process((scratch / "d").c_str()));
+  DeleteFullDir((scratch / "d").c_str()).process();
   EXPECT_EQ(Strings(), scratch.rest());
 }
 
@@ -305,6 +305,7 @@ TEST(Delete, ATreeOfManyFilesShowsADot) {
 
 TEST(Delete, CleanupRemovesWhatIsRegistered) {
   Scratch scratch({"kept", "f", "g", "d/", "d/f", "l -> kept"});
+  EXPECT_EQ(0, chmod((scratch / "").c_str(), 0755));
   PlatformImpl::setSystemTempDir((scratch / "").c_str());
   for (const char* name : {"f", "missing", "f", "d", "l", "g"}) {
     PlatformImpl::addFileToCleanupList((scratch / name).c_str());
@@ -328,6 +329,7 @@ TEST(Delete, CleanupTwiceIsHarmless) {
 
 TEST(Delete, CleanupGoesFilesThenDirectoriesInOrder) {
   Scratch scratch({"z/", "z/f", "a/", "a/f"});
+  EXPECT_EQ(0, chmod((scratch / "").c_str(), 0755));
   PlatformImpl::setSystemTempDir((scratch / "").c_str());
   const std::string dir = std::string(PlatformImpl::createTempSubDirectory().view());
   test::writeFile(dir + "/f", "x");
@@ -349,6 +351,7 @@ TEST(Delete, CleanupGoesFilesThenDirectoriesInOrder) {
 
 TEST(Delete, CleanupKeepsWhatWasTakenFromTheLists) {
   Scratch scratch({"f"});
+  EXPECT_EQ(0, chmod((scratch / "").c_str(), 0755));
   PlatformImpl::setSystemTempDir((scratch / "").c_str());
   PlatformImpl::addFileToCleanupList((scratch / "f").c_str());
   const SString dir = PlatformImpl::createTempSubDirectory();

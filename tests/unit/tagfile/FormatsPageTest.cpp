@@ -45,7 +45,7 @@ TEST(FormatsPage, WhatTheLauncherWritesLooksSo) {
   for (const std::string& text : partsBetween(page(), "```tag\n", "```\n")) {
     if (text.find(":  ") != std::string::npos) {  // shown as it is written
       const SString path = writeText(dir, text);
-      EXPECT_TRUE(TagFile(path).write(path));
+      EXPECT_EQ(0, TagFile(path).write(path));
       EXPECT_EQ(text, test::readFile(path.c_str()));
     }
   }

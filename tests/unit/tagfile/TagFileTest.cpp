@@ -27,7 +27,7 @@ constexpr const char* kName = "a name.tag";
 // The document as `write` writes it: all tags and values, in order.
 std::string written(const TagFile& document) {
   const test::TempDir dir;
-  EXPECT_TRUE(document.write(sstr(dir / "written")));
+  EXPECT_EQ(0, document.write(sstr(dir / "written")));
   return test::readFile(dir / "written");
 }
 
@@ -141,7 +141,7 @@ TEST(TagFileTest, WritesValuesUpToTheirFirstZeroByte) {
   TagFile document;
   EXPECT_EQ("", load(document, "A: \0a\nB: b \0c\nC: d\n"sv));
   const std::string path = dir / "written";
-  EXPECT_TRUE(document.write(path.c_str()));
+  EXPECT_EQ(0, document.write(path.c_str()));
   EXPECT_EQ("A:  \"\"\nB:  \"b \"\nC:  d\n", test::readFile(path));
 }
 
@@ -344,13 +344,12 @@ TEST(TagFileTest, ReadsNoStreamWithoutPositions) {
             errorOf([&] { document.load(reader.get(), kName, 0, -1); }));
 }
 
-TEST(TagFileTest, ReadErrorIsTheEnd) {
+TEST(TagFileTest, ReadErrorIsNotTheEnd) {
   const test::TempDir dir;
   const FilePtr file = openFile(sstr(dir / "file"), "w");  // not to be read
   TagFile document;
-  document.load(file.get(), kName, 0, -1);
-  EXPECT_TRUE(document.isLoaded());
-  EXPECT_EQ("", written(document));
+  EXPECT_EQ("Unable to read tag file.", errorOf([&] { document.load(file.get(), kName, 0, -1); }));
+  EXPECT_FALSE(document.isLoaded());
 }
 
 TEST(TagFileTest, LogsSyntaxErrors) {
@@ -596,7 +595,7 @@ TEST(TagFileTest, ReplacesTheFileThatItWrites) {
   test::writeFile(dir / "file", "a longer text than the one to come");
   TagFile document;
   document.setTagValue("A", "1");
-  EXPECT_TRUE(document.write(sstr(dir / "file")));
+  EXPECT_EQ(0, document.write(sstr(dir / "file")));
   EXPECT_EQ("A:  1\n", test::readFile(dir / "file"));
 }
 
@@ -605,11 +604,11 @@ TEST(TagFileTest, SaysNothingWhenItCannotWrite) {
   setLogFileName(sstr(dir / "log"));
   TagFile document;
   document.setTagValue("A", "1");
-  EXPECT_FALSE(document.write(sstr(dir / "no/such/folder/file")));
-  EXPECT_FALSE(document.write(sstr(dir.path())));
+  EXPECT_EQ(ENOENT, document.write(sstr(dir / "no/such/folder/file")));
+  EXPECT_EQ(EISDIR, document.write(sstr(dir.path())));
   EXPECT_EQ(std::vector<std::string>{}, test::listTree(dir.path()));
   if (access("/dev/full", W_OK) == 0) {
-    EXPECT_FALSE(document.write("/dev/full"));
+    EXPECT_EQ(ENOSPC, document.write("/dev/full"));
   }
 }
 
