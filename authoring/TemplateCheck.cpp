@@ -32,15 +32,20 @@ std::string wantedCount(const FunctionGrammar& function) {
   return (isFixed ? " needs " : " takes at most ") + describeCount(function.mostArguments);
 }
 
+// Empty when the author has forgotten it.
+CommandText argument(const CommandTexts& args, std::size_t index) {
+  return index < args.size() ? args[index] : CommandText();
+}
+
 // The arguments that a call puts into the command, where they are scanned again.
 CommandText resultOf(Function function, const CommandTexts& args) {
   switch (function) {
     case Function::kReplace:
-      return args[2];
+      return argument(args, 2);
     case Function::kSystemProp:
-      return args[0] + args[1];
+      return argument(args, 0) + argument(args, 1);
     case Function::kIfExists:
-      return args[1];
+      return argument(args, 1);
     case Function::kCP: {
       CommandText entries;
       for (const CommandText& entry : args) {
