@@ -51,6 +51,20 @@ SString shownInQuotes(const SString& argument) {
   return inQuotes(shown);
 }
 
+// The system takes no argument of 128 KiB. A command of about that length goes to the shell in
+// pieces that it joins; when the command is run, neither they nor our variables are to be seen.
+constexpr std::size_t kLongestPiece = 120 * 1024;
+constexpr const char* kRunPieces =
+    "cvj_text=; for cvj_piece do cvj_text=$cvj_text$cvj_piece; done; set --; "
+    "eval \"unset cvj_text cvj_piece; $cvj_text\"";
+
+void putIntoPieces(ProcessRequest& request) {
+  for (std::size_t i = 0; i < request.command.size(); i += kLongestPiece) {
+    request.arguments.push_back(request.command.substr(i, kLongestPiece));
+  }
+  request.command = kRunPieces;
+}
+
 // One line NAME=VALUE of the jvm file; without "=" the value is empty.
 void setEnvironmentFromLine(const SString& line) {
   if (line.empty()) {
@@ -130,6 +144,9 @@ const ProcessResult& LaunchScript::tryOut(const JVMFile& jvm) {
 ProcessRequest LaunchScript::makeRequest(const CommandText& command) const {
   ProcessRequest request;
   request.command = quoteForShell(command);
+  if (request.command.size() > kLongestPiece) {
+    putIntoPieces(request);
+  }
   request.workingDir = m_autoSetWorkingDir ? launcherDirectory() : SString();
   return request;
 }

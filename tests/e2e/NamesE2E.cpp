@@ -263,6 +263,48 @@ TEST_F(Names, ArgumentsArriveByteForByte) {
   expectRecord(wanted);
 }
 
+// 131,072 bytes are the most that the system takes as one argument, for a command, too.
+TEST_F(Names, ManyArgumentsArrive) {
+  makeRecorder("java17");
+  struct Row {
+    const char* name;
+    std::string script;
+    std::size_t count;
+    std::size_t size;
+    std::vector<std::string> inFront;
+  };
+  embedRecorder("");
+  const std::string java = "\"@JVM_HOME@/@JVM_EXE@\"";
+  const Row rows[] = {
+      {"a command just below the limit", java, 4, 30'000, {}},
+      {"a command at the limit", java, 4, 30'800, {}},
+      {"200 KB", "exec " + java, 4, 50'000, {}},
+      {"1 MB", "exec " + java, 10, 100'000, {}},
+      {"100 KB in small ones", java, 50'000, 2, {}},
+      {"positional parameters of the author",
+       "set -- own; " + java + " \"$@\" $# \"$cvj_text\"",
+       4,
+       50'000,
+       {"own", "1", ""}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    embedScript(row.script);
+    pack();
+    std::vector<std::string> arguments;
+    for (std::size_t i = 0; i < row.count; ++i) {
+      const std::string odd = i % 3 == 0 ? "$(touch ran)\"'\\" : "x";
+      arguments.push_back(odd.size() > row.size ? odd
+                                                : odd + std::string(row.size - odd.size(), 'y'));
+    }
+    EXPECT_EQ(4, runBare(arguments).status);
+    std::vector<std::string> wanted{dir("jvms/java17/bin/java")};
+    wanted.insert(wanted.end(), row.inFront.begin(), row.inFront.end());
+    wanted.insert(wanted.end(), arguments.begin(), arguments.end());
+    expectRecord(wanted);
+  }
+}
+
 TEST_F(Names, TheLogShowsArgumentsWithTheirQuotesAloneEscaped) {
   makeRecorder("java17");
   embedRecorder("first");
