@@ -6,6 +6,8 @@
 #include <csignal>
 #include <filesystem>
 #include <regex>
+#include <set>
+#include <sstream>
 
 #include "e2e/LauncherTest.h"
 #include "e2e/ScanFixture.h"
@@ -243,6 +245,32 @@ TEST_F(Scan, FindsWhatNoHintNames) {
   EXPECT_NE(std::string::npos, result.log.find("Beginning exhaustive search\n"));
   EXPECT_NE(std::string::npos, result.log.find("Matching JVM home is /opt/java17\n"));
   EXPECT_EQ(std::vector<std::string>{}, test::listTree(dir("jail/tmp")));
+}
+
+TEST_F(Scan, SearchAllPrintsHomesOfAnyName) {
+  const std::set<std::string> homes = {
+      "/opt/a%b",   "/opt/%CP%()",    "/opt/a@b@c",    "/opt/#a#",     "/opt/ a b ",
+      "/opt/a\"'b", "/opt/$(: >ran)", "/opt/`: >ran`", "/opt/a;b&c|d", "/opt/\xFF\\"};
+  for (const std::string& home : homes) {
+    place(home, "17.0.1");
+  }
+  embedJVM("");
+  embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+  test::writeFile(dir("jail/in.tag"), "ACTION: SEARCH_ALL\nLOGFILE: /log\n");
+  const Result result = runInside({"-cv:in", "/in.tag"});
+  EXPECT_EQ(0, result.status);
+  std::istringstream lines(result.out);
+  std::string line;
+  std::getline(lines, line);
+  EXPECT_EQ(std::to_string(homes.size()), line);
+  std::set<std::string> found;
+  for (std::string file; std::getline(lines, line) && std::getline(lines, file);) {
+    found.insert(line);
+    EXPECT_NE(std::string::npos, test::readFile(dir("jail" + file)).find("JVM_FILE:  " + file));
+    fs::remove(dir("jail" + file));
+  }
+  EXPECT_EQ(homes, found);
+  EXPECT_FALSE(fs::exists(dir("jail/app/ran")));
 }
 
 TEST_F(Scan, SearchAllPrintsEveryMatch) {
