@@ -107,10 +107,10 @@ bool isEcho(int signal, const siginfo_t& info) {
 }
 
 void noteUnheard(int signal, Unheard unheard) {
-  const int* position = std::find(kSignals, kSignals + SignalState::kCancelingCount, signal);
-  volatile Unheard& note = g_signals.m_unheard[position - kSignals];
-  if (note != Unheard::ToUsAlone) {
-    note = unheard;
+  for (int i = 0; i < SignalState::kCancelingCount; ++i) {
+    if (kSignals[i] == signal && g_signals.m_unheard[i] != Unheard::ToUsAlone) {
+      g_signals.m_unheard[i] = unheard;
+    }
   }
 }
 
