@@ -65,14 +65,14 @@ class TemplateCheck : public MacroHandler {
 
   CommandText processMacro(const MacroText& text, char /*delimiter*/, std::size_t start,
                            std::size_t& end) const override {
-    const SString name = text.rest().bytes().substr(start + 1, end - start - 1);
+    const SString name = text.buffer().bytes().substr(start + 1, end - start - 1);
     const FunctionGrammar* const function = findFunction(name);
     if (function == nullptr) {
       reportUnknown(name.view());
       return {};
     }
     CommandTexts args;
-    FunctionArguments reader(text.rest(), end + 1);
+    FunctionArguments reader(text.buffer(), end + 1);
     if (!reader.tryRead(args)) {
       report(std::string(function->name) +
              " needs parentheses, and in them texts in double quotes with commas between");

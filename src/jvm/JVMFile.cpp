@@ -21,7 +21,7 @@ bool JVMFile::isSearchAll() const {
 
 CommandText JVMFile::processMacro(const MacroText& text, char /*delimiter*/, std::size_t start,
                                   std::size_t& end) const {
-  const SString name = text.rest().bytes().substr(start + 1, end - start - 1);
+  const SString name = text.buffer().bytes().substr(start + 1, end - start - 1);
   SString value = tagValue(name.c_str());
   // QUIRK(jvm-home-backslash): the macro JVM_HOME drops one backslash at its end, but keeps a "/".
   if (name == tagname::kJVMHome && value.endsWith("\\")) {

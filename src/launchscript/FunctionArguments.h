@@ -20,7 +20,7 @@ class FunctionArguments {
   // The same, with any error as false.
   [[nodiscard]] bool tryRead(CommandTexts& args);
 
-  // One past the last token read; npos behind a string that ends the text.
+  // One past the last token read; npos after a string that ends the text.
   std::size_t position() const { return m_position; }
   // What was expected, and where the failing token was sought.
   SString errorText() const;

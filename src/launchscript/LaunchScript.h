@@ -31,7 +31,7 @@ class LaunchScript : public MacroHandler {
   // The concrete command for a JVM: "%" functions, then the jvm file's "@" macros, then "#"
   // environment variables.
   CommandText resolve(const JVMFile& jvm) const;
-  // Resolves and runs the command with `extraArgs` (may be null) behind it, each of which arrives
+  // Resolves and runs the command with `extraArgs` (may be null) after it, each of which arrives
   // byte for byte, and returns its exit code. JAVA_HOME names the JVM during the run.
   [[nodiscard]] int execute(const JVMFile& jvm, const StringDeque* extraArgs, bool forceConsole);
   // Resolves and runs the command as a trial of the JVM (ProcessRequest::isTrial), output captured.
@@ -46,7 +46,7 @@ class LaunchScript : public MacroHandler {
                            std::size_t& end) const override;
   // Reads a parenthesised list of quoted strings from `position`, which is left one past it.
   // Throws as throwException, with " (near character N)": where the failing token was sought, -1
-  // behind a string that ends the text. A string without its end throws parseStringArgument's text.
+  // after a string that ends the text. A string without its end throws parseStringArgument's text.
   void getArguments(const CommandText& text, std::size_t& position, CommandTexts& args) const;
   // Logs the command and throws "Launch script error: " and the message.
   [[noreturn]] void throwException(const CommandText& command, const char* message) const;

@@ -1,8 +1,8 @@
 // LaunchScriptGrammar: the functions of the launch script's templates, how many arguments each
 // takes, and what is said when their number is wrong.
 //
-// One table for all who read templates: the launcher calls the functions by it, and the checker of
-// corvane-pack looks at the calls by it. docs/launch-script.md tells the same to authors.
+// The launcher and the checker of corvane-pack read calls by this one table. docs/launch-script.md
+// describes it for authors.
 #ifndef CORVANE_LAUNCHSCRIPT_LAUNCHSCRIPTGRAMMAR_H
 #define CORVANE_LAUNCHSCRIPT_LAUNCHSCRIPTGRAMMAR_H
 

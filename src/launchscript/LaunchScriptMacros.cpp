@@ -35,7 +35,7 @@ CommandText strippedQuotes(CommandText text) {
 
 CommandText LaunchScript::processMacro(const MacroText& text, char delimiter, std::size_t start,
                                        std::size_t& end) const {
-  const SString name = text.rest().bytes().substr(start + 1, end - start - 1);
+  const SString name = text.buffer().bytes().substr(start + 1, end - start - 1);
   if (delimiter == kEnvironmentMark) {
     return environmentVariable(name);
   }
@@ -86,10 +86,10 @@ CommandText LaunchScript::call(Function function, const CommandTexts& args) cons
   return {};
 }
 
-// Reads the arguments of a call and returns the position behind it.
+// Reads the arguments of a call and returns the position after it.
 std::size_t LaunchScript::readCall(const MacroText& text, std::size_t position,
                                    CommandTexts& args) const {
-  FunctionArguments reader(text.rest(), position);
+  FunctionArguments reader(text.buffer(), position);
   if (!reader.tryRead(args)) {
     // Once more in the whole text, whose positions are those that the error names.
     std::size_t positionInWhole = text.positionInWhole(position);
@@ -168,7 +168,7 @@ CommandText LaunchScript::buildClasspath(const CommandTexts& args, bool forEnvir
   return classpath;
 }
 
-// A class path given as an option: the name of a file of entries behind "@", or one entry.
+// A class path given as an option: "@" and the name of a file of entries, or one entry.
 void LaunchScript::addOptionToClasspath(CommandText& classpath, const SString& option) const {
   if (option.startsWith("@")) {
     appendClasspathArg(*m_currentJVMFile, classpath, option);

@@ -11,28 +11,28 @@ constexpr std::size_t kShortestMacro = 3;  // two delimiters and a character
 }  // namespace
 
 bool MacroText::findMacro(char delimiter, std::size_t& start, std::size_t& end) const {
-  start = m_rest.shape().find(delimiter, m_begin);
-  if (start == SString::npos || m_rest.size() - start < kShortestMacro) {
+  start = m_buffer.shape().find(delimiter, m_pendingStart);
+  if (start == SString::npos || m_buffer.size() - start < kShortestMacro) {
     return false;
   }
   // QUIRK(doubled-delimiter-opens-macro): a doubled delimiter is a literal one only where no later
   // delimiter follows: "a%%b%c" calls a function named "%b".
-  end = m_rest.shape().find(delimiter, start + 2);
+  end = m_buffer.shape().find(delimiter, start + 2);
   return end != SString::npos;
 }
 
 void MacroText::replace(std::size_t start, std::size_t end, const CommandText& value,
                         char delimiter) {
-  m_done.append(m_rest.substr(m_begin, start - m_begin));
+  m_resolved.append(m_buffer.substr(m_pendingStart, start - m_pendingStart));
   if (value.shape().find(delimiter) == SString::npos) {
-    m_done.append(value);
-    m_begin = end + 1;
+    m_resolved.append(value);
+    m_pendingStart = end + 1;
   } else {
-    // QUIRK(value-scanned-again): a value is scanned in its turn, together with what follows it. It
-    // is written over what is done with; where there is room for it, the rest stays where it is.
+    // QUIRK(value-scanned-again): a value is scanned in its turn, together with what follows it.
+    // Written over resolved bytes as far as there is room, it does not move the rest.
     const std::size_t room = std::min(end + 1, value.size());
-    m_begin = end + 1 - room;
-    m_rest.replace(m_begin, room, value);
+    m_pendingStart = end + 1 - room;
+    m_buffer.replace(m_pendingStart, room, value);
   }
 }
 

@@ -10,43 +10,43 @@
 
 #include "launchscript/CommandText.h"
 
-// A text while its macros are replaced. What is resolved for good and what is still to be looked
-// at are kept apart, so that a replacement does not move the rest of a long text: the cost stays
-// linear in the number of macros. Positions are those in `rest`, unless said otherwise.
+// A text while its macros are replaced. What is resolved is kept apart from what is pending, so
+// that a replacement does not move the rest of a long text: the cost stays linear in the number of
+// macros. Positions are those in `buffer`, unless said otherwise.
 class MacroText {
  public:
-  explicit MacroText(const CommandText& text) : m_rest(text) {}
+  explicit MacroText(const CommandText& text) : m_buffer(text) {}
 
-  // The text in which the macros still stand; its first part may be done with.
-  const CommandText& rest() const { return m_rest; }
-  // The text as far as it was resolved, and where a position of `rest` lies in it.
-  CommandText whole() const { return m_done + m_rest.substr(m_begin); }
+  // Ends with the pending text; what stands before that is already resolved and no longer counts.
+  const CommandText& buffer() const { return m_buffer; }
+  // The whole text as it is now, and where a position of `buffer` lies in it.
+  CommandText whole() const { return m_resolved + m_buffer.substr(m_pendingStart); }
   std::size_t positionInWhole(std::size_t position) const {
-    return m_done.size() + (position - m_begin);
+    return m_resolved.size() + (position - m_pendingStart);
   }
 
   // Finds the delimiters of the next macro. A name has at least one character, which may itself be
   // the delimiter.
   [[nodiscard]] bool findMacro(char delimiter, std::size_t& start, std::size_t& end) const;
-  // Puts `value` in the place of the bytes from `start` to `end` inclusive. A value that holds the
-  // delimiter will be looked at again.
+  // Replaces the bytes from `start` to `end` inclusive by `value`. A value that holds the delimiter
+  // is scanned again.
   void replace(std::size_t start, std::size_t end, const CommandText& value, char delimiter);
   // The whole text, each doubled delimiter that is left replaced by a single one.
   CommandText finish(char delimiter) const;
 
  private:
-  CommandText m_done;  // holds no delimiter
-  CommandText m_rest;
-  std::size_t m_begin = 0;  // where the part of `m_rest` begins that is not in `m_done`
+  CommandText m_resolved;  // holds no delimiter
+  CommandText m_buffer;
+  std::size_t m_pendingStart = 0;  // the part of `m_buffer` from here is not in `m_resolved`
 };
 
 class MacroHandler {
  public:
   virtual ~MacroHandler() = default;
 
-  // The value of one macro. `start` and `end` are the positions in `text.rest()` of its opening and
-  // closing delimiter; the handler moves `end` to the last byte that the value replaces, where that
-  // lies further on.
+  // The value of one macro. `start` and `end` are the positions in `text.buffer()` of its opening
+  // and closing delimiter; the handler moves `end` to the last byte that the value replaces, where
+  // that lies further on.
   virtual CommandText processMacro(const MacroText& text, char delimiter, std::size_t start,
                                    std::size_t& end) const = 0;
 

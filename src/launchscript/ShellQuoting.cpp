@@ -54,7 +54,7 @@ class Quoter {
   void putInserted(Place place) {
     const char byte = m_text.bytes()[m_position];
     if (byte == '\n' && place == Place::Bare) {
-      m_result += "'\n'";  // behind a backslash it would vanish
+      m_result += "'\n'";  // after a backslash it would vanish
       ++m_position;
       return;
     }

@@ -19,7 +19,7 @@ class PartsOfText : public MacroHandler {
 
   CommandText processMacro(const MacroText& text, char, std::size_t start,
                            std::size_t& end) const override {
-    return value(text.rest().bytes().substr(start + 1, end - start - 1));
+    return value(text.buffer().bytes().substr(start + 1, end - start - 1));
   }
   SString value(const SString& name) const {
     const std::size_t begin = name.size() * 7 % (m_text.size() + 1);

@@ -50,7 +50,7 @@ class Values : public MacroHandler {
  public:
   CommandText processMacro(const MacroText& text, char, std::size_t start,
                            std::size_t& end) const override {
-    const SString name = text.rest().bytes().substr(start + 1, end - start - 1);
+    const SString name = text.buffer().bytes().substr(start + 1, end - start - 1);
     return name == "A" ? CommandText::inserted("%%B%") : CommandText("<%A%>");
   }
 };

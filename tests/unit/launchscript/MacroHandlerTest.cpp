@@ -76,7 +76,7 @@ class Names : public MacroHandler {
  public:
   CommandText processMacro(const MacroText& text, char, std::size_t start,
                            std::size_t& end) const override {
-    m_names.push_back(str(text.rest().substr(start + 1, end - start - 1)));
+    m_names.push_back(str(text.buffer().substr(start + 1, end - start - 1)));
     m_wholes.push_back(str(text.whole()));
     m_positions.push_back(text.positionInWhole(start));
     const auto found = kValues.find(m_names.back());
@@ -110,7 +110,7 @@ class Calls : public MacroHandler {
  public:
   CommandText processMacro(const MacroText& text, char, std::size_t,
                            std::size_t& end) const override {
-    end = text.rest().shape().find(')', end);
+    end = text.buffer().shape().find(')', end);
     return "value";
   }
 };
