@@ -55,8 +55,8 @@ SString shownInQuotes(const SString& argument) {
 // pieces that it joins; when the command is run, neither they nor our variables are to be seen.
 constexpr std::size_t kLongestPiece = 120 * 1024;
 constexpr const char* kRunPieces =
-    "cvj_text=; for cvj_piece do cvj_text=$cvj_text$cvj_piece; done; set --; "
-    "eval \"unset cvj_text cvj_piece; $cvj_text\"";
+    "_cvj_text=; for _cvj_piece do _cvj_text=$_cvj_text$_cvj_piece; done; set --; "
+    "eval \"unset _cvj_text _cvj_piece; $_cvj_text\"";
 
 void putIntoPieces(ProcessRequest& request) {
   for (std::size_t i = 0; i < request.command.size(); i += kLongestPiece) {

@@ -282,7 +282,7 @@ TEST_F(Names, ManyArgumentsArrive) {
       {"1 MB", "exec " + java, 10, 100'000, {}},
       {"100 KB in small ones", java, 50'000, 2, {}},
       {"positional parameters of the author",
-       "set -- own; " + java + " \"$@\" $# \"$cvj_text\"",
+       "set -- own; " + java + " \"$@\" $# \"$_cvj_text\"",
        4,
        50'000,
        {"own", "1", ""}},
