@@ -379,7 +379,8 @@ TEST(Check, DoesNotLoadTheSameTextOverAndOver) {
   EXPECT_GT(loaded, 100);
   EXPECT_LT(loaded, 200);
   EXPECT_EQ(std::vector<std::string>(static_cast<std::size_t>(200 - loaded),
-                                     "j: Unable to read tag file."),
+                                     "j: The tag files of the launcher hold more text than its "
+                                     "file has room for."),
             setup.findings);
 }
 

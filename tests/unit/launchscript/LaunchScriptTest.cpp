@@ -81,7 +81,8 @@ const Row kRows[] = {
      .script = {{"COMMAND", {"DIR/tool"}}},
      .extraArgs = {"$FROM_OUTSIDE", "`echo run`", "\\x", "\\\\"},
      .purpose = 0,
-     .wantedRecord = "[$FROM_OUTSIDE][`echo run`][\\x][\\\\] in DIR JAVA_HOME= ONE=unset TWO=unset\n",
+     .wantedRecord =
+         "[$FROM_OUTSIDE][`echo run`][\\x][\\\\] in DIR JAVA_HOME= ONE=unset TWO=unset\n",
      .wantedLog =
          "Executing launch script command: DIR/tool \"$FROM_OUTSIDE\" \"`echo run`\" \"\\x\" "
          "\"\\\\\" in working directory DIR\nOUTPUT",

@@ -199,7 +199,7 @@ TEST(SearchTest, TheSearchIsCancellable) {
 
 struct SkipRow {
   const char* name;
-  const char* tempDir;  // "." is the scratch folder
+  const char* tempDir;  // "./" at the beginning is the scratch folder
   const char* path;
   bool isSkipped;
 };
@@ -226,22 +226,24 @@ const SkipRow kSkipRows[] = {
 TEST(SearchTest, TheTemporaryDirectoriesAreSkippedAsRoots) {
   const test::TempDir folder;
   test::writeFile(folder / "t/bin/java", "");
-  const test::ScopedCurrentDir inside(folder.path());
+  const auto here = [&](std::string path) {
+    return path.rfind("./", 0) == 0 ? folder / path.substr(2) : path;
+  };
   const StringDeque names = dequeOf({"java"});
   for (const SkipRow& row : kSkipRows) {
     SCOPED_TRACE(row.name);
-    PlatformImpl::setSystemTempDir(row.tempDir);
+    PlatformImpl::setSystemTempDir(SString(here(row.tempDir)));
     Listener listener;
     FindFiles walk(names, listener);
-    EXPECT_EQ(row.isSkipped, walk.skipDirectory(row.path));
+    EXPECT_EQ(row.isSkipped, walk.skipDirectory(SString(here(row.path))));
   }
-  PlatformImpl::setSystemTempDir("./t");
+  PlatformImpl::setSystemTempDir(SString(folder / "t"));
   Listener listener;
   FindFiles walk(names, listener);
-  walk.process("./t/");
+  walk.process(SString(folder / "t/"));
   EXPECT_EQ(Paths(), listener.found);
-  walk.process("./");
-  EXPECT_EQ(Paths{"./t/bin/java"}, listener.found);
+  walk.process(SString(folder.path() + "/"));
+  EXPECT_EQ(Paths{folder / "t/bin/java"}, listener.found);
   PlatformImpl::setSystemTempDir("");
 }
 
