@@ -36,10 +36,12 @@ LauncherException systemError(const SString& text, int errorNumber) {
 }
 
 // Precedes each command. A shell that waits for its command survives HUP, INT and TERM, then starts
-// nothing more and reports how the command ended. QUIT is for the command alone. The command itself
-// is not protected. Only where we can send it the signal.
+// nothing more and reports how the command ended. A signal that comes before the command gives
+// 128 + n. QUIT is for the command alone. The command itself is not protected. Only where we can
+// send it the signal.
 #ifdef __linux__
-constexpr char kSurviveSignals[] = "trap 'exit' 1 2 15; trap : 3; ";
+constexpr char kSurviveSignals[] =
+    "trap 'exit 129' 1; trap 'exit 130' 2; trap 'exit 143' 15; trap : 3; trap 'exit' 1 2 15; ";
 #else
 constexpr char kSurviveSignals[] = "";
 #endif
@@ -179,6 +181,9 @@ void ChildProcess::noteEnd() {
     info.si_pid = 0;
     if (waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) == -1) {
       const int error = errno;
+      if (error == EINTR) {
+        continue;
+      }
       loseChild(error);
     }
     if (info.si_pid == 0) {

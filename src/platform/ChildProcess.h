@@ -61,7 +61,7 @@ class ChildProcess {
   void heedSignals();
   bool isStartingUp() const;
   bool hasMissedCommand() const;
-  void passOn(int signal, volatile Unheard& unheard) const;
+  void passOn(int signal, volatile Unheard& unheard);
   void tell(int signal, bool alsoShell) const;
   void keepTrialInTime();
   void endNow();
@@ -74,6 +74,7 @@ class ChildProcess {
   ProcessResult m_result;
   pid_t m_child = 0;  // 0: nobody is to be waited for
   bool m_hasEnded = false;
+  bool m_isCommandAwaited = false;  // a signal waits for it
   Ending m_ending = Ending::NotYet;
   Clock::time_point m_startedAt;
   Clock::time_point m_date = kNever;  // of a trial: when our patience is at its end

@@ -17,12 +17,15 @@ constexpr milliseconds kStartUp{1'000};
 constexpr milliseconds kNewcomer{20};
 constexpr milliseconds kBetweenLooks{5};
 
+bool hasUnheardSignals() {
+  return std::any_of(std::begin(g_signals.m_unheard), std::end(g_signals.m_unheard),
+                     [](Unheard unheard) { return unheard != Unheard::None; });
+}
+
 }  // namespace
 
 Clock::time_point ChildProcess::nextDate() const {
-  const bool hasNews =
-      !m_hasEnded && std::any_of(std::begin(g_signals.m_unheard), std::end(g_signals.m_unheard),
-                                 [](Unheard unheard) { return unheard != Unheard::None; });
+  const bool hasNews = !m_hasEnded && hasUnheardSignals();
   return std::min({m_captures[0].dueAt(), m_captures[1].dueAt(), m_date,
                    hasNews ? Clock::now() + kBetweenLooks : kNever});
 }
@@ -49,11 +52,12 @@ bool ChildProcess::isStartingUp() const {
          CommandTree::childrenOf(m_child).empty();
 }
 
-void ChildProcess::passOn(int signal, volatile Unheard& unheard) const {
+void ChildProcess::passOn(int signal, volatile Unheard& unheard) {
   const bool isStarting = !m_request.isTrial && isStartingUp();
   if (unheard == Unheard::ToOurGroup && (isStarting || Clock::now() < m_startedAt + kNewcomer)) {
     unheard = Unheard::ToNewcomers;
   }
+  m_isCommandAwaited = isStarting;
   if (isStarting) {
     return;
   }
@@ -68,10 +72,7 @@ void ChildProcess::passOn(int signal, volatile Unheard& unheard) const {
 // and ended without a command.
 bool ChildProcess::hasMissedCommand() const {
   const bool isNew = Clock::now() < m_startedAt + kNewcomer;
-  return std::any_of(
-      std::begin(g_signals.m_unheard), std::end(g_signals.m_unheard), [isNew](Unheard unheard) {
-        return unheard == Unheard::ToNewcomers || (isNew && unheard == Unheard::ToOurGroup);
-      });
+  return m_isCommandAwaited || (isNew && hasUnheardSignals());
 }
 
 // The shell passes nothing on to its command, so both are sent the signal; the shell first, so that
