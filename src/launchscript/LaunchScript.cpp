@@ -53,7 +53,7 @@ SString shownInQuotes(const SString& argument) {
 
 // The system takes no argument of 128 KiB. A command of about that length goes to the shell in
 // pieces that it joins; when the command is run, neither they nor our variables are to be seen.
-constexpr std::size_t kLongestPiece = 120 * 1024;
+constexpr std::size_t kLongestPiece = std::size_t{120} * 1024;
 constexpr const char* kRunPieces =
     "_cvj_text=; for _cvj_piece\ndo _cvj_text=$_cvj_text$_cvj_piece; done; set --; "
     "eval \"unset _cvj_text _cvj_piece; $_cvj_text\"";

@@ -210,7 +210,7 @@ SString deviceOfRoot() {
 
 }  // namespace
 
-MountTable::MountTable(std::vector<Mount> mounts, const SString& rootDevice) {
+MountTable::MountTable(const std::vector<Mount>& mounts, const SString& rootDevice) {
   const MountTree tree(mounts);
   for (const Mount& mount : mounts) {
     if (mount.kind != FileSystemKind::Storage && mount.device != rootDevice && mount.point != "/" &&

@@ -29,7 +29,7 @@ class MountTable {
   // The current mounts; none where the system does not list them.
   static MountTable ofSystem();
   // `rootDevice`: that of the root file system, in the spelling of the rows.
-  MountTable(std::vector<Mount> mounts, const SString& rootDevice);
+  MountTable(const std::vector<Mount>& mounts, const SString& rootDevice);
 
   // The mount to be skipped whose mount point is `path` (absolute, without links and without a
   // separator at its end); else null. A mount that lies hidden below another is none.

@@ -169,7 +169,8 @@ long TagFile::getTagValueCount(const char* key) const {
 }
 
 void TagFile::setTagValue(const SString& key, const SString& value) {
-  const SString kept = value;  // it may be one of the values to be cleared
+  // It may be one of the values to be cleared.
+  const SString kept = value;  // NOLINT(performance-unnecessary-copy-initialization)
   StringDeque& values = valuesOf(key);
   values.clear();
   values.push_back(kept);

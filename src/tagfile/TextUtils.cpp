@@ -80,7 +80,7 @@ bool readEscape(std::string_view text, std::size_t pos, wchar_t& character) {
   unsigned int code = 0;
   // QUIRK(short-unicode-escape): "%x" stops at the first byte that is no hexadecimal digit: fewer
   // than four digits give a character, too, and all four bytes are consumed.
-  if (std::sscanf(digits, "%x", &code) != 1) {
+  if (std::sscanf(digits, "%x", &code) != 1) {  // NOLINT(cert-err34-c)
     return false;
   }
   character = static_cast<wchar_t>(code);

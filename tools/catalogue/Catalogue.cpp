@@ -122,10 +122,11 @@ void checkFileNames(const std::string& folder, Problems& problems) {
     if (file.path().extension() == ".po") names.push_back(file.path().stem().string());
   }
   std::sort(names.begin(), names.end());
+  const auto fileOf = [&](const std::string& name) { return folder + "/" + name + ".po"; };
   for (const std::string& name : names) {
     const auto isNamed = [&](const Locale& locale) { return name == locale.code; };
     if (std::none_of(kLocales.begin() + 1, kLocales.end(), isNamed))
-      problems.add(folder + "/" + name + ".po", "no translation goes by this name");
+      problems.add(fileOf(name), "no translation goes by this name");
   }
 }
 
