@@ -1,4 +1,4 @@
-// LauncherState: the launcher's part of the process's state, which is three values.
+// LauncherState: the launcher's part of the process's state, which is four values.
 //
 // `g_launcher = {}` makes it that of a new process; each test begins so. Read and written by
 // Launcher's own files and the log only; other code asks Launcher.

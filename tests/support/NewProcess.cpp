@@ -14,12 +14,13 @@
 #include "launcher/LauncherState.h"
 #include "platform/CleanupState.h"
 #include "platform/Console.h"
+#include "platform/SignalState.h"
 
 extern char** environ;
 
 namespace {
 
-constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ, SIGCHLD, SIGALRM};
+constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGXFSZ, SIGCHLD, SIGALRM};
 
 // What a test may change in the process besides our own state, as it was when the program started.
 class NewProcess : public testing::EmptyTestEventListener {
@@ -61,6 +62,7 @@ void NewProcess::OnTestStart(const testing::TestInfo&) {
   g_launcher = {};
   g_console = {};
   g_cleanup = {};
+  g_signals = {};
   putBackEnvironment();
   EXPECT_NE(nullptr, std::freopen("/dev/null", "r", stdin));  // drops unread input
   EXPECT_EQ(0, fchdir(m_directory));
