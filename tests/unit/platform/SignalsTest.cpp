@@ -279,6 +279,9 @@ std::string signalLauncher(const ChildRow& row, Way way) {
 }
 
 TEST(SignalsTest, SignalsWhileAChildRuns) {
+#ifdef CORVANE_CROSS_BUILD
+  GTEST_SKIP() << "an emulated child hears signals late";
+#endif
   for (const ChildRow& row : kChildRows) {
     SCOPED_TRACE(row.name);
     for (const Way way : {kPlain, kCaptured, kPlainBelow, kCapturedBelow}) {
