@@ -84,7 +84,10 @@ void ChildProcess::start() {
       throw systemError(kPipeError, error);
     }
   }
-  (void)m_startFailure.open();  // without it a failure shows as the status alone
+  if (!m_startFailure.open()) {
+    const int error = errno;
+    throw systemError(kForkError, error);
+  }
   // Before the fork, since in the child nothing may fail for want of memory.
   const SString line = shellLine(m_request.command);
   std::vector<const char*> arguments{"sh", "-c", "--", line.c_str(), "sh"};
@@ -93,7 +96,6 @@ void ChildProcess::start() {
   }
   arguments.push_back(nullptr);
   fork(arguments.data());
-  m_startFailure.beginReading();
   for (OutputCapture& capture : m_captures) {
     capture.beginReading();
   }
@@ -125,10 +127,10 @@ void ChildProcess::becomeShell(const char* const* arguments) const {
     setpgid(0, 0);
   }
   if (!prepareDescriptors()) {
-    failToStart(true);
+    failToStart(StartFailure::Step::Redirect);
   }
   execv("/bin/sh", const_cast<char* const*>(arguments));
-  failToStart(false);
+  failToStart(StartFailure::Step::Start);
 }
 
 // In the child: makes standard input empty. In a jail without /dev/null it is a pipe at its end.
@@ -149,9 +151,8 @@ bool ChildProcess::prepareDescriptors() const {
          (m_captures[0].redirect(STDOUT_FILENO) && m_captures[1].redirect(STDERR_FILENO));
 }
 
-void ChildProcess::failToStart(bool atRedirection) const {
-  const StartFailure failure = {atRedirection, errno};
-  static_cast<void>(write(m_startFailure.writeEnd(), &failure, sizeof failure) == 0);
+void ChildProcess::failToStart(StartFailure::Step step) const {
+  m_startFailure.tell(step, errno);
   _exit(kCannotStart);
 }
 
@@ -258,13 +259,12 @@ void ChildProcess::finish() {
 
 // Throws what stopped the shell from starting; of a trial only records it.
 void ChildProcess::checkStart() {
-  StartFailure failure = {};
-  const int end = m_startFailure.readEnd();
-  if (end == -1 || read(end, &failure, sizeof failure) != sizeof failure) {
+  if (m_startFailure.error() == 0) {
     return;
   }
+  const bool isRedirection = m_startFailure.step() == StartFailure::Step::Redirect;
   const LauncherException problem =
-      systemError(failure.atRedirection ? kRedirectError : kStartError, failure.error);
+      systemError(isRedirection ? kRedirectError : kStartError, m_startFailure.error());
   if (!m_request.isTrial) {
     throw problem;
   }

@@ -16,6 +16,7 @@
 #include "platform/OutputCapture.h"
 #include "platform/PlatformSignals.h"
 #include "platform/ProcessRequest.h"
+#include "platform/StartFailure.h"
 
 class ChildProcess {
  public:
@@ -32,12 +33,6 @@ class ChildProcess {
   ProcessResult wait();
 
  private:
-  // What the child reports when it cannot become the shell.
-  struct StartFailure {
-    bool atRedirection;
-    int error;
-  };
-
   // What we have done to end the command.
   enum class Ending { NotYet, Asked, Killed };
 
@@ -45,7 +40,7 @@ class ChildProcess {
   [[noreturn]] void becomeShell(const char* const* arguments) const;
   static bool readNothing();
   bool prepareDescriptors() const;
-  [[noreturn]] void failToStart(bool atRedirection) const;
+  [[noreturn]] void failToStart(StartFailure::Step step) const;
 
   bool isOver();
   void noteEnd();
@@ -70,7 +65,7 @@ class ChildProcess {
   const SignalHold m_signals;
   CommandTree m_tree;
   OutputCapture m_captures[2];
-  Pipe m_startFailure;
+  StartFailure m_startFailure;
   ProcessResult m_result;
   pid_t m_child = 0;  // 0: nobody is to be waited for
   bool m_hasEnded = false;
