@@ -208,7 +208,7 @@ const FailureRow kFailureRows[] = {
     {"child cannot redirect its output", test::forbidRedirection, true,
      "Error capturing stdout or stderr in new process: Device or resource busy"},
     {"the same without a descriptor left",
-     [] { return test::limit(RLIMIT_NOFILE, 7) && test::forbidRedirection(); }, true,
+     [] { return test::limit(RLIMIT_NOFILE, 8) && test::forbidRedirection(); }, true,
      "Error capturing stdout or stderr in new process: Device or resource busy"},
     {"capture ends without the child's status", test::forbidWaiting, true, "code 0 out\n"},
 };
