@@ -5,6 +5,7 @@
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/AuthoringError.h"
+#include "authoring/DeferredSignals.h"
 
 namespace authoring {
 namespace {
@@ -89,6 +90,7 @@ void LauncherFileWriter::copy(std::FILE* source, const std::string& name) {
   char chunk[65536];
   std::size_t count;
   while ((count = std::fread(chunk, 1, sizeof chunk, source)) > 0) {
+    DeferredSignals::throwIfCame();
     write({chunk, count});
   }
   if (std::ferror(source) != 0) {

@@ -1,86 +1,102 @@
 #include "authoring/OutputFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
-#include <csignal>
-#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <utility>
 
 #include "authoring/AuthoringError.h"
+#include "authoring/TemporaryName.h"
 
 namespace authoring {
 namespace {
 
-// The temporary file, for the signal handler; empty when there is none.
-char temporaryPath[PATH_MAX];
-
-void removeTemporary() {
-  if (temporaryPath[0] != '\0') {
-    unlink(temporaryPath);
-    temporaryPath[0] = '\0';
-  }
+std::string folderOf(const std::string& path) {
+  const std::string folder = std::filesystem::path(path).parent_path().string();
+  return folder.empty() ? "." : folder;
 }
 
-void handleSignal(int signal) {
-  removeTemporary();
-  std::raise(signal);  // the disposition is back at its default: ends the program
-}
-
-void removeTemporaryOnSignals() {
-  struct sigaction action = {};
-  action.sa_handler = handleSignal;
-  action.sa_flags = static_cast<int>(SA_RESETHAND);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    struct sigaction old;
-    if (sigaction(signal, nullptr, &old) == 0 && old.sa_handler != SIG_IGN) {
-      sigaction(signal, &action, nullptr);
-    }
-  }
-}
-
+// What a new program's mode would be.
 mode_t executableMode() {
   const mode_t mask = umask(0);
   umask(mask);
   return static_cast<mode_t>(0777 & ~mask);
 }
 
+// By this path a file without a name is given one.
+std::string pathOfDescriptor(int descriptor) {
+  return "/proc/self/fd/" + std::to_string(descriptor);
+}
+
+// A negative number where the system or the disk cannot do it.
+int openWithoutName(const std::string& folder) {
+#ifdef O_TMPFILE
+  const int descriptor = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+  if (descriptor >= 0 && access(pathOfDescriptor(descriptor).c_str(), F_OK) == 0) {
+    return descriptor;
+  }
+  if (descriptor >= 0) {
+    close(descriptor);
+  }
+#else
+  (void)folder;
+#endif
+  return -1;
+}
+
 }  // namespace
 
-OutputFile::OutputFile(std::string path) : m_path(std::move(path)) {
-  const std::string pattern = m_path + ".XXXXXX";
-  if (pattern.size() >= sizeof temporaryPath) {
-    errno = ENAMETOOLONG;
-    fail();
+OutputFile::OutputFile(std::string path) : m_path(std::move(path)), m_folder(folderOf(m_path)) {
+  const int descriptor = open();
+  m_file.reset(descriptor < 0 ? nullptr : fdopen(descriptor, "wb"));
+  if (m_file == nullptr) {
+    fail(errno);
   }
-  removeTemporaryOnSignals();
-  std::memcpy(temporaryPath, pattern.c_str(), pattern.size() + 1);
-  const int descriptor = mkstemp(temporaryPath);
-  if (descriptor < 0) {
-    temporaryPath[0] = '\0';
-    fail();
-  }
-  m_file.reset(fdopen(descriptor, "wb"));
 }
 
 OutputFile::~OutputFile() {
-  removeTemporary();
+  if (!m_temporary.empty()) {
+    unlink(m_temporary.c_str());
+  }
+}
+
+int OutputFile::open() {
+  int descriptor = openWithoutName(m_folder);
+  if (descriptor < 0) {
+    m_temporary = createTemporary(m_folder, [&descriptor](const char* name) {
+      descriptor = ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+      return descriptor >= 0;
+    });
+  }
+  return descriptor;
+}
+
+bool OutputFile::giveName() {
+  const std::string file = pathOfDescriptor(fileno(m_file.get()));
+  m_temporary = createTemporary(m_folder, [&file](const char* name) {
+    return linkat(AT_FDCWD, file.c_str(), AT_FDCWD, name, AT_SYMLINK_FOLLOW) == 0;
+  });
+  return !m_temporary.empty();
 }
 
 void OutputFile::commit() {
-  const bool modeSet = fchmod(fileno(m_file.get()), executableMode()) == 0;
-  if (!modeSet || std::fclose(m_file.release()) != 0 ||
-      std::rename(temporaryPath, m_path.c_str()) != 0) {
-    fail();
+  DeferredSignals::throwIfCame();
+  const bool whole = std::fflush(m_file.get()) == 0 &&
+                     fchmod(fileno(m_file.get()), executableMode()) == 0 &&
+                     (!m_temporary.empty() || giveName());
+  if (!whole || std::fclose(m_file.release()) != 0 ||
+      std::rename(m_temporary.c_str(), m_path.c_str()) != 0) {
+    fail(errno);
   }
-  temporaryPath[0] = '\0';
+  m_temporary.clear();
 }
 
-void OutputFile::fail() const {
-  throw AuthoringError(m_path + " cannot be written: " + std::strerror(errno));
+void OutputFile::fail(int error) const {
+  throw AuthoringError(m_path + " cannot be written: " + std::strerror(error));
 }
 
 }  // namespace authoring

@@ -1,20 +1,23 @@
 // OutputFile: a file that appears whole or not at all.
 //
-// It is written under a temporary name in the same folder and renamed by `commit`. Without
-// `commit`, even when the program is interrupted, it is removed. Only one at a time.
+// It is written beside its place and put there by `commit`. Without `commit`, also when a signal
+// ends the program, nothing stays of it. Where the system can hold a file without a name, not even
+// a KILL leaves something behind.
 #ifndef CORVANE_AUTHORING_OUTPUTFILE_H
 #define CORVANE_AUTHORING_OUTPUTFILE_H
 
 #include <cstdio>
 #include <string>
 
+#include "authoring/DeferredSignals.h"
 #include "tagfile/StreamUtils.h"
 
 namespace authoring {
 
 class OutputFile {
  public:
-  // Throws AuthoringError when the temporary file cannot be made.
+  // `path` is a file, or nothing yet: see findOutputTarget. Throws AuthoringError when nothing can
+  // be written beside it.
   explicit OutputFile(std::string path);
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
@@ -25,9 +28,14 @@ class OutputFile {
   void commit();
 
  private:
-  [[noreturn]] void fail() const;
+  [[noreturn]] void fail(int error) const;
+  int open();
+  bool giveName();
 
+  DeferredSignals m_signals;  // ends last
   std::string m_path;
+  std::string m_folder;
+  std::string m_temporary;  // empty: the file has no name yet
   FilePtr m_file;
 };
 

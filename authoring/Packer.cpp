@@ -1,7 +1,5 @@
 #include "authoring/Packer.h"
 
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 
 #include "archive/LauncherFileFormat.h"
@@ -9,6 +7,8 @@
 #include "authoring/LauncherFileReader.h"
 #include "authoring/LauncherFileWriter.h"
 #include "authoring/OutputFile.h"
+#include "authoring/OutputTarget.h"
+#include "authoring/SourceFile.h"
 #include "tagfile/TagFile.h"
 #include "util/LauncherException.h"
 
@@ -17,16 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-FilePtr openInput(const std::string& path) {
-  FilePtr file = openFile(path.c_str(), "rb");
-  if (file == nullptr) {
-    throw AuthoringError(path + " cannot be read: " + std::strerror(errno));
-  }
-  return file;
-}
-
 void refuseLauncherAsStub(const std::string& stub) {
-  if (findFileIndex(openInput(stub).get())) {
+  if (findFileIndex(SourceFile(stub).stream())) {
     throw AuthoringError(stub +
                          " carries files already; a stub is the bare launcher, as it is built");
   }
@@ -41,10 +33,6 @@ void refuseToOverwrite(const std::string& output, const std::string& input) {
 }
 
 void checkOutput(const PackOptions& options, const std::string& stub, const Manifest& manifest) {
-  std::error_code error;
-  if (fs::is_directory(options.output, error)) {
-    throw AuthoringError(options.output + " is a folder; name a file with --output");
-  }
   refuseToOverwrite(options.output, stub);
   refuseToOverwrite(options.output, manifest.path);
   for (const ManifestFile& file : manifest.files) {
@@ -84,10 +72,14 @@ void checkSize(const std::string& stub, const Manifest& manifest) {
 
 PackResult write(const std::string& stub, const Manifest& manifest, std::FILE* output) {
   LauncherFileWriter writer(output);
-  writer.addStub(openInput(stub).get(), stub);
+  const SourceFile bareLauncher(stub);
+  writer.addStub(bareLauncher.stream(), stub);
+  bareLauncher.checkUnchanged();
   for (const ManifestFile& file : manifest.files) {
-    writer.addFile({file.type, file.id, 0, 0, file.name, file.decompressed},
-                   openInput(file.path).get(), file.path);
+    const SourceFile source(file.path);
+    writer.addFile({file.type, file.id, 0, 0, file.name, file.decompressed}, source.stream(),
+                   file.path);
+    source.checkUnchanged();
   }
   return {manifest.files.size(), writer.finish(manifest.purpose)};
 }
@@ -95,6 +87,7 @@ PackResult write(const std::string& stub, const Manifest& manifest, std::FILE* o
 }  // namespace
 
 PackResult packLauncher(const PackOptions& options) {
+  const std::string target = findOutputTarget(options.output);
   const Manifest manifest = loadManifest(options.manifest, options.baseFolders);
   const std::string stub = options.stub.empty() ? findDefaultStub() : options.stub;
   refuseLauncherAsStub(stub);
@@ -105,7 +98,7 @@ PackResult packLauncher(const PackOptions& options) {
     }
   }
   checkSize(stub, manifest);
-  OutputFile output(options.output);
+  OutputFile output(target);
   const PackResult result = write(stub, manifest, output.stream());
   output.commit();
   return result;

@@ -86,7 +86,7 @@ const RefusalRow kRefusalRows[] = {
     {"stub that is not there", kGoodFiles, "none", "setup",
      "DIR/none cannot be read: No such file or directory"},
     {"stub that is a folder", kGoodFiles, "folder", "setup",
-     "DIR/folder cannot be read: Is a directory"},
+     "DIR/folder is a folder; name a regular file"},
     {"stub that carries files", kGoodFiles, "packed", "setup",
      "DIR/packed carries files already; a stub is the bare launcher, as it is built"},
     {"output over the stub", kGoodFiles, "stub", "stub",
@@ -99,6 +99,10 @@ const RefusalRow kRefusalRows[] = {
      "DIR/refused.json is one of the inputs (DIR/refused.json); name another file with --output"},
     {"output over a folder", kGoodFiles, "stub", "folder",
      "DIR/folder is a folder; name a file with --output"},
+    {"output over a device", kGoodFiles, "stub", "device",
+     "DIR/device is a device; name a file with --output"},
+    {"stub that is a device", kGoodFiles, "device", "setup",
+     "DIR/device is a device; name a regular file"},
     {"output into a folder that is not there", kGoodFiles, "stub", "none/setup",
      "DIR/none/setup cannot be written: No such file or directory"},
     {"tag file with a syntax error", R"({"type": "jvm", "path": "bad.tag"})", "stub", "setup",
@@ -126,6 +130,7 @@ TEST_F(PackerTest, RefusesAndLeavesNothingBehind) {
   write("folder/x", "");
   write("huge", "");
   fs::create_symlink("stub", m_dir / "link");
+  fs::create_symlink("/dev/null", m_dir / "device");
   fs::resize_file(m_dir / "huge", 2147483647);
   for (const RefusalRow& row : kRefusalRows) {
     SCOPED_TRACE(row.name);
@@ -136,6 +141,16 @@ TEST_F(PackerTest, RefusesAndLeavesNothingBehind) {
     EXPECT_EQ("the stub\n", test::readFile(m_dir / "stub"));
     EXPECT_EQ("INSTRUCTIONS:\n//\n/:\n", test::readFile(m_dir / "i.tag"));
   }
+}
+
+// The link stays; what it leads to is replaced.
+TEST_F(PackerTest, WritesWhatALinkLeadsTo) {
+  write("folder/old", std::string(100000, 'x'));
+  fs::create_symlink("folder/old", m_dir / "link");
+  authoring::packLauncher(options("m.json", "stub", "link"));
+  EXPECT_TRUE(fs::is_symlink(m_dir / "link"));
+  EXPECT_EQ("the stub\n", test::readFile(m_dir / "folder/old").substr(0, 9));
+  EXPECT_EQ(std::vector<std::string>{"old"}, test::listTree(m_dir / "folder"));
 }
 
 TEST_F(PackerTest, RefusesAManifestThatIsNotThere) {

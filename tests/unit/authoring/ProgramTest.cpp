@@ -1,12 +1,10 @@
 // corvane-pack as its users call it: status, standard output, standard error.
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 
 #include "support/ArchiveFixture.h"
@@ -240,29 +238,6 @@ TEST_F(ProgramTest, FindsTheStubBesideIt) {
   const Result result = run("pack m.json --output setup && ./setup -cv:version >/dev/null");
   EXPECT_EQ("", result.err);
   EXPECT_EQ(0, result.status);
-}
-
-// The input is large enough to be met halfway.
-TEST_F(ProgramTest, LeavesNothingBehindWhenInterrupted) {
-  test::writeFile(m_dir / "huge", "");
-  std::filesystem::resize_file(m_dir / "huge", 1500000000);
-  test::writeFile(m_dir / "huge.json", R"({"files": [{"type": "jar", "path": "huge"}]})");
-  const auto before = test::listTree(m_dir.path());
-  const pid_t child = fork();
-  if (child == 0) {
-    execl(CORVANE_PACK, CORVANE_PACK, "pack", (m_dir / "huge.json").c_str(), "--stub",
-          (m_dir / "stub").c_str(), "--output", (m_dir / "setup").c_str(), nullptr);
-    _exit(127);
-  }
-  for (int i = 0; i < 5000 && test::listTree(m_dir.path()) == before; ++i) {
-    usleep(1000);
-  }
-  kill(child, SIGTERM);
-  int status = 0;
-  ASSERT_EQ(child, waitpid(child, &status, 0));
-  EXPECT_TRUE(WIFSIGNALED(status));
-  EXPECT_EQ(SIGTERM, WTERMSIG(status));
-  EXPECT_EQ(before, test::listTree(m_dir.path()));
 }
 
 }  // namespace
