@@ -133,7 +133,7 @@ class Launcher : public LauncherFacts {
 
   static std::int32_t statusOfCanceledRun();
   static std::int32_t runWizard(TagFile& jvmFile, std::int16_t uiSeconds);
-  static SString buildHandOverCommand(const SString& embeddedLauncher);
+  static StringDeque handOverWords(const SString& embeddedLauncher);
 };
 
 #endif

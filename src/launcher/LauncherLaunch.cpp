@@ -7,6 +7,7 @@
 #include "archive/LauncherFileFormat.h"
 #include "archive/LauncherInputFiles.h"
 #include "jvm/JVMFile.h"
+#include "launcher/CmdLine.h"
 #include "launcher/Launcher.h"
 #include "launcher/LauncherState.h"
 #include "launchscript/LaunchScript.h"
@@ -30,11 +31,6 @@ constexpr std::size_t kCopyChunk = 4096;
 TagFile* tagFileOfJVM(const FileIndexEntry* entry) {
   const bool isJVM = entry != nullptr && entry->getFileType() == FILE_TYPE_JVM;
   return isJVM ? entry->getTagFile() : nullptr;
-}
-
-// Blanks would split the program's path; only then it needs quotes.
-SString asProgram(const SString& path) {
-  return path.find_first_of(kBlanks) == SString::npos ? path : inQuotes(path);
 }
 
 // Copies what can be read. Returns 0, or the errno of the last write that failed; the copy
@@ -104,15 +100,23 @@ std::int32_t Launcher::runWizard(TagFile& jvmFile, std::int16_t uiSeconds) {
   return result;
 }
 
-// QUIRK(hand-over-quotes): the arguments are put in double quotes as they are; quotes inside them
-// are not escaped.
-SString Launcher::buildHandOverCommand(const SString& embeddedLauncher) {
-  SString command =
-      asProgram(embeddedLauncher) + " -cv:orig " + inQuotes(g_launcher.m_launcherFileName);
+// QUIRK(hand-over-quotes): the arguments go through one text, in double quotes as they are; quotes
+// inside them are not escaped. The paths are words of their own.
+StringDeque Launcher::handOverWords(const SString& embeddedLauncher) {
+  SString text("program");  // CmdLine reads the first word by other rules
   for (long i = 0; i < g_launcher.m_args.size(); ++i) {
-    command += " " + inQuotes(g_launcher.m_args[i]);
+    text += " " + inQuotes(g_launcher.m_args[i]);
   }
-  return command;
+  CmdLine arguments;
+  arguments.parse(text);
+  StringDeque words;
+  words.push_back(embeddedLauncher);
+  words.push_back("-cv:orig");
+  words.push_back(g_launcher.m_launcherFileName);
+  for (int i = 1; i < arguments.getOptionCount(); ++i) {
+    words.push_back(arguments.getOption(i));
+  }
+  return words;
 }
 
 void Launcher::executeEmbeddedLauncher(std::int32_t position) {
@@ -129,7 +133,7 @@ void Launcher::executeEmbeddedLauncher(std::int32_t position) {
   // The copy removes itself and its directory.
   const CleanupAfterExec cleanup(directory);
   if (cleanup.isReady()) {
-    PlatformImpl::replaceProcess(buildHandOverCommand(path));
+    PlatformImpl::replaceProcess(handOverWords(path));
   }
 }
 

@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <vector>
 
-#include "launcher/CmdLine.h"
 #include "platform/ChildProcess.h"
 #include "platform/PlatformImpl.h"
 #include "platform/PlatformSignals.h"
@@ -20,13 +19,11 @@ ProcessResult PlatformImpl::executeProcess(const ProcessRequest& request) {
   return child.wait();
 }
 
-void PlatformImpl::replaceProcess(const SString& command) {
-  CmdLine words;
-  words.parse(command);
+void PlatformImpl::replaceProcess(const StringDeque& words) {
   std::vector<char*> arguments;
-  arguments.reserve(static_cast<std::size_t>(words.getOptionCount()) + 1);
-  for (int i = 0; i < words.getOptionCount(); ++i) {
-    arguments.push_back(const_cast<char*>(words.getOption(i)));
+  arguments.reserve(static_cast<std::size_t>(words.size()) + 1);
+  for (long i = 0; i < words.size(); ++i) {
+    arguments.push_back(const_cast<char*>(words[i].c_str()));
   }
   arguments.push_back(nullptr);
   std::fflush(stdout);

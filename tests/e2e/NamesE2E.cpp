@@ -170,6 +170,48 @@ TEST_F(Names, OfALaunchersFolderAndOfALauncher) {
   }
 }
 
+// Of the arguments only those without quotes arrive as they are; here the temporary folder is one.
+TEST_F(Names, OfFoldersFromWhichTheRunIsHandedOver) {
+  setEnv("RECORD", dir("record.txt"));
+  embed(FILE_TYPE_LAUNCHER, 9, "in \"ner",
+        "#!/bin/sh\nprintf '%s\\n' \"$0\" \"$1\" \"$2\" >\"$RECORD\"\n"
+        "/bin/rm \"$0\"; /bin/rmdir \"${0%/*}\"; exit 11\n");
+  embedInstructions({"EXECUTE_LAUNCHER 0"});
+  for (const std::string name : kNames) {
+    SCOPED_TRACE(name);
+    const std::string temp = dir("tmp/" + name);
+    fs::create_directories(temp);
+    setLauncherPath(dir("app/" + name + "/set \"up"));
+    pack();
+    EXPECT_EQ(11, runBare({"-cv:tempdir", temp}).status);
+    expectRecord({temp + "/cvj#/in \"ner", "-cv:orig", launcherPath()});
+    EXPECT_TRUE(fs::is_empty(temp));
+  }
+}
+
+TEST_F(Names, OfFoldersFromWhichARealLauncherIsHandedOverTo) {
+  embedInstructions({"// first line", "FIND_JAVA"});
+  setLauncherPath(dir("inner"));
+  pack();
+  const std::string inner = test::readFile(dir("inner"));
+  forgetFiles();
+  embed(FILE_TYPE_LAUNCHER, 9, "inner", inner);
+  embedInstructions({"EXECUTE_LAUNCHER 0"});
+  for (const std::string name :
+       {"\"; touch ran; \"", "back\\slash\\\\$\\`\\\"", "\xFF\xFE\xC3(\x80"}) {
+    SCOPED_TRACE(name);
+    const std::string temp = dir("tmp/" + name);
+    fs::create_directories(temp);
+    setLauncherPath(dir("app/" + name + "/setup"));
+    pack();
+    const Result result = runBare({"-cv:tempdir", temp});
+    EXPECT_EQ(255, result.status);
+    EXPECT_EQ("Error in instructions. Invalid command (FIND_JAVA).  Line number (2)\n",
+              result.out.substr(result.out.find_first_not_of(".\n")));  // behind the dots
+    EXPECT_TRUE(fs::is_empty(temp));
+  }
+}
+
 TEST_F(Names, OfAClassPathInAVariable) {
   makeRecorder("java17");
   embedRecorder("");

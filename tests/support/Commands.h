@@ -3,6 +3,7 @@
 #define CORVANE_TESTS_SUPPORT_COMMANDS_H
 
 #include <string>
+#include <vector>
 
 #include "platform/PlatformImpl.h"
 #include "platform/ProcessRequest.h"
@@ -14,6 +15,14 @@ inline ProcessRequest requestOf(const std::string& command, bool captures) {
   request.command = command.c_str();
   request.captures = captures;
   return request;
+}
+
+inline StringDeque wordsOf(const std::vector<const char*>& texts) {
+  StringDeque words;
+  for (const char* text : texts) {
+    words.push_back(text);
+  }
+  return words;
 }
 
 inline ProcessResult runCaptured(const std::string& command) {

@@ -78,9 +78,14 @@ void answerQuit(int) {
   static_cast<void>(write(STDOUT_FILENO, kAnswer, sizeof kAnswer - 1) == 0);
 }
 
+// As in a real launcher, a signal does not cut it short.
 void removeItself(const std::string& path) {
+  sigset_t all, before;
+  sigfillset(&all);
+  sigprocmask(SIG_SETMASK, &all, &before);
   unlink(path.c_str());
   rmdir(path.substr(0, path.rfind('/')).c_str());
+  sigprocmask(SIG_SETMASK, &before, nullptr);
 }
 
 }  // namespace

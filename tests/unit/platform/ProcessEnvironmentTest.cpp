@@ -156,31 +156,35 @@ TEST(ProcessEnvironmentTest, TheChildReadsOurStandardInput) {
 
 struct ReplaceRow {
   const char* name;
-  const char* command;
+  std::vector<const char*> words;
   const char* output;
 };
 
 const ReplaceRow kReplaceRows[] = {
-    {"words", "printf <%s> a b", "before <a><b>"},
-    {"absolute path", "/bin/sh -c \"exit 7\"", "before [exit 7]"},
-    {"quoted words", "printf <%s> \"a  b\" c\" \"d", "before <a  b><c d>"},
-    {"no shell is asked", "printf <%s> $HOME ; *", "before <$HOME><;><*>"},
-    {"found on PATH", "stand-in x", "before stand-in: x\n"},
-    {"environment stays", "stand-in env", "before stand-in: env set\n"},
-    {"in the current directory", "pwd", "before /\n"},
-    {"not found", "no-such-program x", "before after"},
-    {"not found by its path", "/nowhere/program", "before after"},
-    {"a directory", "/tmp", "before after"},
-    {"empty", "", "before after"},
-    {"blanks", " \t", "before after"},
-    {"empty quotes", "\"\"", "before after"},
+    {"words", {"printf", "<%s>", "a", "b"}, "before <a><b>"},
+    {"absolute path", {"/bin/sh", "-c", "exit 7"}, "before [exit 7]"},
+    {"any byte",
+     {"printf", "<%s>", "a  b", "\"'\\", "\xff\n", ""},
+     "before <a  b><\"'\\><\xff\n><>"},
+    {"no shell is asked", {"printf", "<%s>", "$HOME", ";", "*"}, "before <$HOME><;><*>"},
+    {"found on PATH", {"stand-in", "x"}, "before stand-in: x\n"},
+    {"any name", {"a \"b\" $c", "x"}, "before stand-in: x\n"},
+    {"environment stays", {"stand-in", "env"}, "before stand-in: env set\n"},
+    {"in the current directory", {"pwd"}, "before /\n"},
+    {"not found", {"no-such-program", "x"}, "before after"},
+    {"not found by its path", {"/nowhere/program"}, "before after"},
+    {"a directory", {"/tmp"}, "before after"},
+    {"nothing", {}, "before after"},
+    {"empty", {""}, "before after"},
 };
 
 TEST(ProcessEnvironmentTest, TheProcessBecomesTheProgram) {
   const test::TempDir folder;
-  test::writeScript(folder / "stand-in",
-                    "#!/bin/sh\n[ \"$1\" = env ] && set -- env $CORVANE_TEST\n"
-                    "echo \"stand-in: $*\"\n");
+  for (const char* name : {"stand-in", "a \"b\" $c"}) {
+    test::writeScript(folder / name,
+                      "#!/bin/sh\n[ \"$1\" = env ] && set -- env $CORVANE_TEST\n"
+                      "echo \"stand-in: $*\"\n");
+  }
   const std::string path = folder.path() + ":/usr/bin:/bin";
   const test::ScopedEnvironment search("PATH", path.c_str());
   const test::ScopedEnvironment variable("CORVANE_TEST", "set");
@@ -189,7 +193,7 @@ TEST(ProcessEnvironmentTest, TheProcessBecomesTheProgram) {
     SCOPED_TRACE(row.name);
     EXPECT_EQ(row.output, outputOf([&row] {
                 std::printf("before ");
-                PlatformImpl::replaceProcess(row.command);
+                PlatformImpl::replaceProcess(test::wordsOf(row.words));
                 std::printf("after");
               }));
   }

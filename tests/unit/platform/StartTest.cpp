@@ -145,9 +145,8 @@ TEST(StartTest, AProgramThatWeBecomeHasThemToo) {
     EXPECT_EQ(end, outputOf([&row] {
                 inherit(row);
                 PlatformImpl::prepareProcess();
-                const std::string command =
-                    "/bin/sh -c \"ulimit -c 0; " + commandThatSignalsItself(row) + "\"";
-                PlatformImpl::replaceProcess(command.c_str());
+                const std::string command = "ulimit -c 0; " + commandThatSignalsItself(row);
+                PlatformImpl::replaceProcess(test::wordsOf({"/bin/sh", "-c", command.c_str()}));
               }));
   }
 }
@@ -155,7 +154,7 @@ TEST(StartTest, AProgramThatWeBecomeHasThemToo) {
 TEST(StartTest, AfterAFailedReplacementTheSignalsAreOursAgain) {
   EXPECT_EQ("canceled 1 pipe 1", outputOf([] {
               PlatformImpl::prepareProcess();
-              PlatformImpl::replaceProcess("/nowhere/program");
+              PlatformImpl::replaceProcess(test::wordsOf({"/nowhere/program"}));
               raise(SIGPIPE);
               kill(getpid(), SIGTERM);
               std::printf("canceled %d pipe 1", PlatformImpl::isCanceled() ? 1 : 0);
