@@ -145,6 +145,9 @@ TEST_F(Failures, OfALauncherFileThatWasReplacedNothingIsUsed) {
   const char* const stale =
       "Sample\nError writing file = 116 There may not be enough temporary disk space. Try using "
       "-cv:tempdir to use a temporary directory on a partition with more disk space.\n";
+  const char* const gone =
+      "Sample\nError writing file = 2 There may not be enough temporary disk space. Try using "
+      "-cv:tempdir to use a temporary directory on a partition with more disk space.\n";
   const Row rows[] = {
       {"another file in its place", "cp \"$SETUP\" \"$SETUP.n\" && mv \"$SETUP.n\" \"$SETUP\"", 6,
        "Sample\n"},
@@ -152,6 +155,12 @@ TEST_F(Failures, OfALauncherFileThatWasReplacedNothingIsUsed) {
        "Sample\n"},
       {"cut short", "truncate -s -1 \"$SETUP\"", 255, stale},
       {"longer", "echo >>\"$SETUP\"", 255, stale},
+      {"deleted", "rm \"$SETUP\"", 255, gone},
+      // Device, inode and size are as before: that the wizard gets the new bytes is not noticed.
+      {"written over in place, as long as before",
+       "at=$(grep -abo 'the right bytes' \"$SETUP\" | cut -d: -f1); "
+       "printf 'the wrong bytes' | dd of=\"$SETUP\" bs=1 seek=$at conv=notrunc status=none",
+       1, "Sample\n"},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
@@ -170,7 +179,9 @@ TEST_F(Failures, OfALauncherFileThatWasReplacedNothingIsUsed) {
     fs::copy_file(launcherPath(), dir("runs"), fs::copy_options::overwrite_existing);
     setStartPath(dir("runs"));
     setProgramName(launcherPath());
+    expectLeftovers();  // one that was deleted is missing
     const Result result = run();
+    EXPECT_TRUE(fs::is_empty(tempDir()));
     EXPECT_EQ(row.status, result.status) << result.log;
     EXPECT_EQ(row.out, result.out);
   }

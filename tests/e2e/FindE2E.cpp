@@ -1,4 +1,5 @@
 // Finding a JVM: the strategies in their order, verification, and the scan of the disks.
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +12,7 @@
 
 #include "e2e/LauncherTest.h"
 #include "e2e/ScanFixture.h"
+#include "support/Restrictions.h"
 
 namespace fs = std::filesystem;
 
@@ -315,6 +317,45 @@ TEST_F(Scan, SearchAllPrintsEveryMatch) {
           lineInFrontOf("/tmp/" + file, result.out);  // each file is that of the home before it
       EXPECT_NE(std::string::npos, test::readFile(dir("jail/tmp/") + file)
                                        .find("JVM_HOME:  " + home + "\nJVM_FILE:  /tmp/" + file));
+      fs::remove(dir("jail/tmp/") + file);
+    }
+  }
+}
+
+// What the calling program has learned stays; a jvm file whose name it never saw is removed.
+TEST_F(Scan, ALostResultOfASearchForAllIsAFailure) {
+  constexpr std::size_t kLimit = 12000;
+  struct Row {
+    const char* name;
+    std::size_t room;     // bytes that the output still takes
+    std::size_t matches;  // whose two lines fit
+  };
+  const std::size_t oneMatch = std::string("/opt/one\n/tmp/cvjXXXXXX\n").size();
+  const Row rows[] = {{"the count", 0, 0},
+                      {"the first match", 2, 0},
+                      {"a part of it", oneMatch, 0},
+                      {"the second match", 2 + oneMatch, 1}};
+  place("/opt/one", "17.0.1");
+  place("/opt/two", "17.0.2");
+  embedJVM("");
+  embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+  test::writeFile(dir("jail/in.tag"), "ACTION: SEARCH_ALL\nLOGFILE: /log\n");
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    setPrepareDisk([&row] {
+      const std::string filler(kLimit - row.room, '-');
+      return test::limit(RLIMIT_FSIZE, kLimit) &&
+             write(STDOUT_FILENO, filler.data(), filler.size()) ==
+                 static_cast<ssize_t>(filler.size());
+    });
+    const Result result = runInside({"-cv:in", "/in.tag"});
+    EXPECT_EQ(255, result.status);
+    EXPECT_TRUE(result.log.ends_with("ERROR: Cannot write to standard output: File too large\n"))
+        << result.log;
+    const std::vector<std::string> written = test::listTree(dir("jail/tmp"));
+    ASSERT_EQ(row.matches, written.size());
+    for (const std::string& file : written) {
+      EXPECT_NE("", lineInFrontOf("/tmp/" + file, result.out));
       fs::remove(dir("jail/tmp/") + file);
     }
   }
