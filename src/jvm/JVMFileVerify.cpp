@@ -115,7 +115,7 @@ bool JVMFile::performVerify(const SString& home, const VerifyClass& verifyClass)
   m_tagFile.setOwnValue(tagname::kJVMHome, home);
   StringPairPtrDeque properties;
   LaunchScript script(buildVerifyCommand(home, verifyClass, properties), true);
-  const ProcessResult& trial = script.tryOut(*this);
+  const ProcessResult& trial = script.tryOut(*this, verifyClass.isPlain);
   PlatformImpl::throwIfCanceled();
   const bool isAccepted =
       hasAnswered(trial, home) && verifyJVMOutput(trial.output.beginning(), properties);

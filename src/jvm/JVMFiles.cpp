@@ -188,7 +188,7 @@ const VerifyClass& JVMFiles::writeVerifyJar() {
     path = jar.extract(PlatformImpl::createTempSubDirectory());
   });
   if (!path.empty()) {
-    m_verifyClass = {CommandText::insertedInQuotes(path), "\"Verify\""};
+    m_verifyClass = {CommandText::insertedInQuotes(path), "\"Verify\"", true};
   }
   return m_verifyClass;
 }

@@ -4,6 +4,7 @@
 
 #include "archive/LauncherFileFormat.h"
 #include "archive/LauncherInputFiles.h"
+#include "jvm/VerificationMemory.h"
 #include "launcher/Launcher.h"
 #include "launcher/ScriptVariables.h"
 #include "platform/PlatformImpl.h"
@@ -86,6 +87,7 @@ void runInstaller(const FileIndexEntry& installer, const SString& destination) {
   request.command = quoteForShell(path);
   request.workingDir = destination;
   request.captures = true;
+  VerificationMemory::forget();
   const ProcessResult result = PlatformImpl::executeProcess(request);
   logInstallerFailure(result);
   PlatformImpl::deleteFile(path);
@@ -139,6 +141,7 @@ void Launcher::installJVM(bool, bool, const SString& installerCommand, const SSt
   ProcessRequest request;
   request.command = installerCommand;
   request.workingDir = destination;
+  VerificationMemory::forget();
   logInstallerFailure(PlatformImpl::executeProcess(request));
   PlatformImpl::throwIfCanceled();
   const SString jvmPath = jvmFileIn(destination);

@@ -1,7 +1,7 @@
 // LauncherState: the launcher's part of the process's state, which is four values.
 //
 // `g_launcher = {}` makes it that of a new process; each test begins so. Read and written by
-// Launcher's own files and the log only; other code asks Launcher.
+// Launcher's own files, the log and VerificationMemory only; other code asks Launcher.
 #ifndef CORVANE_LAUNCHER_LAUNCHERSTATE_H
 #define CORVANE_LAUNCHER_LAUNCHERSTATE_H
 
@@ -16,6 +16,7 @@
 
 class JVMMessage;
 class LauncherInputFiles;
+class VerificationMemory;
 
 // The comment of a field says who writes it.
 struct LauncherState {
@@ -44,7 +45,8 @@ struct LauncherState {
   // Null until getInputFiles makes it. Nobody shares it: a shared_ptr, unlike a unique_ptr, can
   // be destroyed where the type is incomplete.
   std::shared_ptr<LauncherInputFiles> m_inputFiles;
-  const JVMMessage* m_jvmMessage = nullptr;  // findJVM; one of m_inputFiles
+  std::shared_ptr<VerificationMemory> m_verificationMemory;  // VerificationMemory, in the same way
+  const JVMMessage* m_jvmMessage = nullptr;                  // findJVM; one of m_inputFiles
 };
 
 extern LauncherState g_launcher;

@@ -1,6 +1,7 @@
 #include "launchscript/LaunchScript.h"
 
 #include "jvm/JVMFile.h"
+#include "jvm/VerificationMemory.h"
 #include "launcher/LauncherFacts.h"
 #include "launcher/Log.h"
 #include "launchscript/LaunchScriptGrammar.h"
@@ -127,17 +128,19 @@ int LaunchScript::execute(const JVMFile& jvm, const StringDeque* extraArgs, bool
   }
   ProcessRequest request = makeRequest(command);
   request.captures = m_captureOutput && !m_displayConsole && !forceConsole;
-  run(jvm, request, shown);
+  VerificationMemory::forget();
+  run(jvm, request, shown, [&] { return PlatformImpl::executeProcess(request); });
   return m_lastRun.status;
 }
 
-const ProcessResult& LaunchScript::tryOut(const JVMFile& jvm) {
+const ProcessResult& LaunchScript::tryOut(const JVMFile& jvm, bool isPlain) {
   m_lastRun = {};
   const CommandText command = resolve(jvm);
   ProcessRequest request = makeRequest(command);
   request.captures = true;
   request.isTrial = true;
-  run(jvm, request, command.bytes());
+  run(jvm, request, command.bytes(),
+      [&] { return VerificationMemory::ofRun().ask(command, request, isPlain); });
   return m_lastRun;
 }
 
@@ -151,7 +154,9 @@ ProcessRequest LaunchScript::makeRequest(const CommandText& command) const {
   return request;
 }
 
-void LaunchScript::run(const JVMFile& jvm, const ProcessRequest& request, const SString& shown) {
+template <class Start>
+void LaunchScript::run(const JVMFile& jvm, const ProcessRequest& request, const SString& shown,
+                       Start start) {
   logMessage("Executing launch script command: " + shown +
                  (request.workingDir.empty() ? SString(" in current working directory")
                                              : " in working directory " + request.workingDir),
@@ -160,7 +165,7 @@ void LaunchScript::run(const JVMFile& jvm, const ProcessRequest& request, const 
     const JavaHomeScope javaHome(jvm.getTagFile().getTagValue(tagname::kJVMHome, 0));
     setEnvironmentForWizard(jvm.getTagFile());
     PlatformImpl::preJavaLaunch();
-    m_lastRun = PlatformImpl::executeProcess(request);
+    m_lastRun = start();
   }
   if (request.captures) {
     logOutput();

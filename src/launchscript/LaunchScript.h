@@ -34,8 +34,9 @@ class LaunchScript : public MacroHandler {
   // Resolves and runs the command with `extraArgs` (may be null) after it, each of which arrives
   // byte for byte, and returns its exit code. JAVA_HOME names the JVM during the run.
   [[nodiscard]] int execute(const JVMFile& jvm, const StringDeque* extraArgs, bool forceConsole);
-  // Resolves and runs the command as a trial of the JVM (ProcessRequest::isTrial), output captured.
-  [[nodiscard]] const ProcessResult& tryOut(const JVMFile& jvm);
+  // Resolves the command and runs it as a trial of the JVM (ProcessRequest::isTrial), unless
+  // VerificationMemory, which explains `isPlain`, knows the answer. The output is captured.
+  [[nodiscard]] const ProcessResult& tryOut(const JVMFile& jvm, bool isPlain);
 
   // Output of the last run; empty when it was not captured.
   SString getStdOut() const { return m_lastRun.output.text(); }
@@ -68,7 +69,8 @@ class LaunchScript : public MacroHandler {
  private:
   [[nodiscard]] ProcessRequest makeRequest(const CommandText& command) const;
   // The log gets the command as `shown`.
-  void run(const JVMFile& jvm, const ProcessRequest& request, const SString& shown);
+  template <class Start>
+  void run(const JVMFile& jvm, const ProcessRequest& request, const SString& shown, Start start);
   void logOutput() const;
   std::size_t readCall(const MacroText& text, std::size_t position, CommandTexts& args) const;
   SString tagValue(const char* key) const;  // of the current jvm file

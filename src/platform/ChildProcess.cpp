@@ -244,8 +244,10 @@ void ChildProcess::readOutputs() {
 void ChildProcess::finish() {
   for (OutputCapture& capture : m_captures) {
     capture.countRest();
+    m_result.chunks += capture.chunkCount();
   }
   if (m_child != 0) {
+    m_result.endedByItself = m_ending == Ending::NotYet && !hasOpenOutput();
     if (m_ending != Ending::NotYet || hasOpenOutput()) {
       endNow();  // also those of a trial's group that outlive it
     }

@@ -59,6 +59,7 @@ void OutputCapture::countDrops(Clock::time_point now) {
 void OutputCapture::countRest() {
   if (m_collected > 0) {
     m_collected = 0;
+    ++m_chunks;
     PlatformImpl::advanceUIProgress(1);
   }
 }

@@ -32,12 +32,14 @@ class OutputCapture {
   void countRest();
   // When the current chunk has been collected for long enough; kNever when there is none.
   Clock::time_point dueAt() const;
+  int chunkCount() const { return m_chunks; }
   void close() { m_pipe.closeReadEnd(); }
 
  private:
   Pipe m_pipe;
   std::size_t m_collected = 0;  // bytes of the chunk that does not count yet
   Clock::time_point m_collectedSince;
+  int m_chunks = 0;  // those that count
 };
 
 #endif

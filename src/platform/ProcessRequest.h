@@ -22,6 +22,8 @@ struct ProcessResult {
   int status = 0;  // the exit code; 128 + n when signal n ended the shell, or what it became
   KeptText output;
   KeptText errors;
+  int chunks = 0;              // of output, as far as the progress showed them
+  bool endedByItself = false;  // a trial only: nobody ended it, or what it had started
   // Of a trial only: why there is no answer to rely on.
   SString startError;       // the system's words, when the shell could not be started
   bool isTimedOut = false;  // it was ended, as it took too long

@@ -1,0 +1,144 @@
+#include "jvm/VerificationMemory.h"
+
+#include <cctype>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "launcher/LauncherState.h"
+#include "platform/PlatformImpl.h"
+#include "platform/WorkingDirectory.h"
+
+extern char** environ;
+
+namespace {
+
+constexpr const char* kJavaHome = "JAVA_HOME";
+constexpr std::string_view kJavaHomeSetting = "JAVA_HOME=";
+// From here on the status is the shell's own: it could not start the program, or a signal ended it.
+constexpr int kLeastStatusOfShell = 126;
+
+bool isPlainOutsideQuotes(char byte) {
+  return std::isalnum(static_cast<unsigned char>(byte)) != 0 ||
+         std::strchr(" +,-./:=@%_^", byte) != nullptr;
+}
+
+bool isPlainInQuotes(char byte) {
+  return std::strchr("$`\\", byte) == nullptr;
+}
+
+// True when the shell takes the text for words, some of them in double quotes, and expands nothing.
+bool isPlain(std::string_view shape) {
+  bool isInQuotes = false;
+  for (const char byte : shape) {
+    if (byte == '"') {
+      isInQuotes = !isInQuotes;
+    } else if (!(isInQuotes ? isPlainInQuotes(byte) : isPlainOutsideQuotes(byte))) {
+      return false;
+    }
+  }
+  return !isInQuotes;
+}
+
+SString environmentWithoutJavaHome() {
+  SString all;
+  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+    if (!std::string_view(*entry).starts_with(kJavaHomeSetting)) {
+      all += *entry;
+      all += '\0';
+    }
+  }
+  return all;
+}
+
+bool contains(const SString& text, const SString& part) {
+  return text.find(part) != SString::npos;
+}
+
+// True when the start would have given the same answer under any other name of the program. What
+// the launcher varies with the name is the name itself and JAVA_HOME.
+bool holdsForAllNames(const VerificationQuestion& question, const ProcessResult& result) {
+  const auto showsName = [&question](const KeptText& text) {
+    return contains(text.text(), question.name) || contains(text.text(), question.javaHome);
+  };
+  return result.status == 0 && !showsName(result.output) && !showsName(result.errors) &&
+         question.program.isOpenJDKLauncher();
+}
+
+bool isWorthKeeping(const VerificationQuestion& question, const ProcessResult& result) {
+  return result.endedByItself && result.startError.empty() && result.status < kLeastStatusOfShell &&
+         question.program.isBinary() && ProgramFile::at(question.name) == question.program;
+}
+
+// The same as a start does, up to where the Java would be run.
+ProcessResult repeat(const ProcessResult& result, const ProcessRequest& request) {
+  const WorkingDirectory during(request.workingDir);
+  PlatformImpl::throwIfCanceled();
+  for (int i = 0; i < result.chunks; ++i) {
+    PlatformImpl::advanceUIProgress(1);
+  }
+  return result;
+}
+
+}  // namespace
+
+std::optional<VerificationQuestion> VerificationQuestion::of(const CommandText& command,
+                                                             const SString& workingDir) {
+  const SString& shape = command.shape();
+  const std::size_t end = shape.find('"', 1);
+  const bool isAbsolute = shape.startsWith("\"") && command.bytes()[1] == '/';
+  if (!isAbsolute || end == SString::npos || shape[end + 1] != ' ' || !isPlain(shape)) {
+    return std::nullopt;
+  }
+  const SString name = command.bytes().substr(1, end - 1);
+  std::optional<ProgramFile> program = ProgramFile::at(name);
+  if (!program) {
+    return std::nullopt;
+  }
+  return VerificationQuestion{.name = name,
+                              .words = command.bytes().substr(end + 1),
+                              .workingDir = workingDir,
+                              .javaHome = PlatformImpl::getEnvironmentVariable(kJavaHome),
+                              .environment = environmentWithoutJavaHome(),
+                              .program = *std::move(program)};
+}
+
+ProcessResult VerificationMemory::ask(const CommandText& command, const ProcessRequest& request,
+                                      bool isPlain) {
+  const std::optional<VerificationQuestion> question =
+      VerificationQuestion::of(command, request.workingDir);
+  if (question) {
+    if (const ProcessResult* answer = find(*question)) {
+      return repeat(*answer, request);
+    }
+  }
+  ProcessResult result = PlatformImpl::executeProcess(request);
+  if (question && isWorthKeeping(*question, result)) {
+    m_answers.push_back({*question, result, isPlain && holdsForAllNames(*question, result)});
+  }
+  return result;
+}
+
+const ProcessResult* VerificationMemory::find(const VerificationQuestion& question) const {
+  for (const auto& [earlier, result, holdsForAllNames] : m_answers) {
+    const bool isSameName = earlier.name == question.name && earlier.javaHome == question.javaHome;
+    if ((isSameName || holdsForAllNames) && earlier.program == question.program &&
+        earlier.words == question.words && earlier.workingDir == question.workingDir &&
+        earlier.environment == question.environment) {
+      return &result;
+    }
+  }
+  return nullptr;
+}
+
+VerificationMemory& VerificationMemory::ofRun() {
+  if (g_launcher.m_verificationMemory == nullptr) {
+    g_launcher.m_verificationMemory = std::make_shared<VerificationMemory>();
+  }
+  return *g_launcher.m_verificationMemory;
+}
+
+void VerificationMemory::forget() {
+  g_launcher.m_verificationMemory = nullptr;
+}

@@ -1,0 +1,35 @@
+// ProgramFile: which program a path leads to, to tell whether two starts are of the same one.
+//
+// The path behind all links counts beside the file's own marks: two hard links, or two mounts, of
+// one file are two programs, since a program may look for its parts beside itself.
+#ifndef CORVANE_PLATFORM_PROGRAMFILE_H
+#define CORVANE_PLATFORM_PROGRAMFILE_H
+
+#include <sys/types.h>
+
+#include <ctime>
+#include <optional>
+
+#include "util/SString.h"
+
+struct ProgramFile {
+  // Empty when nothing, or no ordinary file, is there.
+  static std::optional<ProgramFile> at(const SString& path);
+
+  // False after each change that the system tells of.
+  bool operator==(const ProgramFile& other) const;
+  // True for what the processor runs (ELF, Mach-O), false for scripts. Reads the file.
+  bool isBinary() const;
+  // True for the program "java" of OpenJDK and its descendants, which knows itself by its file
+  // alone, never by the name that it was started by. Reads the file.
+  bool isOpenJDKLauncher() const;
+
+  SString path;  // absolute, without links
+  dev_t device = 0;
+  ino_t inode = 0;
+  off_t size = 0;
+  timespec modified = {};
+  timespec changed = {};
+};
+
+#endif
