@@ -129,7 +129,7 @@ void BM_Walk_FindFiles(benchmark::State& state) {
 // The memory in use when the last of many folders has been met.
 class PendingMeter : public FileNavigator {
  public:
-  PendingMeter() : FileNavigator(false, Visited::Forget) {}
+  PendingMeter() : FileNavigator(false) {}
   bool processFile(const SString&) override { return false; }
   bool skipDirectory(const SString&) override {
     const std::size_t now = mallinfo2().uordblks;

@@ -7,7 +7,6 @@
 #include "tagfile/TextUtils.h"
 
 bool FileNavigator::process(const SString& root) {
-  m_visited.clear();
   m_pending.clear();
   m_fileCount = 0;
   m_pending.push_back(root);
@@ -16,9 +15,6 @@ bool FileNavigator::process(const SString& root) {
   while (!m_pending.empty() && !isStopped && !isCanceled()) {
     const SString directory = m_pending.back();
     m_pending.pop_back();
-    if (m_recordsVisited) {
-      m_visited.push_back(directory);
-    }
     isStopped = !skipDirectory(directory) && listDirectory(directory, isRoot);
     isRoot = false;
   }

@@ -1,10 +1,9 @@
 // FileNavigator: a depth-first walk through a directory tree with an explicit stack.
 //
-// Base of FindFiles. Symbolic links are never followed: a link, also one to a
-// directory, is handed to `processFile`. Entries come in the order of readdir; the directories of
-// one directory are visited in the reverse of that order. A directory that cannot be opened is
-// skipped. One buffer holds the current path; memory holds the pending directories (and, on
-// request, the visited ones).
+// Base of FindFiles. Symbolic links are never followed: a link, also one to a directory, is handed
+// to `processFile`. Entries come in the order of readdir; the directories of one directory are
+// visited in the reverse of that order. A directory that cannot be opened is skipped. One buffer
+// holds the current path; memory holds the pending directories only.
 #ifndef CORVANE_PLATFORM_FILENAVIGATOR_H
 #define CORVANE_PLATFORM_FILENAVIGATOR_H
 
@@ -23,7 +22,8 @@ class FileNavigator {
   // Called for every entry that is no directory. `path` is valid for the call only, unless copied.
   // True ends the walk.
   virtual bool processFile(const SString& path) = 0;
-  // True: the directory is neither listed nor descended into.
+  // Asked of each directory when its turn comes, the root included. True: it is neither listed nor
+  // descended into.
   virtual bool skipDirectory(const SString& path);
   // True: `path` is a directory, and the system must not be asked whether it is one.
   virtual bool isKnownDirectory(const SString& path) const;
@@ -32,23 +32,17 @@ class FileNavigator {
   static bool isDirectory(const char* path);
 
  protected:
-  enum class Visited { Forget, Record };
   // A cancellable walk also ends when the user has canceled.
-  FileNavigator(bool cancellable, Visited visited)
-      : m_cancellable(cancellable), m_recordsVisited(visited == Visited::Record) {}
+  explicit FileNavigator(bool cancellable) : m_cancellable(cancellable) {}
 
   bool isCanceled() const;
-  // The directories taken from the stack, in that order; each comes before those inside it.
-  const StringDeque& visitedDirectories() const { return m_visited; }
 
  private:
   [[nodiscard]] bool listDirectory(const SString& directory, bool isRoot);
   [[nodiscard]] bool visitFile(const SString& path);
 
-  StringDeque m_visited;
   StringDeque m_pending;  // used as a stack
   bool m_cancellable;
-  bool m_recordsVisited;
   unsigned long m_fileCount = 0;
 };
 

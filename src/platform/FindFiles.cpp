@@ -34,7 +34,7 @@ void logPassedOver(const Mount& mount) {
 }  // namespace
 
 FindFiles::FindFiles(const StringDeque& names, FileFindListener& listener, MountTable mounts)
-    : FileNavigator(true, Visited::Forget),
+    : FileNavigator(true),
       m_names(names),
       m_listener(listener),
       m_tempDir(PlatformImpl::getSystemTempDirectory()),

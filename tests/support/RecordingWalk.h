@@ -13,8 +13,7 @@ namespace test {
 // Records what the walk offers, and cancels or stops at one file when a test wants it.
 class RecordingWalk : public FileNavigator {
  public:
-  explicit RecordingWalk(bool isCancellable = true, bool recordsVisited = true)
-      : FileNavigator(isCancellable, recordsVisited ? Visited::Record : Visited::Forget) {}
+  explicit RecordingWalk(bool isCancellable = true) : FileNavigator(isCancellable) {}
 
   bool processFile(const SString& path) override {
     files.emplace_back(path.c_str());
@@ -25,17 +24,10 @@ class RecordingWalk : public FileNavigator {
     return isAt && stops;
   }
   bool skipDirectory(const SString& path) override {
-    asked.emplace_back(path.c_str());
+    visited.emplace_back(path.c_str());
     return path == skipped.c_str();
   }
   bool isKnownDirectory(const SString& path) const override { return path == known.c_str(); }
-  std::vector<std::string> visited() const {
-    std::vector<std::string> paths;
-    for (long i = 0; i < visitedDirectories().size(); ++i) {
-      paths.emplace_back(visitedDirectories()[i].c_str());
-    }
-    return paths;
-  }
 
   std::string skipped;
   std::string known;  // a directory that the walk must not look at to know it
@@ -43,7 +35,7 @@ class RecordingWalk : public FileNavigator {
   bool cancels = false;
   bool stops = false;
   std::vector<std::string> files;
-  std::vector<std::string> asked;
+  std::vector<std::string> visited;  // directories, in the order of the walk
 };
 
 }  // namespace test

@@ -63,8 +63,8 @@ TEST(WalkTest, DeepTreesAreWalkedAsDeepAsPathsCanBeOpened) {
   EXPECT_FALSE(walk.process("."));
   EXPECT_EQ(20U, walk.files.size());
   EXPECT_EQ(2000U * 2 + 3, walk.files.back().size());
-  EXPECT_EQ(2049U, walk.visited().size());
-  EXPECT_EQ(4097U, walk.visited().back().size());
+  EXPECT_EQ(2049U, walk.visited.size());
+  EXPECT_EQ(4097U, walk.visited.back().size());
 }
 
 struct ProgressRow {
@@ -186,14 +186,14 @@ TEST(WalkTest, TheWalkEndsWhenStoppedOrCanceled) {
     PlatformTestAccess::setCanceled(row.isCanceledBefore);
     EXPECT_EQ(row.result, walk.process(folder.path().c_str()));
     EXPECT_EQ(row.files, walk.files.size());
-    EXPECT_EQ(row.files == 0, walk.visited().empty());
+    EXPECT_EQ(row.files == 0, walk.visited.empty());
     PlatformTestAccess::setCanceled(false);
   }
 }
 
 TEST(WalkTest, AChildStartedOnTheWayDoesNotInheritTheDirectory) {
   struct Starter : FileNavigator {
-    Starter() : FileNavigator(true, Visited::Forget) {}
+    Starter() : FileNavigator(true) {}
     bool processFile(const SString&) override {
       test::runCommand(
           "for f in 0 1 2 3 4 5 6 7 8 9; do test -e /dev/fd/$f && printf \"$f \"; done");
@@ -210,7 +210,7 @@ TEST(WalkTest, AChildStartedOnTheWayDoesNotInheritTheDirectory) {
 
 TEST(WalkTest, AnExceptionLeavesNoDirectoryOpen) {
   struct Thrower : FileNavigator {
-    Thrower() : FileNavigator(true, Visited::Forget) {}
+    Thrower() : FileNavigator(true) {}
     bool processFile(const SString& path) override { throw LauncherException(path); }
   };
   const test::TempDir folder;

@@ -123,7 +123,7 @@ TEST(WalkTest, ARelativeRootGivesRelativePaths) {
   RecordingWalk walk;
   EXPECT_FALSE(walk.process("r"));
   EXPECT_EQ(Paths{"r/a/f"}, walk.files);
-  EXPECT_EQ((Paths{"r", "r/a"}), walk.visited());
+  EXPECT_EQ((Paths{"r", "r/a"}), walk.visited);
 }
 
 struct KindRow {
@@ -184,8 +184,7 @@ TEST(WalkTest, LastListedDirectoryIsWalkedFirst) {
   RecordingWalk walk;
   EXPECT_FALSE(walk.process(folder.path().c_str()));
   EXPECT_EQ(files, walk.files);
-  EXPECT_EQ(directories, walk.visited());
-  EXPECT_EQ(directories, walk.asked);
+  EXPECT_EQ(directories, walk.visited);
 }
 
 TEST(WalkTest, EachWalkBeginsAnew) {
@@ -197,17 +196,9 @@ TEST(WalkTest, EachWalkBeginsAnew) {
   walk.stops = true;
   walk.actsAt = 1;
   EXPECT_TRUE(walk.process(folder.path().c_str()));  // two are still to be walked
+  walk.visited.clear();
   EXPECT_FALSE(walk.process((folder / "a").c_str()));
-  EXPECT_EQ(Paths{folder / "a"}, walk.visited());
-}
-
-TEST(WalkTest, WhoDoesNotAskHasNoListOfTheVisited) {
-  const test::TempDir folder;
-  test::writeFile(folder / "a/f", "");
-  RecordingWalk walk(true, false);
-  walk.process(folder.path().c_str());
-  EXPECT_EQ(Paths{folder / "a/f"}, walk.files);
-  EXPECT_EQ(Paths(), walk.visited());
+  EXPECT_EQ(Paths{folder / "a"}, walk.visited);
 }
 
 // --- What is passed over ---
@@ -220,8 +211,7 @@ TEST(WalkTest, ASkippedDirectoryIsNeitherListedNorDescendedInto) {
   walk.skipped = folder / "b";
   EXPECT_FALSE(walk.process(folder.path().c_str()));
   EXPECT_EQ(Paths{folder / "a/f"}, walk.files);
-  Paths visited = walk.visited();
-  EXPECT_EQ(1, std::count(visited.begin(), visited.end(), folder / "b"));
+  EXPECT_EQ(1, std::count(walk.visited.begin(), walk.visited.end(), folder / "b"));
 }
 
 // Here a file stands for the directory, so that one sees what the walk believes.
@@ -234,7 +224,7 @@ TEST(WalkTest, AKnownDirectoryIsNotLookedAtWhereTheSystemTellsNoTypes) {
     walk.known = folder / "known";
     EXPECT_FALSE(walk.process(folder.path().c_str()));
     EXPECT_EQ(hidesTypes ? Paths() : Paths{folder / "known"}, walk.files);
-    EXPECT_EQ(hidesTypes ? 2U : 1U, walk.asked.size());
+    EXPECT_EQ(hidesTypes ? 2U : 1U, walk.visited.size());
   }
   g_hidesTypes = false;
 }
