@@ -24,7 +24,7 @@ bool OutputCapture::redirect(int fd) const {
 void OutputCapture::readSome(KeptText& text) {
   char chunk[kChunkSize];
   for (std::size_t done = 0; done < kBytesPerTurn && isOpen();) {
-    const ssize_t result = read(readEnd(), chunk, kChunkSize - m_collected);
+    const ssize_t result = read(readEnd(), chunk, kChunkSize);
     if (result == -1 && errno == EINTR) {
       continue;
     }
@@ -39,14 +39,21 @@ void OutputCapture::readSome(KeptText& text) {
     const auto count = static_cast<std::size_t>(result);
     // QUIRK(chunk-ends-at-zero-byte): what follows a zero byte in one read is dropped.
     text.append(std::string_view(chunk, strnlen(chunk, count)));
-    if (m_collected == 0) {
-      m_collectedSince = Clock::now();
-    }
-    m_collected += count;
+    collect(count);
     done += count;
-    if (m_collected == kChunkSize) {
-      countRest();
-    }
+  }
+}
+
+void OutputCapture::collect(std::size_t count) {
+  const bool isNew = m_collected == 0;
+  m_collected += count;
+  const bool isFull = m_collected >= kChunkSize;
+  if (isFull) {
+    m_collected -= kChunkSize;
+    PlatformImpl::advanceUIProgress(1);
+  }
+  if (isNew || isFull) {
+    m_collectedSince = Clock::now();
   }
 }
 

@@ -1,8 +1,9 @@
 // OutputCapture: one output stream of a child, read through a pipe while the child runs.
 //
 // What comes is kept within limits, the rest is read and dropped, so that the child never waits for
-// a full pipe. Each chunk of 4096 bytes advances the console's progress by 1; output that comes in
-// drops is collected for up to 10 ms before it counts as a chunk.
+// a full pipe. A read takes up to 4096 bytes, a chunk. The console's progress advances by 1 for
+// each chunk's worth of bytes. Output that comes in drops is collected for up to 10 ms; what there
+// is then counts as a chunk.
 #ifndef CORVANE_PLATFORM_OUTPUTCAPTURE_H
 #define CORVANE_PLATFORM_OUTPUTCAPTURE_H
 
@@ -36,6 +37,8 @@ class OutputCapture {
   void close() { m_pipe.closeReadEnd(); }
 
  private:
+  void collect(std::size_t count);  // bytes that were read
+
   Pipe m_pipe;
   std::size_t m_collected = 0;  // bytes of the chunk that does not count yet
   Clock::time_point m_collectedSince;

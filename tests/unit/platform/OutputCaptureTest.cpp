@@ -40,6 +40,11 @@ const Row kRows[] = {
     {"one more", {kChunk + "b"}, kChunk + "b", ".."},
     {"drops make one chunk", {"a", "b", "c", "d"}, "abcd", "."},
     {"drops that fill a chunk", {kChunk.substr(2), "b", "c", "d"}, kChunk.substr(2) + "bcd", ".."},
+    {"a chunk after a drop", {"b", kChunk}, "b" + kChunk, ".."},
+    {"a drop that makes two chunks",
+     {"b", kChunk.substr(1), kChunk},
+     "b" + kChunk.substr(1) + kChunk,
+     ".."},
     {"a pipe full", {std::string(65536, 'x')}, std::string(65536, 'x'), "................"},
     // QUIRK(chunk-ends-at-zero-byte)
     {"zero byte inside", {std::string("ab\0cd", 5)}, "ab", "."},
@@ -47,6 +52,10 @@ const Row kRows[] = {
     {"zero byte last", {std::string("ab\0", 3)}, "ab", "."},
     {"zero byte alone", {std::string("\0", 1)}, "", "."},
     {"the next read is heard again", {std::string("a\0b", 3), "c"}, "ac", "."},
+    {"a read is a whole chunk, whatever came before",
+     {"a", "b" + std::string(1, '\0') + kChunk.substr(2)},
+     "ab",
+     ".."},
 };
 
 TEST(OutputCaptureTest, WhatIsReadAndCounted) {
