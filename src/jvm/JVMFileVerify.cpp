@@ -47,8 +47,9 @@ bool skipToMagicLine(const SString& output, std::size_t& position, SString& line
   return false;
 }
 
-// False, with a line in the log, for a candidate that had to be ended or could not be started.
-bool hasAnswered(const ProcessResult& trial, const SString& home) {
+// False for a candidate that had to be ended. One that could not be started has answered nothing,
+// and is judged by that. The log tells of both.
+bool hasEndedInTime(const ProcessResult& trial, const SString& home) {
   if (trial.isTimedOut) {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(kTrialLimits.duration);
     logMessage("The JVM at " + home + " was ended, as it had not finished after " +
@@ -118,7 +119,7 @@ bool JVMFile::performVerify(const SString& home, const VerifyClass& verifyClass)
   const ProcessResult& trial = script.tryOut(*this, verifyClass.isPlain);
   PlatformImpl::throwIfCanceled();
   const bool isAccepted =
-      hasAnswered(trial, home) && verifyJVMOutput(trial.output.beginning(), properties);
+      hasEndedInTime(trial, home) && verifyJVMOutput(trial.output.beginning(), properties);
   PlatformImpl::advanceUIProgress(kStepsForRun);
   return isAccepted;
 }

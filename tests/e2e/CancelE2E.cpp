@@ -1,8 +1,5 @@
 // Ctrl-C at each stage of a run: what the launcher says, and that nothing is left behind.
 #include <fcntl.h>
-#include <unistd.h>
-
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "fakes/FakeJVM.h"
 #include "jvm/JVMFile.h"
 #include "jvm/JVMMatch.h"
@@ -363,6 +365,22 @@ TEST_F(VerifyTest, AcceptsAHomeOfAnyName) {
     EXPECT_NE(std::string::npos, takeLog().find("Executing launch script command: \"DIR/" +
                                                 std::string(name) + "/bin/java\" "));
   }
+}
+
+// More than any system passes on: the shell does not start, and the candidate answers nothing.
+TEST_F(VerifyTest, RefusesWhatCannotBeStarted) {
+  const std::string home = test::makeFakeJVM(m_dir / "jdk", FakeJVM::RightValues);
+  TagFile tags;
+  test::addTags(tags, kRequirements);
+  test::addTags(tags, {{"REQ_JAVA_ARGS", {std::string(std::size_t{8} << 20, 'x')}}});
+  EXPECT_EQ(nullptr, JVMFile(tags).verify(sstr(home), {"\"x.jar\"", "\"Verify\""}));
+  const std::string log = takeLog();
+  EXPECT_EQ(
+      "Output from the launch script execution\nStdOut:\n\nErrOut:\n\n"
+      "WARNING: Error starting /bin/sh: Argument list too long\n"
+      "ERROR: Invalid magic value: \n\n",
+      log.substr(std::min(log.size(), log.find("Output from"))));
+  EXPECT_EQ(0u, test::callsOfFakeJVM(home).size());
 }
 
 // --- The home that the jvm file itself names ---

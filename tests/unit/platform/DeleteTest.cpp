@@ -92,6 +92,7 @@ struct OneFileRow {
   const char* name;
   Strings entries;
   const char* locked = nullptr;  // a folder, or null
+  mode_t rights = 0555;          // of that folder
   const char* path;
   bool wanted = false;
   Strings rest = {};
@@ -125,16 +126,38 @@ const OneFileRow kOneFileRows[] = {
      .path = "d/f",
      .rest = {"d/", "d/f"},
      .log = "WARNING: Could not delete $/d/f :  Permission denied\n"},
+    {.name = "file that cannot be examined",
+     .entries = {"d/", "d/f"},
+     .locked = "d",
+     .rights = 0444,
+     .path = "d/f",
+     .rest = {"d/", "d/f"},
+     .log = "WARNING: Could not delete $/d/f :  Permission denied\n"},
+    {.name = "missing where it cannot be examined",
+     .entries = {"d/"},
+     .locked = "d",
+     .rights = 0444,
+     .path = "d/f",
+     .rest = {"d/"},
+     .log = "WARNING: Could not delete $/d/f :  Permission denied\n"},
+    {.name = "name inside a link to itself",
+     .entries = {"l -> l"},
+     .path = "l/f",
+     .rest = {"l"},
+     .log = "WARNING: Could not delete $/l/f :  Too many levels of symbolic links\n"},
 };
 
 TEST(Delete, OneFile) {
   for (const OneFileRow& row : kOneFileRows) {
     Scratch scratch(row.entries);
     if (row.locked != nullptr) {
-      scratch.lock(row.locked);
+      scratch.lock(row.locked, row.rights);
     }
-    const test::OrdinaryUser user;
-    EXPECT_EQ(row.wanted, PlatformImpl::deleteOneFile((scratch / row.path).c_str())) << row.name;
+    {
+      const test::OrdinaryUser user;
+      EXPECT_EQ(row.wanted, PlatformImpl::deleteOneFile((scratch / row.path).c_str())) << row.name;
+    }
+    scratch.unlock();
     EXPECT_EQ(row.rest, scratch.rest()) << row.name;
     EXPECT_EQ(row.log, scratch.log()) << row.name;
   }
