@@ -25,8 +25,9 @@ if(CMAKE_BUILD_TYPE STREQUAL "Debug")
 endif()
 
 if(CORVANE_SANITIZE)
+  # Of the debug information a report needs files and lines alone; the rest is a fifth of the build.
   target_compile_options(corvane_settings INTERFACE
-    -fsanitize=${CORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=${CORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
   target_link_options(corvane_settings INTERFACE -fsanitize=${CORVANE_SANITIZE})
 elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
   # Hardening; fortified functions need optimisation and do not go with the sanitizers.

@@ -7,7 +7,9 @@
 
 #include "support/OwnProcess.h"
 
+// The filter below is written for one processor's system calls.
 #if defined(__linux__) && defined(__x86_64__)
+#define CORVANE_HAS_FILTER
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
@@ -18,7 +20,7 @@
 
 namespace test {
 
-#ifdef SYS_wait4
+#ifdef CORVANE_HAS_FILTER
 namespace {
 
 // The system call `number` fails with `error` from now on, here and in children.
@@ -53,7 +55,7 @@ bool forbidProcesses() {
 }
 
 bool forbidWaiting() {
-#ifdef SYS_wait4
+#ifdef CORVANE_HAS_FILTER
   return forbidCall(SYS_wait4, ECHILD) && forbidCall(SYS_waitid, ECHILD);
 #else
   return false;
@@ -61,7 +63,7 @@ bool forbidWaiting() {
 }
 
 bool forbidRedirection() {
-#ifdef SYS_dup2
+#ifdef CORVANE_HAS_FILTER
   return forbidCall(SYS_dup2, EBUSY);
 #else
   return false;
