@@ -2,11 +2,11 @@
 
 #include <sys/types.h>
 
-#include <cerrno>
-#include <cstring>
+#include <utility>
 
+#include "archive/LauncherFileFormat.h"
 #include "authoring/AuthoringError.h"
-#include "launcher/LauncherFacts.h"
+#include "authoring/SeekableInput.h"
 #include "util/LauncherException.h"
 
 namespace authoring {
@@ -22,6 +22,11 @@ std::int32_t readCount(std::FILE* file, std::int32_t indexOffset) {
   }
 }
 
+// -1 when there is nothing before the trailer.
+std::int32_t readPurpose(std::FILE* file) {
+  return fseeko(file, -kPurposeOffsetFromEnd, SEEK_END) == 0 ? std::fgetc(file) : -1;
+}
+
 }  // namespace
 
 // A file that is shorter than a trailer carries no files either.
@@ -35,22 +40,23 @@ std::optional<std::int32_t> findFileIndex(std::FILE* file) {
 
 LauncherFile readLauncherFile(const std::string& path) {
   LauncherFile launcher;
-  launcher.file = openFile(path.c_str(), "rb");
-  if (launcher.file == nullptr) {
-    throw AuthoringError(path + ": " + std::strerror(errno));
-  }
+  SeekableInput input = openSeekable(path);
+  launcher.file = std::move(input.file);
+  launcher.state =
+      FileState(launcher.file.get(), input.isCopy || path == kStandardStream ? "" : path);
   const std::optional<std::int32_t> indexOffset = findFileIndex(launcher.file.get());
   launcher.size = fseeko(launcher.file.get(), 0, SEEK_END) == 0 ? ftello(launcher.file.get()) : 0;
   launcher.hasTrailer = indexOffset.has_value();
   if (!launcher.hasTrailer) {
     return launcher;
   }
-  launcher.purpose = LauncherFacts::getLauncherPurpose(path.c_str());
+  launcher.indexOffset = *indexOffset;
+  launcher.purpose = readPurpose(launcher.file.get());
   try {
     std::FILE* const file = launcher.file.get();
     launcher.index.appendEntries(file, readCount(file, *indexOffset));
   } catch (const LauncherException& e) {
-    throw AuthoringError(path + ": entry " + std::to_string(launcher.index.size()) +
+    throw AuthoringError(inputLabel(path) + ": entry " + std::to_string(launcher.index.size()) +
                          " of the file index cannot be read: " + e.what());
   }
   return launcher;

@@ -9,14 +9,17 @@
 #include <string>
 
 #include "archive/FileIndex.h"
+#include "authoring/SourceFile.h"
 #include "tagfile/StreamUtils.h"
 
 namespace authoring {
 
 struct LauncherFile {
   FilePtr file;
+  FileState state;  // as it was opened
   std::int64_t size = 0;
-  bool hasTrailer = false;    // without one it carries no files
+  bool hasTrailer = false;  // without one it carries no files
+  std::int32_t indexOffset = 0;
   std::int32_t purpose = -1;  // -1: no trailer, or nothing before it
   FileIndex index;
 };
@@ -24,7 +27,8 @@ struct LauncherFile {
 // Where the index of the open launcher file lies; nothing when it does not end with our trailer.
 [[nodiscard]] std::optional<std::int32_t> findFileIndex(std::FILE* file);
 
-// Throws AuthoringError: the path and what is wrong with the file.
+// "-" is standard input; a pipe is copied into a file without a name first. Throws AuthoringError:
+// the path and what is wrong with the file.
 LauncherFile readLauncherFile(const std::string& path);
 
 // True when the entry's stored bytes lie wholly inside the file.

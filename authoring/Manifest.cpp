@@ -135,10 +135,11 @@ std::string ManifestReader::readText(const Json& json, const std::string& where)
 
 Manifest ManifestReader::read() {
   const Json json = parse();
-  expectObject(json, "", {"purpose", "files"});
+  expectObject(json, "", {"purpose", "stub", "files"});
   Manifest manifest;
   manifest.path = m_path;
   manifest.purpose = json.contains("purpose") ? readNumber(json["purpose"], "purpose", 255) : 0;
+  manifest.stub = json.contains("stub") ? findFile(readText(json["stub"], "stub"), "stub") : "";
   const Json files = json.value("files", Json());
   if (!files.is_array()) {
     fail("files", "this must be the list of the files, as in \"files\": [ ... ]");

@@ -24,6 +24,7 @@ struct ManifestFile {
 
 struct Manifest {
   std::string path;
+  std::string stub;  // where it was found; empty when the manifest names none
   std::int32_t purpose = 0;
   std::vector<ManifestFile> files;
 };

@@ -84,12 +84,19 @@ PackResult write(const std::string& stub, const Manifest& manifest, std::FILE* o
   return {manifest.files.size(), writer.finish(manifest.purpose)};
 }
 
+std::string chooseStub(const PackOptions& options, const Manifest& manifest) {
+  if (!options.stub.empty()) {
+    return options.stub;
+  }
+  return manifest.stub.empty() ? findDefaultStub() : manifest.stub;
+}
+
 }  // namespace
 
 PackResult packLauncher(const PackOptions& options) {
   const std::string target = findOutputTarget(options.output);
   const Manifest manifest = loadManifest(options.manifest, options.baseFolders);
-  const std::string stub = options.stub.empty() ? findDefaultStub() : options.stub;
+  const std::string stub = chooseStub(options, manifest);
   refuseLauncherAsStub(stub);
   checkOutput(options, stub, manifest);
   for (const ManifestFile& file : manifest.files) {

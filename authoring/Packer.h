@@ -13,7 +13,7 @@ namespace authoring {
 struct PackOptions {
   std::string manifest;
   std::vector<std::string> baseFolders;
-  std::string stub;  // empty: findDefaultStub
+  std::string stub;  // empty: the manifest's, else findDefaultStub
   std::string output;
 };
 

@@ -46,7 +46,7 @@ std::string findChange(const struct stat& begin, const struct stat& end, const s
            std::to_string(end.st_size) + " now";
   }
   struct stat there;
-  if (stat(path.c_str(), &there) != 0 || !isSameFile(end, there)) {
+  if (!path.empty() && (stat(path.c_str(), &there) != 0 || !isSameFile(end, there))) {
     return "another file took its place, or it was removed";
   }
   const bool same =
@@ -56,30 +56,38 @@ std::string findChange(const struct stat& begin, const struct stat& end, const s
 
 }  // namespace
 
-// A pipe is refused before it is opened, which would wait for somebody to write.
-SourceFile::SourceFile(std::string path) : m_path(std::move(path)) {
-  if (stat(m_path.c_str(), &m_begin) != 0) {
-    failToRead(m_path, errno);
-  }
-  if (!S_ISREG(m_begin.st_mode)) {
-    throw AuthoringError(m_path + " is " + fileKind(m_begin.st_mode) + "; name a regular file");
-  }
-  m_file = openFile(m_path.c_str(), "rb");
-  if (m_file == nullptr || fstat(fileno(m_file.get()), &m_begin) != 0) {
+FileState::FileState(std::FILE* file, std::string path) : m_path(std::move(path)) {
+  if (fstat(fileno(file), &m_status) != 0) {
     failToRead(m_path, errno);
   }
 }
 
-void SourceFile::checkUnchanged() const {
+void FileState::checkUnchanged(std::FILE* file) const {
   struct stat end;
-  if (fstat(fileno(m_file.get()), &end) != 0) {
+  if (fstat(fileno(file), &end) != 0) {
     failToRead(m_path, errno);
   }
-  const std::string change = findChange(m_begin, end, m_path);
+  const std::string change = findChange(m_status, end, m_path);
   if (!change.empty()) {
     throw AuthoringError(m_path + " changed while it was read: " + change +
                          "; nothing was written, try again when it is complete");
   }
+}
+
+// A pipe is refused before it is opened, which would wait for somebody to write.
+SourceFile::SourceFile(const std::string& path) {
+  struct stat status;
+  if (stat(path.c_str(), &status) != 0) {
+    failToRead(path, errno);
+  }
+  if (!S_ISREG(status.st_mode)) {
+    throw AuthoringError(path + " is " + fileKind(status.st_mode) + "; name a regular file");
+  }
+  m_file = openFile(path.c_str(), "rb");
+  if (m_file == nullptr) {
+    failToRead(path, errno);
+  }
+  m_state = FileState(m_file.get(), path);
 }
 
 }  // namespace authoring

@@ -8,10 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "authoring/AuthoringError.h"
 #include "authoring/Extractor.h"
 #include "authoring/LauncherFileReader.h"
 #include "authoring/Listing.h"
 #include "authoring/Packer.h"
+#include "authoring/SeekableInput.h"
 #include "authoring/SetupCheck.h"
 #include "authoring/SetupContents.h"
 #include "authoring/StubRecognition.h"
@@ -25,6 +27,7 @@ struct Arguments {
   authoring::PackOptions pack;
   std::string file;
   std::string folder;
+  authoring::Selection selection;
   bool json = false;
 };
 
@@ -65,7 +68,24 @@ int check(const Arguments& arguments) {
 }
 
 int extract(const Arguments& arguments) {
-  authoring::extractFiles(authoring::readLauncherFile(arguments.file), arguments.folder);
+  const authoring::LauncherFile launcher = authoring::readLauncherFile(arguments.file);
+  if (!launcher.hasTrailer) {
+    throw authoring::AuthoringError(authoring::inputLabel(arguments.file) +
+                                    " carries no files; there is nothing to copy out");
+  }
+  if (arguments.folder == authoring::kStandardStream) {
+    authoring::extractFile(launcher, stdout, arguments.selection);
+    return 0;
+  }
+  const authoring::ExtractResult result =
+      authoring::extractFiles(launcher, arguments.folder, arguments.selection);
+  for (const std::string& warning : result.warnings) {
+    std::fprintf(stderr, "corvane-pack: warning: %s\n", warning.c_str());
+  }
+  const bool isWhole = !result.manifest.empty();
+  print(arguments.folder + ": " +
+        authoring::countOf(static_cast<std::int64_t>(result.files), "file") +
+        (isWhole ? ", " + result.stub + ", " + result.manifest : "") + "\n");
   return 0;
 }
 
@@ -74,6 +94,18 @@ void addBaseOption(CLI::App& command, Arguments& arguments) {
       .add_option("--base", arguments.pack.baseFolders,
                   "Look here, too, for files that the manifest names; may be repeated")
       ->type_name("DIR")
+      ->allow_extra_args(false);
+}
+
+void addSelection(CLI::App& command, authoring::Selection& selection) {
+  command.add_option("--file", selection.names, "Only the file of this name; may be repeated")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+  command.add_option("--id", selection.ids, "Only the file of this number; may be repeated")
+      ->type_name("N")
+      ->allow_extra_args(false);
+  command.add_option("--type", selection.types, "Only files of this type; may be repeated")
+      ->type_name("TYPE")
       ->allow_extra_args(false);
 }
 
@@ -106,9 +138,12 @@ void addCommands(CLI::App& app, Arguments& arguments, int (*&chosen)(const Argum
   CLI::App& extractCommand =
       *app.add_subcommand("extract", "Copy the files out of a launcher file");
   extractCommand.add_option("FILE", arguments.file, "A launcher file")->required();
-  extractCommand.add_option("--output", arguments.folder, "The folder to write into")
+  extractCommand
+      .add_option("--output", arguments.folder,
+                  "The new or empty folder to write into; - for standard output, one file alone")
       ->type_name("DIR")
       ->required();
+  addSelection(extractCommand, arguments.selection);
   extractCommand.callback([&chosen] { chosen = extract; });
 }
 

@@ -65,9 +65,14 @@ const std::string kLongest(255, 'n');
 const std::vector<ErrorRow> kErrorRows = {
     {"no object", "[]", "this must be an object, as in { \"purpose\": ... }"},
     {"unknown key", R"({"files": [], "file": []})",
-     "unknown key \"file\"; the keys here are purpose, files"},
+     "unknown key \"file\"; the keys here are purpose, stub, files"},
     {"doubled key", R"({"files": [], "files": []})",
      "the key \"files\" stands twice in one object; remove one of them"},
+    {"stub that is not there", R"({"stub": "none", "files": []})",
+     "stub: there is no file \"none\" in DIR/project, DIR/base1, DIR/base2; make it, or name its "
+     "folder with --base"},
+    {"stub of another kind", R"({"stub": 1, "files": []})",
+     "stub: this must be a text that is not empty"},
     {"no files", R"({"purpose": 0})",
      "files: this must be the list of the files, as in \"files\": [ ... ]"},
     {"files of another kind", R"({"files": {}})",
@@ -253,6 +258,12 @@ TEST_F(ManifestTest, NumbersTheFilesThatHaveNoNumber) {
     }
     EXPECT_EQ(row.wanted, ids);
   }
+}
+
+TEST_F(ManifestTest, MayNameAStub) {
+  EXPECT_EQ("", load(R"({"files": []})").stub);
+  test::writeFile(m_dir / "base2/the stub", "x");
+  EXPECT_EQ(m_dir / "base2/the stub", load(R"({"stub": "the stub", "files": []})").stub);
 }
 
 TEST_F(ManifestTest, MayNameNoFile) {

@@ -1,16 +1,13 @@
 #include "authoring/Packer.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <functional>
 #include <string>
 
 #include "authoring/AuthoringError.h"
-#include "authoring/Extractor.h"
 #include "authoring/LauncherFileReader.h"
 #include "authoring/Listing.h"
 #include "support/ArchiveFixture.h"
@@ -164,103 +161,6 @@ TEST_F(PackerTest, ParsesTagFilesAlone) {
   EXPECT_EQ("", errorOf(options("m.json", "stub", "setup")));
 }
 
-// --- Taking apart ---
-
-struct ExtractRow {
-  const char* name;
-  std::string bytes;  // of the launcher file
-  std::string error;
-};
-
-const std::string kPlainIndex =
-    authoring::encodeIndex({{3, 1, 2, 3, "a", {}}, {3, 1, 0, 0, "../b", {}}});
-
-const ExtractRow kExtractRows[] = {
-    {"path", test::launcherFileBytes({{3, 1, "a", "a"}, {3, 2, "../b", "b"}}),
-     "entry 1 (../b): its name is a path; write the plain name of a file; nothing was written"},
-    {"absolute path", test::launcherFileBytes({{3, 1, "/b", "b"}}),
-     "entry 0 (/b): its name is a path; write the plain name of a file; nothing was written"},
-    {"folder above", test::launcherFileBytes({{3, 1, "..", "b"}}),
-     "entry 0 (..): its name is a path; write the plain name of a file; nothing was written"},
-    {"no name", test::launcherFileBytes({{3, 1, "", "b"}}),
-     "entry 0 (): its name is empty; nothing was written"},
-    {"name of 256 bytes", test::launcherFileBytes({{3, 1, std::string(256, 'n'), "b"}}),
-     "entry 0 (" + std::string(256, 'n') +
-         "): its name is longer than 255 bytes; nothing was written"},
-    {"name twice", test::launcherFileBytes({{3, 1, "a", "a"}, {3, 2, "a", "b"}}),
-     "entry 1 (a): a file of that name is there already; nothing was written, name an empty folder "
-     "with --output"},
-    {"name of a file there", test::launcherFileBytes({{3, 1, "a", "a"}, {3, 2, "there", "b"}}),
-     "entry 1 (there): a file of that name is there already; nothing was written, name an empty "
-     "folder with --output"},
-    {"bytes past the end",
-     test::launcherFileBytes("", authoring::encodeIndex({{3, 1, 1000, 3, "a", {}}})),
-     "entry 0 (a): its bytes lie outside the file; nothing was written"},
-    {"negative offset",
-     test::launcherFileBytes("", authoring::encodeIndex({{3, 1, 1, -1, "a", {}}})),
-     "entry 0 (a): its bytes lie outside the file; nothing was written"},
-    {"negative length",
-     test::launcherFileBytes("", authoring::encodeIndex({{3, 1, -1, 1, "a", {}}})),
-     "entry 0 (a): its bytes lie outside the file; nothing was written"},
-};
-
-TEST_F(PackerTest, ExtractsNothingThatLeavesTheFolder) {
-  for (const ExtractRow& row : kExtractRows) {
-    SCOPED_TRACE(row.name);
-    const auto launcher = authoring::readLauncherFile(write("setup", row.bytes));
-    write("out/there", "old");
-    const auto before = test::listTree(m_dir.path());
-    EXPECT_EQ(row.error, errorOf([&] { authoring::extractFiles(launcher, m_dir / "out"); }));
-    EXPECT_EQ(before, test::listTree(m_dir.path()));
-    EXPECT_EQ("old", test::readFile(m_dir / "out/there"));
-  }
-}
-
-struct UnreadableRow {
-  const char* name;
-  std::function<void(const std::string& path, int descriptor)> spoil;  // once the index was read
-  const char* error;
-};
-
-const UnreadableRow kUnreadableBytes[] = {
-    {"file that shrinks", [](const std::string& path, int) { fs::resize_file(path, 150000); },
-     "entry 1 (b): its bytes cannot be read: the launcher file has become shorter"},
-    {"file that fails",
-     [](const std::string&, int descriptor) {
-       const int folder = open("/", O_RDONLY | O_CLOEXEC);
-       EXPECT_EQ(descriptor, dup2(folder, descriptor));
-       close(folder);
-     },
-     "entry 0 (a): its bytes cannot be read: Is a directory"},
-};
-
-// What was copied whole stays.
-TEST_F(PackerTest, ExtractsNoHalfFileOfALauncherThatCannotBeRead) {
-  const std::string bytes(100000, 'x');
-  for (const UnreadableRow& row : kUnreadableBytes) {
-    SCOPED_TRACE(row.name);
-    fs::remove_all(m_dir / "out");
-    const auto launcher = authoring::readLauncherFile(
-        write("setup", test::launcherFileBytes({{3, 1, "a", bytes}, {3, 2, "b", bytes}})));
-    row.spoil(m_dir / "setup", fileno(launcher.file.get()));
-    EXPECT_EQ(row.error, errorOf([&] { authoring::extractFiles(launcher, m_dir / "out"); }));
-    EXPECT_FALSE(fs::exists(m_dir / "out/b"));
-    EXPECT_EQ(row.error[6] == '1', fs::exists(m_dir / "out/a"));
-  }
-}
-
-TEST_F(PackerTest, ExtractsWhatItPacked) {
-  const auto launcher =
-      authoring::readLauncherFile(write("setup", test::launcherFileBytes(allTypes())));
-  authoring::extractFiles(launcher, m_dir / "new/out");
-  EXPECT_EQ(allTypes().size(), test::listTree(m_dir / "new/out").size());
-  for (const auto& file : allTypes()) {
-    const std::string path = m_dir / ("new/out/" + file.name);
-    EXPECT_EQ(file.bytes, test::readFile(path));
-    EXPECT_EQ(file.type == 4 || file.type == 7 ? 0 : -1, access(path.c_str(), X_OK)) << file.name;
-  }
-}
-
 // --- Listing ---
 
 TEST_F(PackerTest, ListsAsATable) {
@@ -312,7 +212,13 @@ TEST_F(PackerTest, ListsForPeopleAndForPrograms) {
   }
 }
 
-const ExtractRow kUnreadableRows[] = {
+struct UnreadableRow {
+  const char* name;
+  std::string bytes;  // of the launcher file
+  std::string error;
+};
+
+const UnreadableRow kUnreadableRows[] = {
     {"index outside", authoring::encodeTrailer(1000),
      "DIR/setup: entry 0 of the file index cannot be read: the file index lies outside the file"},
     {"negative index offset", authoring::encodeTrailer(-1),
@@ -324,7 +230,7 @@ const ExtractRow kUnreadableRows[] = {
 };
 
 TEST_F(PackerTest, SaysWhatIsWrongWithAnIndex) {
-  for (const ExtractRow& row : kUnreadableRows) {
+  for (const UnreadableRow& row : kUnreadableRows) {
     SCOPED_TRACE(row.name);
     write("setup", row.bytes);
     EXPECT_EQ(row.error, errorOf([&] { authoring::readLauncherFile(m_dir / "setup"); }));

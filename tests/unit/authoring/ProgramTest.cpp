@@ -62,16 +62,22 @@ const ProgramRow kProgramRows[] = {
     {"check m.json", 0, "", ""},
     {"check doubtful", 1,
      "doubtful: no instruction script: the launcher says nothing and ends with status -1\n", ""},
-    {"extract setup --output copy", 0, "", ""},
+    {"extract setup --output copy", 0, "copy: 1 file, stub, manifest.json\n",
+     "corvane-pack: warning: the stub is none of ours; pack it again with --any-stub\n"},
+    {"extract setup --file i.tag --output part", 0, "part: 1 file\n", ""},
+    {"extract setup --file i.tag --output -", 0, "INSTRUCTIONS: //\n", ""},
+    {"extract - --id 1 --output - <setup", 0, "INSTRUCTIONS: //\n", ""},
+    {"extract setup --file x --output -", 1, "",
+     "corvane-pack: no file is stored as \"x\"; `corvane-pack list` shows what there is\n"},
     {"list stub", 0, "stub: no embedded files, 5 bytes\n", ""},
     {"list --json stub", 0,
      "{\n  \"size\": 5,\n  \"purpose\": null,\n  \"stub\": null,\n  \"files\": []\n}\n", ""},
     {"extract setup --output copy", 1, "",
-     "corvane-pack: entry 0 (i.tag): a file of that name is there already; nothing was written, "
-     "name "
-     "an empty folder with --output\n"},
-    {"extract setup --output stub", 1, "", "corvane-pack: stub cannot be made: Not a directory\n"},
-    {"extract stub --output empty", 0, "", ""},
+     "corvane-pack: copy is not empty; name a new or an empty folder with --output\n"},
+    {"extract setup --output stub", 1, "",
+     "corvane-pack: stub is a file; name a new or an empty folder with --output\n"},
+    {"extract stub --output empty", 1, "",
+     "corvane-pack: stub carries no files; there is nothing to copy out\n"},
     {"list none", 1, "", "corvane-pack: none: No such file or directory\n"},
     {"check none", 1, "", "corvane-pack: none: No such file or directory\n"},
     {"pack bad.json --stub stub --output x --base a --base b", 1, "",
@@ -172,7 +178,7 @@ TEST_F(NoRoom, FilesMayNotGrow) {
        "corvane-pack: the launcher file cannot be written: File too large\n"},
       {"pack over a file", "pack big.json --stub stub --output setup", "",
        "corvane-pack: the launcher file cannot be written: File too large\n"},
-      {"extract", "extract setup --output room", "i.tag\n",
+      {"extract", "extract setup --output room", "",
        "corvane-pack: room/big cannot be written: File too large\n"},
   };
   const std::string before = test::readFile(m_dir / "setup");
@@ -197,9 +203,9 @@ TEST_F(NoRoom, TheDiskIsFull) {
   const RoomRow rows[] = {
       {"pack", "pack big.json --stub stub --output room/new", "",
        "corvane-pack: the launcher file cannot be written: No space left on device\n"},
-      {"extract", "extract setup --output room", "i.tag\n",
+      {"extract", "extract setup --output room", "",
        "corvane-pack: room/big cannot be written: No space left on device\n"},
-      {"extract into a new folder", "extract setup --output room/new", "new\n",
+      {"extract into a new folder", "extract setup --output room/new", "",
        "corvane-pack: room/new/big cannot be written: No space left on device\n"},
   };
   for (const RoomRow& row : rows) {
@@ -211,6 +217,20 @@ TEST_F(NoRoom, TheDiskIsFull) {
     EXPECT_EQ(row.out, result.out);
     EXPECT_EQ(row.err, result.err);
   }
+}
+
+// --- Taken apart and packed again ---
+
+TEST_F(ProgramTest, MakesTheSampleAgain) {
+  if (access(CORVANE_SAMPLE, R_OK) != 0) {
+    GTEST_SKIP() << "the sample is built with a JDK";
+  }
+  const Result apart = run("extract '" CORVANE_SAMPLE "' --output apart");
+  EXPECT_EQ(0, apart.status);
+  EXPECT_EQ("", apart.err);
+  EXPECT_EQ("apart: 10 files, corvane-launcher-any, manifest.json\n", apart.out);
+  EXPECT_EQ(0, run("pack apart/manifest.json --output again").status);
+  EXPECT_EQ(0, runShell("cmp again '" CORVANE_SAMPLE "'").status);
 }
 
 // --- The stub that is taken when none is named ---

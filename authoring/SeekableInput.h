@@ -1,0 +1,29 @@
+// SeekableInput: opens what a user names as an input, so that it can be read at any place.
+#ifndef CORVANE_AUTHORING_SEEKABLEINPUT_H
+#define CORVANE_AUTHORING_SEEKABLEINPUT_H
+
+#include <string>
+
+#include "tagfile/StreamUtils.h"
+
+namespace authoring {
+
+inline constexpr const char* kStandardStream = "-";
+
+// How messages call the input `path`: "standard input" for "-".
+inline std::string inputLabel(const std::string& path) {
+  return path == kStandardStream ? "standard input" : path;
+}
+
+struct SeekableInput {
+  FilePtr file;
+  bool isCopy = false;  // of a pipe, in a file without a name
+};
+
+// Opens a file, a pipe or standard input ("-") for reading. Throws AuthoringError when it cannot be
+// read, or a pipe gives more than a launcher file can hold.
+SeekableInput openSeekable(const std::string& path);
+
+}  // namespace authoring
+
+#endif
