@@ -34,6 +34,12 @@ PLANTS = [
      "the version stands here, too"),
     ("release without its entry", "CHANGELOG.md", lambda old: "## 0.1\n" + old, "version",
      "the newest entry is not that of"),
+    ("promise without a proof", "docs/promises.md", "\n- **Planted.** So it is.\n", "promises",
+     "a promise is proved by no test"),
+    ("promise whose test is gone", "docs/promises.md",
+     "\n- **Planted.** So it is.\n  Proved by `Planted.Gone`.\n", "promises",
+     "there is no test 'Planted.Gone'"),
+    ("page without promises", "docs/promises.md", lambda old: "", "promises", "no promise was found"),
 ]
 
 
@@ -47,7 +53,7 @@ def plant(row):
     what, file, change, check, wanted = row
     with tempfile.TemporaryDirectory() as scratch:
         copy = pathlib.Path(scratch) / "project"
-        for part in ("src", "authoring", "tools", "messages"):
+        for part in ("src", "authoring", "tools", "messages", "docs"):
             shutil.copytree(PROJECT / part, copy / part)
         shutil.copytree(PROJECT / "tests", copy / "tests", ignore=shutil.ignore_patterns(
             "corpus", "rules_test.py"))
@@ -63,7 +69,7 @@ def plant(row):
 
 def main():
     failures = [failure for failure in (plant(row) for row in PLANTS) if failure]
-    for check in ("rooms", "quirks", "tags", "version"):
+    for check in ("rooms", "quirks", "tags", "version", "promises"):
         status, output = run_check(PROJECT, check)
         if status != 0:
             failures.append(f"the tree itself fails check_{check}:\n{output}")
