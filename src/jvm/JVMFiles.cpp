@@ -132,7 +132,7 @@ void JVMFiles::verifyUnverifiedMatches(JVMMatchPtrDeque& matches) {
   }
 }
 
-// What is asked of is the program that would be run, which need not be the file that was found
+// Asks for the program that would be run, which need not be the file that was found
 // (scan-suffix-without-boundary).
 std::unique_ptr<JVMMatch> JVMFiles::verifyFind(JVMFile& jvmFile, const SString& home) {
   const SString exe = jvmFile.getJVMExe();

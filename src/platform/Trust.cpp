@@ -104,10 +104,10 @@ class Way {
     struct stat entry = {};
     if (lstat(path.c_str(), &entry) != 0) {
       m_isAtEnd = true;
-      return isNobodysToReplace();
+      return isSafeFromReplacement();
     }
     if (S_ISLNK(entry.st_mode)) {
-      return (isTrusted(entry.st_uid, m_trusted) || isNobodysToReplace()) && follow(path);
+      return (isTrusted(entry.st_uid, m_trusted) || isSafeFromReplacement()) && follow(path);
     }
     m_here = path;
     return !m_isRoot || isTrustedEntry(path, entry);
@@ -125,9 +125,9 @@ class Way {
     return true;
   }
 
-  // In a sticky folder everybody can put something into the place of what is missing, and each user
-  // into that of his own link.
-  bool isNobodysToReplace() const {
+  // Of what is missing, and of a link. In a sticky folder everybody can put something into the
+  // place of what is missing, and each user into that of his own link.
+  bool isSafeFromReplacement() const {
     struct stat folder = {};
     const SString name = m_here.empty() ? SString("/") : m_here;
     if (!m_isRoot || lstat(name.c_str(), &folder) != 0) {

@@ -401,11 +401,17 @@ TEST_F(JVMFilesTest, CancelingEndsTheVerification) {
 }
 
 TEST_F(JVMFilesTest, CancelingEndsTheScanForEachName) {
-  const auto files = makeFiles({java("J17", kWants17), java("J1", kWants1)});
-  PlatformTestAccess::setCanceled(true);
-  EXPECT_FALSE(files->foundFile("/opt/jdk/bin/java"));
-  PlatformTestAccess::setCanceled(false);
-  EXPECT_EQ("", takeLog());
+  const auto files =
+      makeFiles({java("J17", kWants17, {{"SEARCH_ALL", {"1"}}}), java("J1", kWants1)});
+  JVMMatchPtrDeque matches;
+  files->search(matches);  // from here on the first jvm file is verified at once
+  takeLog();
+  for (const bool isCanceled : {true, false}) {
+    PlatformTestAccess::setCanceled(isCanceled);
+    EXPECT_EQ(!isCanceled, files->foundFile(sstr(m_dir / "a/jdk/bin/java")));
+    PlatformTestAccess::setCanceled(false);
+    EXPECT_EQ(isCanceled, takeLog().empty());
+  }
 }
 
 TEST_F(JVMFilesTest, CancelingEndsTheSearch) {
