@@ -22,6 +22,16 @@ void printNumber(std::int32_t number) {
   printResult({convertToString(number)});
 }
 
+// The result of a canceled action. The cancel decides how the run ends, also where nobody reads
+// this any more.
+void printNothingFound() {
+  try {
+    printNumber(0);
+  } catch (const LostResult& e) {
+    logMessage(e.getMessage(), LOG_ERROR);
+  }
+}
+
 // QUIRK(first-status-unseen): the status line is written before the console is switched on, so it
 // is not seen when the console was hidden.
 void showSearching(bool showProgress) {
@@ -100,7 +110,7 @@ void Launcher::search(bool showProgress, bool showFailMsg) {
     PlatformImpl::throwIfCanceled();
     printSearchResult();
   } catch (const Canceled&) {
-    printNumber(0);
+    printNothingFound();
     throw;
   } catch (const LostResult&) {
     throw;
@@ -136,7 +146,7 @@ void Launcher::searchAll(bool showProgress, bool showFailMsg) {
     PlatformImpl::throwIfCanceled();
     printMatches(matches);
   } catch (const Canceled&) {
-    printNumber(0);
+    printNothingFound();
     throw;
   } catch (const LostResult&) {
     throw;
@@ -201,7 +211,7 @@ void Launcher::verifyJVM(bool showProgress, bool showFailMsg, const SString& jvm
   try {
     verifyJVM(showProgress, showFailMsg, jvmFile, javaHome);
   } catch (const Canceled&) {
-    printNumber(0);
+    printNothingFound();
     throw;
   }
   printNumber(getLongVariable(resultvariable::kFlag));

@@ -117,6 +117,35 @@ TEST_F(Cancel, TheResultsOfACallingProgram) {
   }
 }
 
+// Ctrl-C ends all of "setup | reader": the launcher's result reaches nobody, and still it ends by
+// the signal.
+TEST_F(Cancel, AResultThatNobodyReadsChangesNothing) {
+  const std::string jvmFile =
+      test::writeFile(dir("java.jvm"), "JVM_EXE: bin/java\nJVM_PROPERTIES: java.version=17\n");
+  embedWaitingJVM();
+  setPrepareChild([] {
+    int ends[2];
+    if (pipe(ends) != 0 || dup2(ends[1], STDOUT_FILENO) == -1) {
+      _exit(124);
+    }
+    close(ends[0]);
+    close(ends[1]);
+  });
+  for (const std::string& action :
+       {std::string("SEARCH\n"), "VERIFY_JVM\nVERIFY_JVM_FILE: " + jvmFile +
+                                     "\nVERIFY_JVM_HOME: " + dir("jvms/slow") + "\n"}) {
+    SCOPED_TRACE(action);
+    const std::string input =
+        test::writeFile(dir("in.tag"), "LOGFILE: " + logFile() + "\nACTION: " + action);
+    const Result result = runAndCancel({"-cv:in", input});
+    EXPECT_EQ(-SIGINT, result.status);
+    EXPECT_TRUE(
+        result.log.ends_with("\nERROR: Cannot write to standard output: Broken pipe\n"
+                             "ERROR: Canceled by the user.\n"))
+        << result.log;
+  }
+}
+
 TEST_F(Cancel, AnInstallerThatRuns) {
   for (const char* command : {"INSTALL_JVM 0", "INSTALL_JVM 1", "INSTALL_JVM 2"}) {
     SCOPED_TRACE(command);
