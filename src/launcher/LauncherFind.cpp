@@ -10,6 +10,7 @@
 #include "launcher/ScriptVariables.h"
 #include "platform/PlatformImpl.h"
 #include "platform/ResultLines.h"
+#include "platform/WriteError.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -114,8 +115,12 @@ void Launcher::search(bool showProgress, bool showFailMsg) {
     throw;
   } catch (const LostResult&) {
     throw;
-  } catch (const LauncherException& e) {
+  } catch (const WriteError& e) {
     logMessage(e.getMessage(), LOG_ERROR);
+    printNumber(0);
+  } catch (const LauncherException&) {
+    // QUIRK(search-fails-silently): a search that fails for another reason prints a 0 and says
+    // nothing, neither on the console nor in the log.
     printNumber(0);
   } catch (const std::bad_alloc&) {
     logMessage(kUnexpected, LOG_ERROR);

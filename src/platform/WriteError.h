@@ -2,9 +2,15 @@
 #ifndef CORVANE_PLATFORM_WRITEERROR_H
 #define CORVANE_PLATFORM_WRITEERROR_H
 
+#include "util/LauncherException.h"
 #include "util/SString.h"
 
-// Throws LauncherException: the file could not be written, then `detail` (the system's error number
+class WriteError : public LauncherException {
+ public:
+  using LauncherException::LauncherException;
+};
+
+// Throws WriteError: the file could not be written, then `detail` (the system's error number
 // in decimal, or nothing), then how to choose a directory with more space.
 [[noreturn]] void throwWriteError(const SString& detail);
 // The same for what returns the system's error number; does nothing for 0.

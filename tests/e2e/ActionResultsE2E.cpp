@@ -159,6 +159,33 @@ TEST_F(ActionResults, SearchesThatFail) {
          {"0\n", message + "0\n", searching + "0\n\n", searching + message + "0\n\n", "0\n"}});
 }
 
+// QUIRK(search-fails-silently)
+TEST_F(ActionResults, WhatTheLogSaysOfSearchesThatFail) {
+  struct Failure {
+    const char* action;
+    std::string tempDir;
+    const char* log;  // after the file index
+  };
+  offer(m_good);
+  const Failure failures[] = {
+      {"SEARCH", dir("none"), "Finding a JVM\n"},
+      {"SEARCH_ALL", dir("none"),
+       "Finding all matching JVMs\n"
+       "ERROR: Unable to search for all JVMs.Cannot use DIR/none as the temp directory because it "
+       "does not exist. Please run the program again using the option -cv:tempdir <temp dir> to "
+       "specify a different directory to use.\n"},
+  };
+  for (const Failure& failure : failures) {
+    SCOPED_TRACE(failure.action);
+    fs::remove(logFile());
+    const std::string input = test::writeFile(
+        dir("in.tag"), "LOGFILE: " + logFile() + "\nACTION: " + failure.action + "\n");
+    const Result result = runBare({"-cv:tempdir", failure.tempDir, "-cv:in", input});
+    EXPECT_EQ("0\n", result.out);
+    EXPECT_EQ(failure.log, normalised(withoutIndex(result.log), scratch()));
+  }
+}
+
 // Whoever called waits for an answer, also when no memory is left for what is looked for.
 TEST_F(ActionResults, ASearchThatFailsUnexpectedly) {
 #ifdef __SANITIZE_ADDRESS__
