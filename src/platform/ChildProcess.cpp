@@ -163,7 +163,6 @@ ProcessResult ChildProcess::wait() {
     heedSignals();
     keepTrialInTime();
   }
-  readOutputs();
   finish();
   return std::move(m_result);
 }
@@ -242,6 +241,8 @@ void ChildProcess::readOutputs() {
 }
 
 void ChildProcess::finish() {
+  m_captures[0].readRest(m_result.output);
+  m_captures[1].readRest(m_result.errors);
   for (OutputCapture& capture : m_captures) {
     capture.countRest();
     m_result.chunks += capture.chunkCount();

@@ -1,5 +1,6 @@
 #include "platform/OutputCapture.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -22,9 +23,20 @@ bool OutputCapture::redirect(int fd) const {
 }
 
 void OutputCapture::readSome(KeptText& text) {
+  read(text, kBytesPerTurn);
+}
+
+void OutputCapture::readRest(KeptText& text) {
+  int waiting = 0;
+  if (isOpen() && ioctl(readEnd(), FIONREAD, &waiting) == 0 && waiting > 0) {
+    read(text, static_cast<std::size_t>(waiting));
+  }
+}
+
+void OutputCapture::read(KeptText& text, std::size_t size) {
   char chunk[kChunkSize];
-  for (std::size_t done = 0; done < kBytesPerTurn && isOpen();) {
-    const ssize_t result = read(readEnd(), chunk, kChunkSize);
+  for (std::size_t done = 0; done < size && isOpen();) {
+    const ssize_t result = ::read(readEnd(), chunk, kChunkSize);
     if (result == -1 && errno == EINTR) {
       continue;
     }

@@ -25,8 +25,11 @@ class OutputCapture {
 
   // For the launcher, once the child has its own copy.
   void beginReading() { m_pipe.beginReading(); }
-  // Reads what is there into `text`, at most as much as a pipe holds.
+  // Reads what is there into `text`, at most as much as a pipe usually holds.
   void readSome(KeptText& text);
+  // The same without that limit, but not what is written meanwhile: it ends also when somebody
+  // writes for ever.
+  void readRest(KeptText& text);
   // Counts the chunk that has been collected long enough.
   void countDrops(Clock::time_point now);
   // Counts what has been collected, as nothing follows for now.
@@ -37,6 +40,7 @@ class OutputCapture {
   void close() { m_pipe.closeReadEnd(); }
 
  private:
+  void read(KeptText& text, std::size_t size);
   void collect(std::size_t count);  // bytes that were read
 
   Pipe m_pipe;

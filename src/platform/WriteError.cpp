@@ -1,5 +1,7 @@
 #include "platform/WriteError.h"
 
+#include <cerrno>
+
 #include "platform/PlatformImpl.h"
 #include "tagfile/TextUtils.h"
 
@@ -9,6 +11,9 @@ void throwWriteError(const SString& detail) {
 }
 
 void throwIfNotWritten(int error) {
+  if (error == EINTR) {
+    PlatformImpl::throwIfCanceled();
+  }
   if (error != 0) {
     throwWriteError(convertToString(error));
   }

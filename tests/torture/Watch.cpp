@@ -33,6 +33,16 @@ std::vector<char*> pointersTo(std::vector<std::string>& words) {
   return pointers;
 }
 
+// What a job in the background, or nohup(1), ignores would be ignored by the launcher, too.
+void resetSignals() {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) {
+    std::signal(signal, SIG_DFL);
+  }
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
 [[noreturn]] void become(const Command& command, bool traced) {
   std::vector<std::string> words{command.program};
   words.insert(words.end(), command.arguments.begin(), command.arguments.end());
@@ -40,9 +50,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& words) {
   for (const auto& [name, value] : command.environment) {
     variables.push_back(name + "=" + value);
   }
-  sigset_t none;
-  sigemptyset(&none);
-  sigprocmask(SIG_SETMASK, &none, nullptr);
+  resetSignals();
   setsid();
   umask(022);
   const rlimit noCore = {0, 0};

@@ -1,9 +1,11 @@
 // One captured stream: what a read keeps, and what counts as a chunk for the progress.
 #include "platform/OutputCapture.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <string>
 #include <thread>
 #include <vector>
@@ -81,6 +83,28 @@ TEST(OutputCaptureTest, WhatIsReadAndCounted) {
               }));
     EXPECT_EQ(row.text, std::string(text.text()));
   }
+}
+
+// A command can enlarge its pipe, and somebody may go on writing when it has ended.
+TEST(OutputCaptureTest, TheRestIsAllThatIsThere) {
+  OutputCapture capture;
+  ASSERT_TRUE(capture.open());
+  const int writeEnd = dup(capture.writeEnd());
+  std::size_t size = 65536;
+#ifdef F_SETPIPE_SZ
+  size = static_cast<std::size_t>(std::max(fcntl(writeEnd, F_SETPIPE_SZ, 1 << 20), 65536));
+#endif
+  capture.beginReading();
+  const std::string bytes(size, 'x');
+  ASSERT_EQ(static_cast<ssize_t>(size), write(writeEnd, bytes.data(), size));
+  KeptText text;
+  progressOf([&] { capture.readRest(text); });
+  EXPECT_EQ(size, text.text().size());
+  EXPECT_TRUE(capture.isOpen());
+  capture.readRest(text);
+  close(writeEnd);
+  capture.readRest(text);
+  EXPECT_EQ(size, text.text().size());
 }
 
 TEST(OutputCaptureTest, DropsCountTenMillisecondsAfterTheFirst) {
