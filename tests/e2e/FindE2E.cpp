@@ -45,6 +45,37 @@ class Find : public LauncherTest {
   }
 };
 
+// As the sample's jvm files and launch script do it.
+TEST_F(Find, ArgumentsForTheVerificationAlone) {
+  const std::string verifyArgs = "VERIFY_ARGS: \"-Xint \"\n";
+  for (const bool hasThem : {true, false}) {
+    SCOPED_TRACE(hasThem);
+    forgetFiles();
+    embed(FILE_TYPE_JVM, 10, "a.jvm",
+          "JVM_EXE: bin/java\nJVM_PROPERTIES: java.version = 17...\nCLASSPATH_SEPARATOR: :\n"
+          "PATH_HINT: " +
+              makeJVM("java", "17.0.1") + "\nREQ_JAVA_ARGS: -ea\n" +
+              (hasThem ? verifyArgs + "CLASSPATH: \"@VERIFY_ARGS@-cp \"\n"
+                       : "CLASSPATH: \"-cp \"\n"));
+    embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+    embed(
+        FILE_TYPE_LAUNCH_SCRIPT, 2, "setup.lsc",
+        "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" %IF_EXISTS%(\"VERIFY_ARGS\",\"@\")%CP%(\"a.jar\") "
+        "%RUNTIME_JAVAARGS%() Wizard\n");
+    embedInstructions({"FIND_JVM 0 0", "LAUNCH @S2@ 0"});
+    pack();
+    const std::string log = normalised(run().log, scratch());
+    const std::string asked = hasThem ? " -Xint -cp " : " -cp ";
+    EXPECT_NE(std::string::npos,
+              log.find("command: \"DIR/jvms/java/bin/java\"" + asked +
+                       "\"DIR/temp/cvj#/verify.jar\"  -ea \"Verify\" java.version in working"));
+    EXPECT_NE(
+        std::string::npos,
+        log.find("command: exec \"DIR/jvms/java/bin/java\" -cp a.jar  -ea Wizard in working"));
+    std::filesystem::remove(logFile());
+  }
+}
+
 TEST_F(Find, StrategiesInOrder) {
   makeJVM("old", "1.8.0");
   const std::string good = makeJVM("good", "17.0.2");

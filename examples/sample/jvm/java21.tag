@@ -28,7 +28,8 @@ PATH_HINT:
   /Library/Java/JavaVirtualMachines/temurin-21.jdk/Contents/Home
 /:
 
-CLASSPATH: "-cp "
+VERIFY_ARGS: "-Xint "
+CLASSPATH: "@VERIFY_ARGS@-cp "
 CLASSPATH_SEPARATOR: ":"
 SYSTEM: -D
 SYSTEM_SEPARATOR: "="

@@ -3,7 +3,7 @@ DESC: Java 8
 JVM_EXE: bin/java
 
 JVM_PROPERTIES:
-  java.version = 1.8...
+  java.specification.version = 1.8
 /:
 
 PLATFORM_HINT:
@@ -28,7 +28,8 @@ PATH_HINT:
   /Library/Java/JavaVirtualMachines/temurin-8.jdk/Contents/Home
 /:
 
-CLASSPATH: "-cp "
+VERIFY_ARGS: "-Xint "
+CLASSPATH: "@VERIFY_ARGS@-cp "
 CLASSPATH_SEPARATOR: ":"
 SYSTEM: -D
 SYSTEM_SEPARATOR: "="
