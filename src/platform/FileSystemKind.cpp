@@ -8,12 +8,12 @@ namespace {
 // Of Linux, macOS and the BSDs. Not here: what holds files in memory (tmpfs, devtmpfs, overlay) and
 // what several machines share as a disk (ocfs2, gfs2).
 constexpr std::string_view kPseudo[] = {
-    "bdev",      "binder",     "binfmt_misc", "bpf",      "cgroup",    "cgroup2",    "configfs",
-    "cpuset",    "debugfs",    "devfs",       "devpts",   "dlmfs",     "efivarfs",   "fdesc",
-    "fdescfs",   "functionfs", "fusectl",     "gadgetfs", "hugetlbfs", "kernfs",     "linprocfs",
-    "linsysfs",  "mqueue",     "mqueuefs",    "nfsd",     "nsfs",      "openpromfs", "pipefs",
-    "proc",      "procfs",     "pstore",      "ptyfs",    "resctrl",   "rpc_pipefs", "securityfs",
-    "selinuxfs", "smackfs",    "sockfs",      "spufs",    "sysfs",     "tracefs",    "usbfs",
+    "bdev",       "binder",   "binfmt_misc", "bpf",       "cgroup",      "cgroup2",    "configfs",
+    "cpuset",     "debugfs",  "devfs",       "devpts",    "efivarfs",    "fdesc",      "fdescfs",
+    "functionfs", "fusectl",  "gadgetfs",    "hugetlbfs", "kernfs",      "linprocfs",  "linsysfs",
+    "mqueue",     "mqueuefs", "nfsd",        "nsfs",      "ocfs2_dlmfs", "openpromfs", "pipefs",
+    "proc",       "procfs",   "pstore",      "ptyfs",     "resctrl",     "rpc_pipefs", "securityfs",
+    "selinuxfs",  "smackfs",  "sockfs",      "spufs",     "sysfs",       "tracefs",    "usbfs",
     "xenfs",
 };
 

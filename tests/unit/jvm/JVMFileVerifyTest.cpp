@@ -6,6 +6,7 @@
 #include "jvm/JVMFile.h"
 #include "jvm/JVMMatch.h"
 #include "jvm/VerifyClass.h"
+#include "platform/TrialLimits.h"
 #include "support/JVMSupport.h"
 #include "support/TestAccess.h"
 
@@ -381,6 +382,14 @@ TEST_F(VerifyTest, RefusesWhatCannotBeStarted) {
       "ERROR: Invalid magic value: \n\n",
       log.substr(std::min(log.size(), log.find("Output from"))));
   EXPECT_EQ(0u, test::callsOfFakeJVM(home).size());
+}
+
+// What docs/jvm-file.md promises. The tests of trials link shorter limits.
+TEST_F(VerifyTest, HasTheseLimits) {
+  EXPECT_EQ(milliseconds(60'000), kTrialLimits.duration);
+  EXPECT_EQ(milliseconds(2'000), kTrialLimits.untilKilled);
+  EXPECT_EQ(milliseconds(1'000), kTrialLimits.forStragglers);
+  EXPECT_EQ(std::size_t{1'048'576}, kTrialLimits.outputSize);
 }
 
 // --- The home that the jvm file itself names ---

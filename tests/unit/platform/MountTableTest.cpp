@@ -33,6 +33,7 @@ const KindRow kKindRows[] = {
     {"proc", FileSystemKind::Pseudo},
     {"sysfs", FileSystemKind::Pseudo},
     {"cgroup2", FileSystemKind::Pseudo},
+    {"ocfs2_dlmfs", FileSystemKind::Pseudo},
     {"fusectl", FileSystemKind::Pseudo},
     {"Proc", FileSystemKind::Storage},
     {"procx", FileSystemKind::Storage},

@@ -106,6 +106,16 @@ TEST(ProcessTest, CapturesWhatACommandWrites) {
   }
 }
 
+TEST(ProcessTest, TheFirstAndTheLastEightMebibytesOfEachStreamAreKept) {
+  PlatformImpl::setSilent(true);
+  const ProcessResult result =
+      test::runCaptured("yes 1234567 | head -c 20000000; yes 7654321 | head -c 16777216 >&2");
+  const std::string eight = repeat("1234567\n", std::size_t{1} << 20);
+  EXPECT_TRUE(eight + "[3222784 bytes left out]\n" + eight == std::string(result.output.text()));
+  EXPECT_EQ(0U, result.errors.leftOut());
+  EXPECT_EQ(std::size_t{16} << 20, result.errors.text().size());
+}
+
 TEST(ProcessTest, ExitCodesAreTheSameWithoutCapture) {
   for (const CommandRow& row : kCommandRows) {
     SCOPED_TRACE(row.name);
