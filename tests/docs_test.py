@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Checks that docs/troubleshooting.md and the launcher's texts agree.
+"""Checks that docs/troubleshooting.md and the launcher's texts agree, and corvane-launcher(1) and the
+launcher's options.
 
 Usage: docs_test.py PROJECT
 
 Every text that the page explains, `**`text {place}`**`, must be made of string literals of src/ and
 entries of the message catalogue; and every literal and entry that reads like words must stand on the
-page. Prints each problem and ends with status 1 when there is any.
+page. The manual page must name every option. Prints each problem and ends with status 1 when there is any.
 """
 import pathlib
 import re
@@ -14,6 +15,7 @@ import sys
 EXPLAINED = re.compile(r"\*\*`([^`]+)`\*\*")
 PLACE = re.compile(r"\{\w+\}")
 FORMAT = re.compile(r"%l?[sd]")
+OPTION = re.compile(r'^ *\{"(-[a-z:]+)", (?:true|false),', re.MULTILINE)
 WORDS = re.compile(r"[A-Za-z]{2,} [A-Za-z]{2,}")
 # A comment, or string literals that the compiler joins.
 TOKEN = re.compile(r'//[^\n]*|"(?:[^"\\\n]|\\.)*"(?:\s*"(?:[^"\\\n]|\\.)*")*|\'(?:[^\'\\]|\\.)\'')
@@ -58,12 +60,22 @@ def is_made_of(text, parts):
     return len(text) in reached
 
 
+def options_that_the_manual_lacks(root):
+    manual = (root / "docs" / "man" / "corvane-launcher.1.in").read_text().replace("\\-", "-")
+    options = OPTION.findall((root / "src" / "launcher" / "LauncherCmdLine.cpp").read_text())
+    if len(options) < 10:
+        yield f"only {len(options)} options were found in src/launcher/LauncherCmdLine.cpp"
+    for option in options:
+        if not re.search(re.escape(option) + r"(?![\w:-])", manual):
+            yield f"docs/man/corvane-launcher.1.in does not name the option {option}"
+
+
 def main():
     root = pathlib.Path(sys.argv[1])
     page = re.sub(r"\n\s*", " ", (root / "docs" / "troubleshooting.md").read_text())
     catalogue = set(catalogue_texts(root))
     texts = {part for text in source_texts(root) | catalogue for part in FORMAT.split(text) if part}
-    problems = []
+    problems = list(options_that_the_manual_lacks(root))
     for explained in EXPLAINED.findall(page):
         for piece in PLACE.split(explained):
             if piece.strip() and not is_made_of(piece, texts):

@@ -251,6 +251,10 @@ TEST_F(ProgramTest, FindsTheInstalledStub) {
   EXPECT_EQ("\n", test::readFile(m_dir / "out.txt"));
   const std::string listed = run("list setup").out;
   EXPECT_NE(std::string::npos, listed.find(", stub corvane-launcher-any ")) << listed;
+  for (const char* page : {"corvane-launcher", "corvane-pack"}) {
+    const std::string installed = "prefix/share/man/man1/" + std::string(page) + ".1";
+    EXPECT_EQ(0, runShell("grep '\"Corvane " CORVANE_VERSION "\"' " + installed).status);
+  }
 }
 
 // The bare launcher of the build stands beside the program.
