@@ -69,10 +69,10 @@ void ChildProcess::passOn(int signal, volatile Unheard& unheard) {
 }
 
 // True when our shell ended before a signal was passed to its command: it had the signal itself,
-// and ended without a command.
+// and ended without a command. QUIT ends no shell of ours, and cancels nothing.
 bool ChildProcess::hasMissedCommand() const {
   const bool isNew = Clock::now() < m_startedAt + kNewcomer;
-  return m_isCommandAwaited || (isNew && hasUnheardSignals());
+  return PlatformImpl::isCanceled() && (m_isCommandAwaited || (isNew && hasUnheardSignals()));
 }
 
 // The shell passes nothing on to its command, so both are sent the signal; the shell first, so that

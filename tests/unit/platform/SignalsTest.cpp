@@ -305,6 +305,18 @@ TEST(SignalsTest, AnIgnoredSignalDoesNotDisturbAChild) {
   EXPECT_EQ(" code 4 canceled 0", launcher.output());
 }
 
+// The shell itself reads: it has started nothing yet that could be told.
+TEST(SignalsTest, QuitBeforeTheFirstCommandChangesNoStatus) {
+  const Gates gates;
+  OwnProcess launcher([] { runLauncher("echo ready > $READY; read x < $GO; exit 0", true); });
+  gates.awaitReady();
+  kill(launcher.pid(), SIGQUIT);
+  usleep(50'000);
+  gates.open();
+  EXPECT_EQ("exit 0", launcher.end());
+  EXPECT_EQ(" code 0 canceled 0", launcher.output());
+}
+
 #if defined(_POSIX_TIMERS) && _POSIX_TIMERS > 0
 // A timer's signal, like the terminal's, is not sent by a process.
 TEST(SignalsTest, WhatNoProcessSentIsNotPassedOn) {
