@@ -37,11 +37,12 @@ LauncherException systemError(const SString& text, int errorNumber) {
 
 // Precedes each command. A shell that waits for its command survives HUP, INT and TERM, then starts
 // nothing more and reports how the command ended. A signal that comes before the command gives
-// 128 + n. QUIT is for the command alone. The command itself is not protected. Only where we can
-// send it the signal.
+// 128 + n, also while the traps are exchanged: a shell heeds it between two of them. QUIT is for
+// the command alone. The command itself is not protected. Only where we can send it the signal.
 #ifdef __linux__
 constexpr char kSurviveSignals[] =
-    "trap 'exit 129' 1; trap 'exit 130' 2; trap 'exit 143' 15; trap : 3; trap 'exit' 1 2 15; ";
+    "trap 'exit 129' 1; trap 'exit 130' 2; trap 'exit 143' 15; trap : 3; "
+    "trap exit 1; trap exit 2; trap exit 15; ";
 #else
 constexpr char kSurviveSignals[] = "";
 #endif

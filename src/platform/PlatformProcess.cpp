@@ -29,6 +29,7 @@ void PlatformImpl::replaceProcess(const StringDeque& words) {
   std::fflush(stdout);
   if (arguments[0] != nullptr) {
     const SignalHold signals;
+    signals.deliverHeld();
     throwIfCanceled();
     signals.restoreInherited();
     execvp(arguments[0], arguments.data());

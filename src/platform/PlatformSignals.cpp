@@ -215,11 +215,15 @@ void SignalHold::restoreInherited() const {
 void SignalHold::waitForInput(pollfd* entries, nfds_t count, Clock::time_point until) const {
   timespec buffer;
   if (waitWithMask(entries, count, timeUntil(until, buffer), &m_waitMask) > 0) {
-    // Input was ready at once, so no signal was delivered. Deliver it now, or endless output would
-    // keep it out for ever.
-    sigprocmask(SIG_SETMASK, &m_waitMask, nullptr);
-    sigprocmask(SIG_SETMASK, &m_heldMask, nullptr);
+    // Input was ready at once, so no signal was delivered: endless output would keep it out for
+    // ever.
+    deliverHeld();
   }
+}
+
+void SignalHold::deliverHeld() const {
+  sigprocmask(SIG_SETMASK, &m_waitMask, nullptr);
+  sigprocmask(SIG_SETMASK, &m_heldMask, nullptr);
 }
 
 void PlatformImpl::prepareProcess() {

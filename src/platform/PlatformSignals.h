@@ -2,7 +2,7 @@
 // waited for.
 //
 // Between its construction and its end INT, TERM, HUP, QUIT and CHLD are delivered only inside
-// `waitForInput`. So a signal can neither fall between the fork and the note of the child's number,
+// `waitForInput` and `deliverHeld`. So a signal can neither fall between the fork and the note of the child's number,
 // nor be missed by a wait that is about to begin. Objects must not be nested.
 #ifndef CORVANE_PLATFORM_PLATFORMSIGNALS_H
 #define CORVANE_PLATFORM_PLATFORMSIGNALS_H
@@ -27,6 +27,8 @@ class SignalHold {
   // Waits, at no cost, until a descriptor has input (or is at its end), a signal has been handled
   // (the end of a child is such a signal) or the time has come.
   void waitForInput(pollfd* entries, nfds_t count, Clock::time_point until = kNever) const;
+  // Delivers what has come.
+  void deliverHeld() const;
 
  private:
   struct sigaction m_actions[SignalState::kSignalCount];

@@ -7,6 +7,11 @@
 
 #include "support/OwnProcess.h"
 
+#ifdef __linux__
+#include <sched.h>
+#include <sys/mount.h>
+#endif
+
 // The filter below is written for one processor's system calls.
 #if defined(__linux__) && defined(__x86_64__)
 #define CORVANE_HAS_FILTER
@@ -65,6 +70,16 @@ bool forbidWaiting() {
 bool forbidRedirection() {
 #ifdef CORVANE_HAS_FILTER
   return forbidCall(SYS_dup2, EBUSY);
+#else
+  return false;
+#endif
+}
+
+bool hideProc() {
+#ifdef __linux__
+  return (unshare(CLONE_NEWNS) == 0 || unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0) &&
+         mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+         mount("none", "/proc", "tmpfs", 0, nullptr) == 0;
 #else
   return false;
 #endif

@@ -14,6 +14,8 @@ bool forbidProcesses();
 bool forbidWaiting();
 // dup2(2) fails with EBUSY.
 bool forbidRedirection();
+// There is no /proc. An ordinary user may have that in a user namespace of his own.
+bool hideProc();
 
 void closeAllDescriptorsButStandardOnes();
 

@@ -132,6 +132,8 @@ class Attack {
       m_harm.toChild = toChild;
     }
     m_harm.toChild = m_harm.toChild && toChild;
+    m_harm.toChildFirst = m_harm.toChildFirst || (toChild && !m_isCanceled);
+    m_isCanceled = m_isCanceled || (!toChild && shot.signal != SIGQUIT);
     m_harm.signals.push_back(shot.signal);
   }
 
@@ -164,6 +166,7 @@ class Attack {
   std::uint64_t m_serial = 0;
   int m_callsSince = 0;
   Harm m_harm;
+  bool m_isCanceled = false;
   std::string m_where;
 };
 

@@ -19,8 +19,9 @@ struct Harm {
 
   // Signals, in their order.
   std::vector<int> signals;
-  bool handled = false;  // the launcher had its handlers when the first one came
-  bool toChild = false;  // the launcher itself got none
+  bool handled = false;       // the launcher had its handlers when the first one came
+  bool toChild = false;       // the launcher itself got none
+  bool toChildFirst = false;  // a child had one before the launcher had one that cancels
 };
 
 // One line for each thing that is not as it must be; `reference` is a run that nothing was done to.

@@ -18,6 +18,7 @@
 #include "platform/PlatformSignals.h"
 #include "support/Commands.h"
 #include "support/OwnProcess.h"
+#include "support/Restrictions.h"
 #include "support/TestAccess.h"
 #include "support/TestFiles.h"
 #include "util/LauncherException.h"
@@ -256,11 +257,12 @@ void runLauncher(const std::string& command, bool captures) {
               PlatformImpl::isCanceled() ? 1 : 0);
 }
 
-std::string signalLauncher(const ChildRow& row, Way way) {
+std::string signalLauncher(const ChildRow& row, Way way, bool (*prepare)() = nullptr) {
   const Gates gates;
   const bool isBelow = (way & kBelowOurShell) != 0;
   const test::ScopedEnvironment inner("INNER", row.command.c_str());
   OwnProcess launcher([&] {
+    static_cast<void>(prepare == nullptr || prepare());
     runLauncher(isBelow ? "exec 2>/dev/null; sh -c \"$INNER\"" : row.command,
                 (way & (kCaptured | kCapturedBelow)) != 0);
   });
@@ -287,6 +289,45 @@ TEST(SignalsTest, SignalsWhileAChildRuns) {
     for (const Way way : {kPlain, kCaptured, kPlainBelow, kCapturedBelow}) {
       if ((row.ways & way) != 0) {
         EXPECT_EQ(row.output, signalLauncher(row, way)) << "way " << way;
+      }
+    }
+  }
+}
+
+// Without /proc the launcher knows the shell alone, and not what the shell has started.
+const ChildRow kUnknownChildRows[] = {
+    {.name = "the shell hears of it",
+     .command = kGate + "trap 'exit 9' TERM; " + kStay,
+     .signals = {SIGTERM},
+     .ways = kByOurShell,
+     .gate = Gate::OpensAtTheEnd,
+     .output = " code 9 canceled 1"},
+    {.name = "the shell waits for a command that does not",
+     .command = kGate + "trap 'exit 9' TERM; " + kStay + "exit 4",
+     .signals = {SIGTERM},
+     .ways = kBelowOurShell,
+     .gate = Gate::Opens,
+     .output = " code 4 canceled 1"},
+    {.name = "the second ends the shell",
+     .command = kGate + "trap 'echo ready > $READY' TERM; trap '' INT; " + kStay,
+     .signals = {SIGTERM, SIGINT},
+     .ways = kByOurShell,
+     .gate = Gate::OpensAtTheEnd,
+     .output = " code 137 canceled 1"},
+};
+
+TEST(SignalsTest, SignalsWhileAChildRunsThatNobodyCanLookAt) {
+#ifdef CORVANE_CROSS_BUILD
+  GTEST_SKIP() << "an emulated child hears signals late";
+#endif
+  if (outputOf([] { std::printf("%d", test::hideProc() ? 1 : 0); }) != "1") {
+    GTEST_SKIP() << "/proc cannot be hidden here";
+  }
+  for (const ChildRow& row : kUnknownChildRows) {
+    SCOPED_TRACE(row.name);
+    for (const Way way : {kPlain, kCaptured, kPlainBelow, kCapturedBelow}) {
+      if ((row.ways & way) != 0) {
+        EXPECT_EQ(row.output, signalLauncher(row, way, test::hideProc)) << "way " << way;
       }
     }
   }
