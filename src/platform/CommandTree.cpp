@@ -115,8 +115,9 @@ bool CommandTree::endOnce(pid_t shell) const {
     if (!isDead(process) && kill(process, SIGKILL) == 0) {
       isGone = false;
     }
-    const std::vector<pid_t> children = childrenOf(process);
-    pending.insert(pending.end(), children.begin(), children.end());
+    for (const pid_t child : childrenOf(process)) {
+      pending.push_back(child);
+    }
   }
   for (const pid_t process : childrenOf(getpid())) {
     if (process != shell && !contains(m_strangers, process)) {

@@ -434,7 +434,7 @@ TEST_F(CommandLine, ExtractAmongOthers) {
 }
 
 TEST_F(CommandLine, ABareStubHasNoScript) {
-  test::writeScript(launcherPath(), test::readFile(CORVANE_STUB));
+  test::writeScript(launcherPath(), test::readFile(stubOf(CORVANE_STUB)));
   usePackedFile();
   const Result result = run();
   EXPECT_EQ(255, result.status);

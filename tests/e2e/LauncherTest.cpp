@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <iterator>
 #include <thread>
@@ -46,7 +47,17 @@ std::string readIfThere(const std::string& path) {
   return fs::exists(path) ? test::readFile(path) : std::string();
 }
 
+std::string environmentVariable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? std::string() : value;
+}
+
 }  // namespace
+
+std::string stubOf(const std::string& built) {
+  const std::string folder = environmentVariable("CORVANE_TEST_STUBS");
+  return folder.empty() ? built : folder + "/" + fs::path(built).filename().string();
+}
 
 bool waitForFile(const std::string& path) {
   return waitUntil(std::chrono::seconds(10), [&path] { return fs::exists(path); });
@@ -79,7 +90,7 @@ std::string withoutIndex(const std::string& log) {
   return rest;
 }
 
-LauncherTest::LauncherTest() : m_stub(CORVANE_STUB), m_launcherPath(dir("app/setup")) {
+LauncherTest::LauncherTest() : m_stub(stubOf(CORVANE_STUB)), m_launcherPath(dir("app/setup")) {
   for (const char* name : {"app", "temp", "current", "trap", "jvms"}) {
     fs::create_directories(dir(name));
   }
@@ -175,8 +186,12 @@ pid_t LauncherTest::start(const std::vector<std::string>& args) {
   std::vector<std::string> environment;
   std::transform(m_env.begin(), m_env.end(), std::back_inserter(environment),
                  [](const auto& entry) { return entry.first + "=" + entry.second; });
-  const std::string path = m_startPath.empty() ? m_launcherPath : m_startPath;
+  std::string path = m_startPath.empty() ? m_launcherPath : m_startPath;
   std::vector<std::string> words{m_programName.value_or(path)};
+  if (const std::string emulator = environmentVariable("CORVANE_TEST_EMULATOR"); !emulator.empty()) {
+    words = {emulator, "-0", words[0], path};
+    path = emulator;
+  }
   words.insert(words.end(), args.begin(), args.end());
   const auto pointers = [](std::vector<std::string>& strings) {
     std::vector<char*> result;

@@ -37,6 +37,11 @@ struct Result {
   std::string log;  // empty when there is no log file
 };
 
+// A stub of this build. With CORVANE_TEST_STUBS in the environment it is the one of the same name
+// in that folder, which may be for another machine; CORVANE_TEST_EMULATOR then names the program
+// that runs it.
+std::string stubOf(const std::string& built);
+
 class LauncherTest : public ::testing::Test {
  protected:
   LauncherTest();
@@ -58,7 +63,7 @@ class LauncherTest : public ::testing::Test {
   void embedSetup(const std::string& wizard);
   void setPurpose(int purpose) { m_purpose = purpose; }
   // The bare launcher in front of the embedded files, where it is not the usual one.
-  void setStub(const std::string& path) { m_stub = path; }
+  void setStub(const std::string& path) { m_stub = stubOf(path); }
 
   // A JVM whose java is a shell script: asked to verify it reports the version, asked to run the
   // wizard it runs `wizard` (shell commands; "$@" are java's arguments). Returns its home.

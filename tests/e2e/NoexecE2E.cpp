@@ -72,7 +72,7 @@ TEST_F(Noexec, AnInstallerThatMayNotRunIsTold) {
 
 TEST_F(Noexec, AHandOverThatMayNotRunLeavesTheRunAsItWas) {
   embedSetup("exit 6");
-  embed(FILE_TYPE_LAUNCHER, 9, "inner", test::readFile(CORVANE_STUB));
+  embed(FILE_TYPE_LAUNCHER, 9, "inner", test::readFile(stubOf(CORVANE_STUB)));
   forgetFiles(FILE_TYPE_INSTRUCTIONS);
   embedInstructions({"FIND_JVM 0 0", "EXECUTE_LAUNCHER 3", "LAUNCH @S2@ 0"});
   EXPECT_EQ(6, run().status);

@@ -204,7 +204,7 @@ TEST_F(Run, BadLauncherFiles) {
   const auto trailer = [](std::int64_t offset) {
     return test::bigEndian32(offset) + "\xCA\x82\xCA\x82";
   };
-  const std::string stub = test::readFile(CORVANE_STUB);
+  const std::string stub = test::readFile(stubOf(CORVANE_STUB));
   const auto size = static_cast<std::int64_t>(stub.size());
   const auto file = [&](const std::string& tail) {
     return [this, &stub, tail] { test::writeScript(launcherPath(), stub + tail); };
