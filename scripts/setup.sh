@@ -69,6 +69,7 @@ test      file                   has file
 test      procps                 has ps
 test      shellcheck             has shellcheck
 optional  g++-powerpc-linux-gnu  has powerpc-linux-gnu-g++
+optional  g++-aarch64-linux-gnu  has aarch64-linux-gnu-g++
 optional  qemu-user              has qemu-ppc
 locales   locales                has_locale_sources
 ROWS

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Sets up, builds and runs every test: the rules of the house, the linters, the release build, the
-# build with the address and undefined-behaviour sanitizers, the big-endian build where there are the
-# tools for it, and the demo. The last line counts them all; the exit status is 0 when none failed.
+# build with the address and undefined-behaviour sanitizers, the big-endian build and the stubs for
+# aarch64 where there are the tools for it, and the demo. The last line counts them all; the exit status is 0 when none failed.
 #
 # Usage: scripts/test.sh
 set -uo pipefail
@@ -89,6 +89,38 @@ test_big_endian() {
     fi
 }
 
+# What the emulator cannot show: a launcher that starts another one (the system would have to know the
+# emulator), limits on memory and borrowed rights (they meet the emulator), a session's end (the
+# emulator keeps the signal), and tests whose stubs or roots hold nothing for the emulator.
+not_emulated=Scan*:*HandOver*:*HandedOver*:Failures.WithoutMemory*:Failures.WithBorrowedRights*
+not_emulated+=:ActionResults.ASearchThatFailsUnexpectedly:Run.UnderNohup*:Cancel.TheSecondSignal*
+not_emulated+=:Find.JvmsThat*:*AskedOnce*
+
+end_to_end_on_aarch64() {
+    local shard status=0 jobs=()
+    for shard in 0 1; do
+        CORVANE_TEST_STUBS=$root/build/aarch64/bin CORVANE_TEST_EMULATOR=$(command -v qemu-aarch64) \
+            GTEST_TOTAL_SHARDS=2 GTEST_SHARD_INDEX=$shard \
+            "$root/build/release/bin/e2e" --gtest_brief=1 --gtest_filter="-$not_emulated" &
+        jobs+=($!)
+    done
+    for shard in "${jobs[@]}"; do
+        wait "$shard" || status=1
+    done
+    return "$status"
+}
+
+test_aarch64() {
+    if ! has aarch64-linux-gnu-g++ || ! has qemu-aarch64; then
+        say "No tests on aarch64: g++-aarch64-linux-gnu or qemu-user is missing"
+        skipped=$((skipped + 1))
+    elif build aarch64 corvane-launcher corvane-launcher-any; then
+        check "End to end on aarch64" end_to_end_on_aarch64
+    else
+        fail "build of the preset aarch64"
+    fi
+}
+
 demo_without_jvm() { ! "$root/scripts/demo.sh" --no-jvm; }
 
 finish() {
@@ -114,6 +146,7 @@ test_preset release
 test_whole release
 test_preset asan
 test_big_endian
+test_aarch64
 check "Torture, a choice of its cases" "$root/scripts/torture.sh" --short
 check "The demo" "$root/scripts/demo.sh"
 check "The demo once more" "$root/scripts/demo.sh"
