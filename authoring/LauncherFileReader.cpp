@@ -42,8 +42,8 @@ LauncherFile readLauncherFile(const std::string& path) {
   LauncherFile launcher;
   SeekableInput input = openSeekable(path);
   launcher.file = std::move(input.file);
-  launcher.state =
-      FileState(launcher.file.get(), input.isCopy || path == kStandardStream ? "" : path);
+  launcher.isStream = input.isStream;
+  launcher.state = FileState(launcher.file.get(), input.isStream ? "" : path);
   const std::optional<std::int32_t> indexOffset = findFileIndex(launcher.file.get());
   launcher.size = fseeko(launcher.file.get(), 0, SEEK_END) == 0 ? ftello(launcher.file.get()) : 0;
   launcher.hasTrailer = indexOffset.has_value();

@@ -17,6 +17,7 @@ namespace authoring {
 struct LauncherFile {
   FilePtr file;
   FileState state;  // as it was opened
+  bool isStream = false;
   std::int64_t size = 0;
   bool hasTrailer = false;  // without one it carries no files
   std::int32_t indexOffset = 0;

@@ -1,13 +1,15 @@
 #include "authoring/Manifest.h"
 
-#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "archive/LauncherFileFormat.h"
 #include "authoring/AuthoringError.h"
 #include "authoring/FileTypes.h"
+#include "authoring/Installation.h"
+#include "authoring/SeekableInput.h"
 #include "tagfile/StreamUtils.h"
 
 namespace authoring {
@@ -15,13 +17,14 @@ namespace {
 
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
+using Folders = std::vector<std::string>;
 
 constexpr std::int64_t kLargestNumber = 0x7FFFFFFF;
 
 class ManifestReader {
  public:
-  ManifestReader(const std::string& path, const std::vector<std::string>& baseFolders)
-      : m_path(path), m_baseFolders(baseFolders) {}
+  ManifestReader(const ManifestText& source, const std::vector<std::string>& baseFolders)
+      : m_source(source), m_baseFolders(baseFolders) {}
 
   Manifest read();
 
@@ -37,11 +40,12 @@ class ManifestReader {
   std::string readName(const Json& file, const std::string& path, const std::string& where) const;
   std::optional<DecompressedSize> readDecompressed(const Json& file,
                                                    const std::string& where) const;
-  std::string findFile(const std::string& path, const std::string& where) const;
+  std::string findFile(const std::string& path, const std::string& where,
+                       const std::vector<std::string>& lastFolders = {}) const;
   std::set<std::int32_t> takeGivenIds(const Json& files) const;
   void refuseDoubledNames(const std::vector<ManifestFile>& files) const;
 
-  const std::string& m_path;
+  const ManifestText& m_source;
   const std::vector<std::string>& m_baseFolders;
 };
 
@@ -54,7 +58,7 @@ std::string shown(const std::string& text) {
 }
 
 void ManifestReader::fail(const std::string& where, const std::string& what) const {
-  throw AuthoringError(m_path + ": " + where + (where.empty() ? "" : ": ") + what);
+  throw AuthoringError(m_source.label + ": " + where + (where.empty() ? "" : ": ") + what);
 }
 
 // --- JSON ---
@@ -75,10 +79,13 @@ std::string readWhole(std::FILE* file) {
   return bytes;
 }
 
+bool isUtf16(const std::string& text) {
+  return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
+}
+
 Json ManifestReader::parse() const {
-  const FilePtr file = openFile(m_path.c_str(), "rb");
-  if (file == nullptr) {
-    fail("", std::strerror(errno));
+  if (isUtf16(m_source.text)) {
+    fail("", "this is UTF-16; save it as UTF-8");
   }
   // A key that stands twice would silently win over the first.
   std::vector<std::set<std::string>> keys;
@@ -93,7 +100,7 @@ Json ManifestReader::parse() const {
     return true;
   };
   try {
-    return Json::parse(readWhole(file.get()), refuseDoubledKeys);
+    return Json::parse(m_source.text, refuseDoubledKeys, true, true);
   } catch (const Json::parse_error& e) {
     fail("", withoutExceptionName(e.what()));
   }
@@ -137,7 +144,7 @@ Manifest ManifestReader::read() {
   const Json json = parse();
   expectObject(json, "", {"purpose", "stub", "files"});
   Manifest manifest;
-  manifest.path = m_path;
+  manifest.path = m_source.label;
   manifest.purpose = json.contains("purpose") ? readNumber(json["purpose"], "purpose", 255) : 0;
   manifest.stub = json.contains("stub") ? findFile(readText(json["stub"], "stub"), "stub") : "";
   const Json files = json.value("files", Json());
@@ -186,7 +193,8 @@ ManifestFile ManifestReader::readFile(const Json& json, const std::string& where
   file.type = readType(json["type"], where + ".type");
   file.id = json.contains("id") ? readNumber(json["id"], where + ".id", kLargestNumber) : 0;
   const std::string path = readText(json["path"], where + ".path");
-  file.path = findFile(path, where + ".path");
+  file.path = findFile(path, where + ".path",
+                       file.type == FILE_TYPE_VERIFY_JAR ? verifyFolders() : Folders());
   file.name = readName(json, path, where);
   file.decompressed = readDecompressed(json, where + ".decompressed");
   return file;
@@ -225,9 +233,11 @@ std::optional<DecompressedSize> ManifestReader::readDecompressed(const Json& fil
       readNumber(json.value("bytes", Json()), where + ".bytes", kLargestNumber)};
 }
 
-std::string ManifestReader::findFile(const std::string& path, const std::string& where) const {
+// `lastFolders` are looked at without a word.
+std::string ManifestReader::findFile(const std::string& path, const std::string& where,
+                                     const std::vector<std::string>& lastFolders) const {
   std::vector<std::string> folders = m_baseFolders;
-  folders.insert(folders.begin(), fs::path(m_path).parent_path().string());
+  folders.insert(folders.begin(), m_source.folder);
   std::string tried;
   for (const std::string& folder : folders) {
     const fs::path candidate = fs::path(folder) / path;  // an absolute path stays itself
@@ -236,6 +246,13 @@ std::string ManifestReader::findFile(const std::string& path, const std::string&
       return candidate.string();
     }
     tried += (tried.empty() ? "" : ", ") + (folder.empty() ? "." : folder);
+  }
+  for (const std::string& folder : lastFolders) {
+    std::error_code error;
+    const fs::path candidate = fs::path(folder) / path;
+    if (fs::is_regular_file(candidate, error)) {
+      return candidate.string();
+    }
   }
   fail(where, "there is no file " + shown(path) + " in " + tried +
                   "; make it, or name its folder with --base");
@@ -253,8 +270,22 @@ void ManifestReader::refuseDoubledNames(const std::vector<ManifestFile>& files) 
 
 }  // namespace
 
+ManifestText readManifest(std::FILE* file, const std::string& path, bool isStream) {
+  std::rewind(file);
+  return {inputLabel(path), isStream ? "" : fs::path(path).parent_path().string(), readWhole(file)};
+}
+
+ManifestText readManifest(const std::string& path) {
+  const SeekableInput input = openSeekable(path);
+  return readManifest(input.file.get(), path, input.isStream);
+}
+
+Manifest loadManifest(const ManifestText& text, const std::vector<std::string>& baseFolders) {
+  return ManifestReader(text, baseFolders).read();
+}
+
 Manifest loadManifest(const std::string& path, const std::vector<std::string>& baseFolders) {
-  return ManifestReader(path, baseFolders).read();
+  return loadManifest(readManifest(path), baseFolders);
 }
 
 }  // namespace authoring

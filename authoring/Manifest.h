@@ -6,6 +6,7 @@
 #define CORVANE_AUTHORING_MANIFEST_H
 
 #include <cstdint>
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,7 +30,22 @@ struct Manifest {
   std::vector<ManifestFile> files;
 };
 
-// Throws AuthoringError: the manifest's path, the place in it, what is wrong and what to do.
+// A manifest that was read.
+struct ManifestText {
+  std::string label;   // how messages call it
+  std::string folder;  // to which its paths are relative; empty: the current one
+  std::string text;
+};
+
+// Reads a file; "-" is standard input. The paths in what comes from a pipe are relative to the
+// current folder. Throws AuthoringError.
+ManifestText readManifest(const std::string& path);
+// The same from an open file, which is known by `path` unless it is a stream.
+ManifestText readManifest(std::FILE* file, const std::string& path, bool isStream);
+
+// The text may begin with a byte order mark and hold comments (// and /* */). Throws
+// AuthoringError: the manifest's path, the place in it, what is wrong and what to do.
+Manifest loadManifest(const ManifestText& text, const std::vector<std::string>& baseFolders);
 Manifest loadManifest(const std::string& path, const std::vector<std::string>& baseFolders);
 
 }  // namespace authoring

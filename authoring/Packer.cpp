@@ -1,14 +1,22 @@
 #include "authoring/Packer.h"
 
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/AuthoringError.h"
+#include "authoring/FileLook.h"
+#include "authoring/Installation.h"
 #include "authoring/LauncherFileReader.h"
 #include "authoring/LauncherFileWriter.h"
 #include "authoring/OutputFile.h"
 #include "authoring/OutputTarget.h"
+#include "authoring/SeekableInput.h"
 #include "authoring/SourceFile.h"
+#include "authoring/StubRecognition.h"
 #include "tagfile/TagFile.h"
 #include "util/LauncherException.h"
 
@@ -17,10 +25,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void refuseLauncherAsStub(const std::string& stub) {
-  if (findFileIndex(SourceFile(stub).stream())) {
-    throw AuthoringError(stub +
+void checkStub(const std::string& path, bool anyStub) {
+  SourceFile(path).checkUnchanged();  // a file it must be
+  const LauncherFile stub = readLauncherFile(path);
+  if (stub.hasTrailer) {
+    throw AuthoringError(path +
                          " carries files already; a stub is the bare launcher, as it is built");
+  }
+  if (!anyStub && !recognizeStub(stub)) {
+    throw AuthoringError(path + " is no stub of ours: it looks like " + lookOf(stub.file.get()) +
+                         "; name a bare launcher with --stub, or add --any-stub");
   }
 }
 
@@ -84,6 +98,17 @@ PackResult write(const std::string& stub, const Manifest& manifest, std::FILE* o
   return {manifest.files.size(), writer.finish(manifest.purpose)};
 }
 
+PackResult writeToStream(const std::string& stub, const Manifest& manifest) {
+  if (isatty(STDOUT_FILENO) != 0) {
+    throw AuthoringError("standard output is a terminal; name a file with --output");
+  }
+  const PackResult result = write(stub, manifest, stdout);
+  if (std::fflush(stdout) != 0) {
+    throw AuthoringError(std::string("standard output cannot be written: ") + std::strerror(errno));
+  }
+  return result;
+}
+
 std::string chooseStub(const PackOptions& options, const Manifest& manifest) {
   if (!options.stub.empty()) {
     return options.stub;
@@ -94,10 +119,11 @@ std::string chooseStub(const PackOptions& options, const Manifest& manifest) {
 }  // namespace
 
 PackResult packLauncher(const PackOptions& options) {
-  const std::string target = findOutputTarget(options.output);
+  const bool toStream = options.output == kStandardStream;
+  const std::string target = toStream ? "" : findOutputTarget(options.output);
   const Manifest manifest = loadManifest(options.manifest, options.baseFolders);
   const std::string stub = chooseStub(options, manifest);
-  refuseLauncherAsStub(stub);
+  checkStub(stub, options.anyStub);
   checkOutput(options, stub, manifest);
   for (const ManifestFile& file : manifest.files) {
     if (isTagFileType(file.type)) {
@@ -105,23 +131,13 @@ PackResult packLauncher(const PackOptions& options) {
     }
   }
   checkSize(stub, manifest);
+  if (toStream) {
+    return writeToStream(stub, manifest);
+  }
   OutputFile output(target);
   const PackResult result = write(stub, manifest, output.stream());
   output.commit();
   return result;
-}
-
-std::string findDefaultStub() {
-  std::error_code error;
-  const fs::path program = fs::read_symlink("/proc/self/exe", error);  // empty elsewhere
-  for (const char* const place :
-       {"../libexec/corvane/corvane-launcher-any", "corvane-launcher-any"}) {
-    const fs::path stub = (program.parent_path() / place).lexically_normal();
-    if (!program.empty() && fs::is_regular_file(stub, error)) {
-      return stub.string();
-    }
-  }
-  throw AuthoringError("no stub stands beside this program; name one with --stub");
 }
 
 void checkTagFile(const std::string& path) {

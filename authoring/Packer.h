@@ -13,8 +13,9 @@ namespace authoring {
 struct PackOptions {
   std::string manifest;
   std::vector<std::string> baseFolders;
-  std::string stub;  // empty: the manifest's, else findDefaultStub
-  std::string output;
+  std::string stub;      // empty: the manifest's, else findDefaultStub
+  std::string output;    // "-": standard output
+  bool anyStub = false;  // take any file as the stub
 };
 
 struct PackResult {
@@ -23,14 +24,10 @@ struct PackResult {
 };
 
 // Writes the launcher file, executable, and replaces any file of that name. Throws AuthoringError
-// and leaves nothing behind when a tag file does not parse, the stub carries files already, the
-// output is one of the inputs, the result would be too large, or something cannot be read or
-// written.
+// and leaves nothing behind when a tag file does not parse, the stub is none of ours or carries
+// files already, the output is one of the inputs, the result would be too large, or something
+// cannot be read or written.
 PackResult packLauncher(const PackOptions& options);
-
-// The stub that was installed with this program, or built beside it. Throws AuthoringError when
-// there is none.
-std::string findDefaultStub();
 
 // Parses a tag file as a launcher would. Throws AuthoringError with the file and the line.
 void checkTagFile(const std::string& path);

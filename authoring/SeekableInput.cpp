@@ -58,13 +58,13 @@ FilePtr copyOf(std::FILE* source, const std::string& path) {
 }  // namespace
 
 SeekableInput openSeekable(const std::string& path) {
-  SeekableInput input{open(path)};
+  SeekableInput input{open(path), path == kStandardStream};
   if (input.file == nullptr) {
     fail(path, errno);
   }
   if (!isRegular(input.file.get())) {
     input.file = copyOf(input.file.get(), path);
-    input.isCopy = true;
+    input.isStream = true;
   }
   return input;
 }

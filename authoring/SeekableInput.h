@@ -17,7 +17,7 @@ inline std::string inputLabel(const std::string& path) {
 
 struct SeekableInput {
   FilePtr file;
-  bool isCopy = false;  // of a pipe, in a file without a name
+  bool isStream = false;  // standard input, or a pipe (copied into a file without a name)
 };
 
 // Opens a file, a pipe or standard input ("-") for reading. Throws AuthoringError when it cannot be

@@ -4,6 +4,9 @@
 #include <cstdint>
 
 #include "archive/StubMark.h"
+#include "authoring/AuthoringError.h"
+#include "authoring/FileLook.h"
+#include "authoring/SeekableInput.h"
 
 namespace authoring {
 namespace {
@@ -66,6 +69,13 @@ std::optional<Stub> readMark(const std::string& bytes, std::size_t place) {
 
 std::optional<Stub> recognizeStub(const LauncherFile& launcher) {
   return findStubMark(firstBytes(launcher.file.get(), sizeOfStub(launcher)));
+}
+
+void requireLauncher(const LauncherFile& launcher, const std::string& path) {
+  if (!launcher.hasTrailer && !recognizeStub(launcher)) {
+    throw AuthoringError(inputLabel(path) + " is no launcher file; it looks like " +
+                         lookOf(launcher.file.get()));
+  }
 }
 
 std::optional<Stub> findStubMark(const std::string& bytes) {

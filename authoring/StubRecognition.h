@@ -21,6 +21,10 @@ struct Stub {
 // the marks.
 [[nodiscard]] std::optional<Stub> recognizeStub(const LauncherFile& launcher);
 
+// Throws AuthoringError, with what the file looks like, when it carries no files and is no stub of
+// ours either.
+void requireLauncher(const LauncherFile& launcher, const std::string& path);
+
 // The mark in a stub's bytes.
 [[nodiscard]] std::optional<Stub> findStubMark(const std::string& bytes);
 

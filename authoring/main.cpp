@@ -10,6 +10,7 @@
 
 #include "authoring/AuthoringError.h"
 #include "authoring/Extractor.h"
+#include "authoring/Installation.h"
 #include "authoring/LauncherFileReader.h"
 #include "authoring/Listing.h"
 #include "authoring/Packer.h"
@@ -17,6 +18,7 @@
 #include "authoring/SetupCheck.h"
 #include "authoring/SetupContents.h"
 #include "authoring/StubRecognition.h"
+#include "authoring/UsageError.h"
 
 namespace {
 
@@ -37,16 +39,19 @@ void print(const std::string& text) {
 
 int pack(const Arguments& arguments) {
   const authoring::PackResult result = authoring::packLauncher(arguments.pack);
-  print(arguments.pack.output + ": " +
-        authoring::countOf(static_cast<std::int64_t>(result.files), "file") + ", " +
-        authoring::countOf(result.size, "byte") + "\n");
+  const bool toStream = arguments.pack.output == authoring::kStandardStream;
+  const std::string line = authoring::countOf(static_cast<std::int64_t>(result.files), "file") +
+                           ", " + authoring::countOf(result.size, "byte") + "\n";
+  std::fprintf(toStream ? stderr : stdout, "%s: %s",
+               toStream ? "standard output" : arguments.pack.output.c_str(), line.c_str());
   return 0;
 }
 
 int list(const Arguments& arguments) {
   const authoring::LauncherFile launcher = authoring::readLauncherFile(arguments.file);
+  authoring::requireLauncher(launcher, arguments.file);
   print(arguments.json ? authoring::listAsJson(launcher)
-                       : authoring::listAsTable(arguments.file, launcher));
+                       : authoring::listAsTable(authoring::inputLabel(arguments.file), launcher));
   return 0;
 }
 
@@ -69,6 +74,7 @@ int check(const Arguments& arguments) {
 
 int extract(const Arguments& arguments) {
   const authoring::LauncherFile launcher = authoring::readLauncherFile(arguments.file);
+  authoring::requireLauncher(launcher, arguments.file);
   if (!launcher.hasTrailer) {
     throw authoring::AuthoringError(authoring::inputLabel(arguments.file) +
                                     " carries no files; there is nothing to copy out");
@@ -109,35 +115,49 @@ void addSelection(CLI::App& command, authoring::Selection& selection) {
       ->allow_extra_args(false);
 }
 
+void addVersion(CLI::App& command) {
+  command.set_version_flag("--version", authoring::describeInstallation,
+                           "Show the versions of this program and its stubs");
+}
+
 // Each command and what it runs.
 void addCommands(CLI::App& app, Arguments& arguments, int (*&chosen)(const Arguments&)) {
   CLI::App& packCommand = *app.add_subcommand("pack", "Make a launcher file from a manifest");
   packCommand
-      .add_option("MANIFEST", arguments.pack.manifest, "What the launcher file holds (JSON)")
+      .add_option("MANIFEST", arguments.pack.manifest,
+                  "What the launcher file holds (JSON); - for standard input")
       ->required();
-  packCommand.add_option("--output", arguments.pack.output, "The launcher file to be made")
+  packCommand
+      .add_option("--output", arguments.pack.output,
+                  "The launcher file to be made; - for standard output")
       ->type_name("FILE")
       ->required();
   packCommand
       .add_option("--stub", arguments.pack.stub, "The bare launcher; default: the one installed")
       ->type_name("FILE");
+  packCommand.add_flag("--any-stub", arguments.pack.anyStub,
+                       "Take the stub as it is, even if it is none of ours");
   addBaseOption(packCommand, arguments);
   packCommand.callback([&chosen] { chosen = pack; });
 
   CLI::App& listCommand = *app.add_subcommand("list", "Show what a launcher file holds");
-  listCommand.add_option("FILE", arguments.file, "A launcher file")->required();
+  listCommand.add_option("FILE", arguments.file, "A launcher file; - for standard input")
+      ->required();
   listCommand.add_flag("--json", arguments.json, "For programs");
   listCommand.callback([&chosen] { chosen = list; });
 
   CLI::App& checkCommand =
       *app.add_subcommand("check", "Find what would go wrong when the launcher runs");
-  checkCommand.add_option("FILE", arguments.file, "A launcher file or a manifest")->required();
+  checkCommand
+      .add_option("FILE", arguments.file, "A launcher file or a manifest; - for standard input")
+      ->required();
   addBaseOption(checkCommand, arguments);
   checkCommand.callback([&chosen] { chosen = check; });
 
   CLI::App& extractCommand =
       *app.add_subcommand("extract", "Copy the files out of a launcher file");
-  extractCommand.add_option("FILE", arguments.file, "A launcher file")->required();
+  extractCommand.add_option("FILE", arguments.file, "A launcher file; - for standard input")
+      ->required();
   extractCommand
       .add_option("--output", arguments.folder,
                   "The new or empty folder to write into; - for standard output, one file alone")
@@ -166,15 +186,23 @@ int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);  // a file at its limit is a write that fails, as on a full disk
   CLI::App app("Makes setup launchers: one executable that carries its scripts and archives.",
                "corvane-pack");
-  app.set_version_flag("--version", CORVANE_VERSION);
+  addVersion(app);
   app.require_subcommand(1);
   Arguments arguments;
   int (*command)(const Arguments&) = nullptr;
   addCommands(app, arguments, command);
+  for (CLI::App* const each : app.get_subcommands([](CLI::App*) { return true; })) {
+    addVersion(*each);
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
-    return app.exit(e) == 0 ? 0 : kStatusUsage;
+    if (e.get_exit_code() == 0) {
+      return app.exit(e);  // help or version
+    }
+    std::fprintf(stderr, "corvane-pack: %s\nRun with --help for more information.\n",
+                 authoring::describeUsageError(app, e).c_str());
+    return kStatusUsage;
   }
   return run(command, arguments);
 }

@@ -66,7 +66,9 @@ class InterruptionTest : public testing::Test {
     return status;
   }
 
-  Words packHuge() { return {"pack", "huge.json", "--stub", "stub", "--output", "setup"}; }
+  Words packHuge() {
+    return {"pack", "huge.json", "--stub", "stub", "--any-stub", "--output", "setup"};
+  }
 
   test::TempDir m_dir;
 };

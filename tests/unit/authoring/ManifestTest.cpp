@@ -260,6 +260,35 @@ TEST_F(ManifestTest, NumbersTheFilesThatHaveNoNumber) {
   }
 }
 
+struct TextRow {
+  const char* name;
+  const char* text;
+};
+
+const TextRow kGoodTexts[] = {
+    {"byte order mark", "\xEF\xBB\xBF{\"files\": []}"},
+    {"comments", "// a\n{ /* b\n */ \"files\": [ // { \n ] } // c"},
+    {"comment without an end of line", "{\"files\": []}//"},
+    {"carriage returns", "\xEF\xBB\xBF\r\n// a\r\n{\r\n\"files\": []\r\n}\r\n"},
+};
+
+TEST_F(ManifestTest, MayHoldCommentsAndAByteOrderMark) {
+  for (const TextRow& row : kGoodTexts) {
+    EXPECT_NO_THROW(load(row.text)) << row.name;
+  }
+  for (const char* const text : {"\xFF\xFE{", "\xFE\xFF"}) {
+    EXPECT_EQ("this is UTF-16; save it as UTF-8", errorOf(text));
+  }
+}
+
+// What follows "//" is no comment in a text.
+TEST_F(ManifestTest, KeepsSlashesInTexts) {
+  EXPECT_EQ(
+      "files[0].path: there is no file \"a//b/*\" in DIR/project, DIR/base1, DIR/base2; make "
+      "it, or name its folder with --base",
+      errorOf(R"({"files": [{"type": "jar", "path": "a//b/*"}]})"));
+}
+
 TEST_F(ManifestTest, MayNameAStub) {
   EXPECT_EQ("", load(R"({"files": []})").stub);
   test::writeFile(m_dir / "base2/the stub", "x");

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "archive/StubMark.h"
 #include "authoring/AuthoringError.h"
 #include "authoring/LauncherFileReader.h"
 #include "authoring/Listing.h"
@@ -42,7 +43,7 @@ class PackerTest : public testing::Test {
   }
   authoring::PackOptions options(const std::string& manifest, const std::string& stub,
                                  const std::string& output) {
-    return {m_dir / manifest, {}, m_dir / stub, m_dir / output};
+    return {m_dir / manifest, {}, m_dir / stub, m_dir / output, true};
   }
 
   test::TempDir m_dir;
@@ -148,6 +149,48 @@ TEST_F(PackerTest, WritesWhatALinkLeadsTo) {
   EXPECT_TRUE(fs::is_symlink(m_dir / "link"));
   EXPECT_EQ("the stub\n", test::readFile(m_dir / "folder/old").substr(0, 9));
   EXPECT_EQ(std::vector<std::string>{"old"}, test::listTree(m_dir / "folder"));
+}
+
+struct StubRow {
+  const char* name;
+  std::string bytes;
+  const char* look;  // nothing: it is taken
+};
+
+const StubRow kStubRows[] = {
+    {"ours",
+     "\x7F"
+     "ELF" CORVANE_STUB_MARK("k", "1", "user", "m"),
+     ""},
+    {"empty", "", "an empty file"},
+    {"script", "#!/bin/sh\n", "a script"},
+    {"another program",
+     "\x7F"
+     "ELF\1",
+     "a program that is none of ours"},
+    {"archive", "PK\3\4", "a zip archive (a jar is one)"},
+    {"changed by a transfer as text",
+     "\x7F"
+     "ELF corvane-stub kind=k version=1 encoding=user machine=m\r\n",
+     "a launcher that was damaged by a transfer as text; transfer it as binary"},
+};
+
+TEST_F(PackerTest, TakesOurStubsAlone) {
+  for (const StubRow& row : kStubRows) {
+    SCOPED_TRACE(row.name);
+    write("the stub", row.bytes);
+    auto some = options("m.json", "the stub", "setup");
+    EXPECT_EQ("", errorOf(some));
+    EXPECT_EQ(row.bytes, test::readFile(m_dir / "setup").substr(0, row.bytes.size()));
+    fs::remove(m_dir / "setup");
+    some.anyStub = false;
+    EXPECT_EQ(row.look[0] == '\0'
+                  ? ""
+                  : "DIR/the stub is no stub of ours: it looks like " + std::string(row.look) +
+                        "; name a bare launcher with --stub, or add --any-stub",
+              errorOf(some));
+    EXPECT_EQ(row.look[0] == '\0', fs::exists(m_dir / "setup"));
+  }
 }
 
 TEST_F(PackerTest, RefusesAManifestThatIsNotThere) {

@@ -52,7 +52,7 @@ constexpr const char* kHelpHint = "Run with --help for more information.\n";
 
 // In this order: later rows use what the earlier ones made.
 const ProgramRow kProgramRows[] = {
-    {"pack m.json --stub stub --output setup", 0, "setup: 1 file, 56 bytes\n", ""},
+    {"pack m.json --any-stub --stub stub --output setup", 0, "setup: 1 file, 56 bytes\n", ""},
     {"list setup", 0,
      "setup: 1 file, 56 bytes, purpose 0\n"
      "pos  type          id  length  offset  name   unpacked\n"
@@ -69,25 +69,40 @@ const ProgramRow kProgramRows[] = {
     {"extract - --id 1 --output - <setup", 0, "INSTRUCTIONS: //\n", ""},
     {"extract setup --file x --output -", 1, "",
      "corvane-pack: no file is stored as \"x\"; `corvane-pack list` shows what there is\n"},
-    {"list stub", 0, "stub: no embedded files, 5 bytes\n", ""},
-    {"list --json stub", 0,
-     "{\n  \"size\": 5,\n  \"purpose\": null,\n  \"stub\": null,\n  \"files\": []\n}\n", ""},
+    {"list --json - <setup", 0,
+     "{\n  \"size\": 56,\n  \"purpose\": 0,\n  \"stub\": null,\n  \"files\": [\n    {\n"
+     "      \"position\": 0,\n      \"type\": \"instructions\",\n      \"id\": 1,\n"
+     "      \"length\": 17,\n      \"offset\": 5,\n      \"name\": \"i.tag\"\n    }\n  ]\n}\n",
+     ""},
+    {"list stub", 1, "", "corvane-pack: stub is no launcher file; it looks like a text\n"},
+    {"list --json stub", 1, "", "corvane-pack: stub is no launcher file; it looks like a text\n"},
+    {"list - <stub", 1, "",
+     "corvane-pack: standard input is no launcher file; it looks like a text\n"},
+    {"list m.json", 1, "", "corvane-pack: m.json is no launcher file; it looks like a manifest\n"},
+    {"list .", 1, "", "corvane-pack: .: Is a directory\n"},
+    {"list - <&-", 1, "", "corvane-pack: standard input: Bad file descriptor\n"},
+    {"pack - --any-stub --stub stub --output again <m.json", 0, "again: 1 file, 56 bytes\n", ""},
+    {"pack m.json --any-stub --stub stub --output - | cmp - setup", 0, "",
+     "standard output: 1 file, 56 bytes\n"},
+    {"pack m.json --any-stub --stub stub --output - >/dev/full", 1, "",
+     "corvane-pack: standard output cannot be written: No space left on device\n"},
     {"extract setup --output copy", 1, "",
      "corvane-pack: copy is not empty; name a new or an empty folder with --output\n"},
     {"extract setup --output stub", 1, "",
      "corvane-pack: stub is a file; name a new or an empty folder with --output\n"},
     {"extract stub --output empty", 1, "",
-     "corvane-pack: stub carries no files; there is nothing to copy out\n"},
+     "corvane-pack: stub is no launcher file; it looks like a text\n"},
+    {"extract '" CORVANE_STUB "' --output empty", 1, "",
+     "corvane-pack: " CORVANE_STUB " carries no files; there is nothing to copy out\n"},
     {"list none", 1, "", "corvane-pack: none: No such file or directory\n"},
     {"check none", 1, "", "corvane-pack: none: No such file or directory\n"},
-    {"pack bad.json --stub stub --output x --base a --base b", 1, "",
+    {"pack bad.json --any-stub --stub stub --output x --base a --base b", 1, "",
      "corvane-pack: bad.json: files[0].path: there is no file \"x\" in ., a, b; make it, or name "
      "its "
      "folder with --base\n"},
     {"pack m.json --stub setup --output x", 1, "",
      "corvane-pack: setup carries files already; a stub is the bare launcher, as it is built\n"},
-    {"list stub >/dev/full", 1, "", "corvane-pack: standard output cannot be written\n"},
-    {"--version", 0, CORVANE_VERSION "\n", ""},
+    {"list setup >/dev/full", 1, "", "corvane-pack: standard output cannot be written\n"},
 };
 
 TEST_F(ProgramTest, DoesOrRefuses) {
@@ -105,7 +120,7 @@ struct StubRow {
   const char* wanted;  // in the output
 };
 
-#define OUR_VERSION " " CORVANE_VERSION " (" CORVANE_MACHINE ")\n"
+#define OUR_VERSION " " CORVANE_VERSION " (" CORVANE_MACHINE ")"
 
 // The stub that is taken when none is named, and the one that is.
 const StubRow kStubRows[] = {
@@ -129,15 +144,58 @@ TEST_F(ProgramTest, TellsTheStub) {
   }
 }
 
+TEST_F(ProgramTest, TellsItsVersionAndThoseOfTheStubs) {
+  const std::string wanted =
+      "corvane-pack " CORVANE_VERSION "\ncorvane-launcher-any" OUR_VERSION ": " CORVANE_STUB_ANY
+      "\ncorvane-launcher" OUR_VERSION ": " CORVANE_STUB "\n";
+  for (const std::string command : {"", "pack ", "list ", "check ", "extract "}) {
+    const Result result = run(command + "--version");
+    EXPECT_EQ(0, result.status) << command;
+    EXPECT_EQ(wanted, result.out) << command;
+    EXPECT_EQ("", result.err) << command;
+  }
+}
+
+struct UsageRow {
+  const char* arguments;
+  const char* error;
+};
+
+constexpr const char* kNoCommand = "name a command; the commands are ";
+
+const UsageRow kUsageRows[] = {
+    {"", kNoCommand},
+    {"none", "\"none\" is no command; the commands are "},
+    {"pak", "\"pak\" is no command; did you mean pack?\n"},
+    {"lsit x", "\"lsit\" is no command; the commands are "},
+    {"exctract x", "\"exctract\" is no command; did you mean extract?\n"},
+    {"\"$(printf 'a\\033b')\"", "\"a\\x1Bb\" is no command; the commands are "},
+    {"--json", "\"--json\" is no option\n"},
+    {"--vresion", "\"--vresion\" is no option; did you mean --version?\n"},
+    {"--verson", "\"--verson\" is no option; did you mean --version?\n"},
+    {"pack", "MANIFEST is required\n"},
+    {"pack m.json", "--output is required\n"},
+    {"pack m.json --outptu x", "\"--outptu\" is no option of pack; did you mean --output?\n"},
+    {"pack m.json --ouput x", "\"--ouput\" is no option of pack; did you mean --output?\n"},
+    {"pack m.json --ouput=x", "\"--ouput\" is no option of pack; did you mean --output?\n"},
+    {"pack --output x", "MANIFEST is required\n"},
+    {"pack m.json --output", "--output: 1 required FILE missing\n"},
+    {"list", "FILE is required\n"},
+    {"list a b", "\"b\" is one argument too many for list\n"},
+    {"list -x setup", "\"-x\" is no option of list\n"},
+    {"check", "FILE is required\n"},
+    {"extract setup", "--output is required\n"},
+    {"extract setup --output x --id one", "Could not convert: --id = one\n"},
+};
+
 TEST_F(ProgramTest, EndsWithStatus2WhenCalledWrongly) {
-  for (const char* const arguments :
-       {"", "none", "pack", "pack m.json", "pack --output x", "list", "list a b", "check",
-        "extract setup", "list --none setup", "pack m.json --output"}) {
-    SCOPED_TRACE(arguments);
-    const Result result = run(arguments);
+  for (const UsageRow& row : kUsageRows) {
+    SCOPED_TRACE(row.arguments);
+    const Result result = run(row.arguments);
     EXPECT_EQ(2, result.status);
     EXPECT_EQ("", result.out);
-    EXPECT_NE(std::string::npos, result.err.find(kHelpHint)) << result.err;
+    EXPECT_TRUE(result.err.starts_with("corvane-pack: " + std::string(row.error))) << result.err;
+    EXPECT_TRUE(result.err.ends_with("\n" + std::string(kHelpHint))) << result.err;
   }
 }
 
@@ -166,7 +224,7 @@ class NoRoom : public ProgramTest {
     test::writeFile(m_dir / "big", std::string(300000, 'x'));
     test::writeFile(m_dir / "big.json", R"({"files": [{"type": "instructions", "path": "i.tag"},
                                                       {"type": "jar", "path": "big"}]})");
-    ASSERT_EQ(0, run("pack big.json --stub stub --output setup").status);
+    ASSERT_EQ(0, run("pack big.json --any-stub --stub stub --output setup").status);
     ASSERT_EQ(0, mkdir((m_dir / "room").c_str(), 0755));
   }
 };
@@ -174,9 +232,9 @@ class NoRoom : public ProgramTest {
 // As set by ulimit(1).
 TEST_F(NoRoom, FilesMayNotGrow) {
   const RoomRow rows[] = {
-      {"pack", "pack big.json --stub stub --output room/new", "",
+      {"pack", "pack big.json --any-stub --stub stub --output room/new", "",
        "corvane-pack: the launcher file cannot be written: File too large\n"},
-      {"pack over a file", "pack big.json --stub stub --output setup", "",
+      {"pack over a file", "pack big.json --any-stub --stub stub --output setup", "",
        "corvane-pack: the launcher file cannot be written: File too large\n"},
       {"extract", "extract setup --output room", "",
        "corvane-pack: room/big cannot be written: File too large\n"},
@@ -201,7 +259,7 @@ TEST_F(NoRoom, TheDiskIsFull) {
     GTEST_SKIP() << "no mount namespace of one's own here";
   }
   const RoomRow rows[] = {
-      {"pack", "pack big.json --stub stub --output room/new", "",
+      {"pack", "pack big.json --any-stub --stub stub --output room/new", "",
        "corvane-pack: the launcher file cannot be written: No space left on device\n"},
       {"extract", "extract setup --output room", "",
        "corvane-pack: room/big cannot be written: No space left on device\n"},

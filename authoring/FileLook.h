@@ -1,0 +1,23 @@
+// FileLook: what a file that is not what it should be looks like.
+#ifndef CORVANE_AUTHORING_FILELOOK_H
+#define CORVANE_AUTHORING_FILELOOK_H
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace authoring {
+
+// By its first bytes, for messages: "an empty file", "a zip archive", "a text".
+std::string lookOf(std::string_view bytes);
+std::string lookOf(std::FILE* file);
+
+// True when the bytes may begin a manifest: a brace or a comment behind blanks and a byte order
+// mark.
+[[nodiscard]] bool looksLikeManifest(std::string_view bytes);
+// The first bytes, as many as are looked at.
+std::string firstBytes(std::FILE* file);
+
+}  // namespace authoring
+
+#endif
