@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "e2e/LauncherTest.h"
+#include "e2e/ScanFixture.h"
 #include "support/Restrictions.h"
 
 namespace fs = std::filesystem;
@@ -17,8 +18,22 @@ namespace {
 
 class Failures : public LauncherTest {
  protected:
-  // Standard output from then on: a path, or nothing at all.
+  // The end of a pipe that nobody reads any more.
+  static constexpr const char* kBrokenPipe = "|";
+  static void breakOutput() {
+    int ends[2];
+    if (pipe(ends) != 0 || dup2(ends[1], STDOUT_FILENO) != STDOUT_FILENO) {
+      _exit(124);
+    }
+    close(ends[0]);
+    close(ends[1]);
+  }
+  // Standard output from then on: a path, kBrokenPipe, or nothing at all.
   static void setOutput(const std::string& path) {
+    if (path == kBrokenPipe) {
+      breakOutput();
+      return;
+    }
     close(STDOUT_FILENO);
     if (!path.empty() && open(path.c_str(), O_WRONLY) != STDOUT_FILENO) {
       _exit(124);
@@ -56,7 +71,9 @@ TEST_F(Failures, AResultThatCannotBeWrittenIsAFailure) {
     std::string path;
     const char* reason;
   };
-  const Output outputs[] = {{"/dev/full", "No space left on device"}, {"", "Bad file descriptor"}};
+  const Output outputs[] = {{"/dev/full", "No space left on device"},
+                            {"", "Bad file descriptor"},
+                            {kBrokenPipe, "Broken pipe"}};
   fs::create_directories(dir("new"));
   for (const Row& row : rows) {
     for (const Output& output : outputs) {
@@ -184,6 +201,40 @@ TEST_F(Failures, OfALauncherFileThatWasReplacedNothingIsUsed) {
     EXPECT_TRUE(fs::is_empty(tempDir()));
     EXPECT_EQ(row.status, result.status) << result.log;
     EXPECT_EQ(row.out, result.out);
+  }
+}
+
+// --- The shell ---
+
+// On a disk without one. A Java that cannot be tried is refused; what has to run is an error.
+TEST_F(Scan, AShellThatDoesNotStartIsTold) {
+  struct Row {
+    const char* name;
+    std::vector<std::string> lines;
+    int status;
+    const char* prefix;  // in the log
+  };
+  const std::string text = "Error starting /bin/sh: No such file or directory\n";
+  const Row rows[] = {
+      {"a verification", {"FIND_JVM 0 0", "JMP0 @N1@ none", "NONSENSE", ":none"}, 0, "WARNING: "},
+      {"an installer", {"INSTALL_JVM 0"}, 255, "ERROR: "},
+      {"a wizard", {"ILAUNCH 10 0"}, 255, "ERROR: "},
+  };
+  fs::remove(dir("jail/bin/sh"));
+  embedJVM("PATH_HINT: " + place("/opt/java17", "17.0.1") + "\n");
+  embed(FILE_TYPE_VERIFY_JAR, 4, "verify.jar", "");
+  embed(FILE_TYPE_JVM_INSTALLER, 5, "install", "#!/bin/sh\n");
+  embedLaunchScript();
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    forgetFiles(FILE_TYPE_INSTRUCTIONS);
+    embedInstructions(row.lines);
+    pack();
+    const Result result = runInside({});
+    EXPECT_EQ(row.status, result.status);
+    EXPECT_EQ("Sample\n" + (row.status == 0 ? "" : text), result.out);
+    EXPECT_NE(std::string::npos, result.log.find(row.prefix + text)) << result.log;
+    EXPECT_TRUE(fs::is_empty(dir("jail/tmp")));
   }
 }
 
