@@ -123,10 +123,11 @@ void ChildProcess::fork(const char* const* arguments) {
 
 // In the child.
 void ChildProcess::becomeShell(const char* const* arguments) const {
-  m_signals.restoreInherited();
   if (m_request.isTrial) {
     setpgid(0, 0);
+    SignalHold::forgetHeld();  // what was sent to the launcher's group
   }
+  m_signals.restoreInherited();
   if (!prepareDescriptors()) {
     failToStart(StartFailure::Step::Redirect);
   }

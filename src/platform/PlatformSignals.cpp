@@ -226,6 +226,12 @@ void SignalHold::deliverHeld() const {
   sigprocmask(SIG_SETMASK, &m_heldMask, nullptr);
 }
 
+void SignalHold::forgetHeld() {
+  for (int i = 0; i < SignalState::kCancelingCount; ++i) {
+    setHandler(kSignals[i], SIG_IGN);
+  }
+}
+
 void PlatformImpl::prepareProcess() {
   openStandardDescriptors();
   g_cleanup.m_inheritedUmask = umask(kOthersMayNotWrite);

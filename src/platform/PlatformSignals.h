@@ -2,8 +2,8 @@
 // waited for.
 //
 // Between its construction and its end INT, TERM, HUP, QUIT and CHLD are delivered only inside
-// `waitForInput` and `deliverHeld`. So a signal can neither fall between the fork and the note of the child's number,
-// nor be missed by a wait that is about to begin. Objects must not be nested.
+// `waitForInput` and `deliverHeld`. So a signal can neither fall between the fork and the note of
+// the child's number, nor be missed by a wait that is about to begin. Objects must not be nested.
 #ifndef CORVANE_PLATFORM_PLATFORMSIGNALS_H
 #define CORVANE_PLATFORM_PLATFORMSIGNALS_H
 
@@ -29,6 +29,8 @@ class SignalHold {
   void waitForInput(pollfd* entries, nfds_t count, Clock::time_point until = kNever) const;
   // Delivers what has come.
   void deliverHeld() const;
+  // Drops what has come. For a child that is about to restore the dispositions.
+  static void forgetHeld();
 
  private:
   struct sigaction m_actions[SignalState::kSignalCount];
