@@ -92,9 +92,9 @@ test_big_endian() {
 # What the emulator cannot show: a launcher that starts another one (the system would have to know the
 # emulator), limits on memory and borrowed rights (they meet the emulator), a session's end (the
 # emulator keeps the signal), and tests whose stubs or roots hold nothing for the emulator.
-not_emulated=Scan*:*HandOver*:*HandedOver*:Failures.WithoutMemory*:Failures.WithBorrowedRights*
-not_emulated+=:ActionResults.ASearchThatFailsUnexpectedly:Run.UnderNohup*:Cancel.TheSecondSignal*
-not_emulated+=:Find.JvmsThat*:*AskedOnce*
+not_emulated='Scan*:*HandOver*:*HandedOver*:Failures.WithoutMemory*:Failures.WithBorrowedRights*'
+not_emulated+=':ActionResults.ASearchThatFailsUnexpectedly:Run.UnderNohup*:Cancel.TheSecondSignal*'
+not_emulated+=':Find.JvmsThat*:*AskedOnce*'
 
 end_to_end_on_aarch64() {
     local shard status=0 jobs=()

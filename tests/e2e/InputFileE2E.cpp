@@ -365,8 +365,8 @@ TEST_F(InputFile, SilentOutlastsTheFlags) {
 
 TEST_F(InputFile, AnIndexThatCannotBeRead) {
   setLauncherPath(dir("app/setup"));
-  test::writeScript(launcherPath(), test::readFile(stubOf(CORVANE_STUB)) + "\1" + test::bigEndian32(-1) +
-                                        "\xCA\x82\xCA\x82");
+  test::writeScript(launcherPath(), test::readFile(stubOf(CORVANE_STUB)) + "\1" +
+                                        test::bigEndian32(-1) + "\xCA\x82\xCA\x82");
   usePackedFile();
   const std::string text = "Unable to load the launcher file index. Invalid file index offset.\n";
   const Result result = run({"-cv:in", input("ACTION: SEARCH\n")});

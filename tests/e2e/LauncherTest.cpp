@@ -188,7 +188,8 @@ pid_t LauncherTest::start(const std::vector<std::string>& args) {
                  [](const auto& entry) { return entry.first + "=" + entry.second; });
   std::string path = m_startPath.empty() ? m_launcherPath : m_startPath;
   std::vector<std::string> words{m_programName.value_or(path)};
-  if (const std::string emulator = environmentVariable("CORVANE_TEST_EMULATOR"); !emulator.empty()) {
+  if (const std::string emulator = environmentVariable("CORVANE_TEST_EMULATOR");
+      !emulator.empty()) {
     words = {emulator, "-0", words[0], path};
     path = emulator;
   }
