@@ -12,7 +12,7 @@ namespace authoring {
 // be added, left out or changed. Empty when none is near.
 std::string_view nearestName(std::string_view word, const std::vector<std::string_view>& names);
 
-// The same over the rows of a table with names, as "; did you mean NAME?".
+// The same over the rows of a table with names, as "did you mean NAME?".
 template <class Rows>
 std::string didYouMean(std::string_view word, const Rows& rows) {
   std::vector<std::string_view> names;
@@ -20,7 +20,7 @@ std::string didYouMean(std::string_view word, const Rows& rows) {
     names.emplace_back(row.name);
   }
   const std::string_view name = nearestName(word, names);
-  return name.empty() ? "" : "; did you mean " + std::string(name) + "?";
+  return name.empty() ? "" : "did you mean " + std::string(name) + "?";
 }
 
 }  // namespace authoring

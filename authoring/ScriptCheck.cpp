@@ -16,18 +16,26 @@
 namespace authoring {
 namespace {
 
-// Why an "@...@" in `text` is no variable; empty when each is one.
-std::string findReferenceFault(const SString& text);
+constexpr const char* kScriptEnds = "the script ends with an error here";
+
+struct Fault {
+  std::string what;  // empty: none
+  std::string advice;
+};
+
+// Why an "@...@" in `text` is no variable.
+Fault findReferenceFault(const SString& text);
 // The same for the name of a variable.
-std::string findVariableFault(const SString& name);
+Fault findVariableFault(const SString& name);
 
 class ScriptCheck {
  public:
-  ScriptCheck(const Setup& setup, const SetupFile& script, std::vector<std::string>& findings);
+  ScriptCheck(const Setup& setup, const SetupFile& script, Findings& findings);
   std::set<Command> run();
 
  private:
-  void report(const std::string& text);
+  void error(const std::string& what, const std::string& advice);
+  void warn(const std::string& what, const std::string& why, const std::string& advice);
   void checkLabels();
   void checkArguments(const CommandGrammar& command, std::size_t position);
   void checkArgument(const SString& text, ArgumentKind kind);
@@ -51,7 +59,7 @@ class ScriptCheck {
 
   const Setup& m_setup;
   const SetupFile& m_script;
-  std::vector<std::string>& m_findings;
+  Findings& m_findings;
   const StringDeque& m_lines;
   const LabelIndex m_labels;
   long m_current = 0;
@@ -63,17 +71,20 @@ const StringDeque& linesOf(const TagFile& script) {
   return lines == nullptr ? noLines : *lines;
 }
 
-ScriptCheck::ScriptCheck(const Setup& setup, const SetupFile& script,
-                         std::vector<std::string>& findings)
+ScriptCheck::ScriptCheck(const Setup& setup, const SetupFile& script, Findings& findings)
     : m_setup(setup),
       m_script(script),
       m_findings(findings),
       m_lines(linesOf(*script.tagFile)),
       m_labels(m_lines) {}
 
-void ScriptCheck::report(const std::string& text) {
-  m_findings.push_back(m_script.label + ": line " + std::to_string(m_current + 1) + " (" +
-                       m_lines[m_current].c_str() + "): " + text);
+// What ends the script.
+void ScriptCheck::error(const std::string& what, const std::string& advice) {
+  m_findings.error(m_script.at(tagname::kInstructions, m_current), what, kScriptEnds, advice);
+}
+
+void ScriptCheck::warn(const std::string& what, const std::string& why, const std::string& advice) {
+  m_findings.warning(m_script.at(tagname::kInstructions, m_current), what, why, advice);
 }
 
 // --- Lines ---
@@ -110,8 +121,9 @@ void ScriptCheck::checkArguments(const CommandGrammar& command, std::size_t posi
   for (const ArgumentGrammar& argument : command.arguments) {
     const SString text = getTokenFromString(m_lines[m_current], position);
     if (text.empty()) {
-      report(std::string(command.name) + " needs " + std::to_string(count) +
-             (count == 1 ? " argument" : " arguments"));
+      error(std::string(command.name) + " needs " + std::to_string(count) +
+                (count == 1 ? " argument" : " arguments"),
+            "");
       return;
     }
     checkArgument(text, argument.kind);
@@ -119,11 +131,11 @@ void ScriptCheck::checkArguments(const CommandGrammar& command, std::size_t posi
 }
 
 void ScriptCheck::checkArgument(const SString& text, ArgumentKind kind) {
-  const std::string fault = findReferenceFault(text);
-  if (fault.empty()) {
+  const Fault fault = findReferenceFault(text);
+  if (fault.what.empty()) {
     checkKind(text, kind);
   } else {
-    report(fault);
+    error(fault.what, fault.advice);
   }
 }
 
@@ -155,11 +167,11 @@ void ScriptCheck::reportUnknown(const std::string& word) {
   std::transform(capitals.begin(), capitals.end(), capitals.begin(),
                  [](unsigned char byte) { return static_cast<char>(std::toupper(byte)); });
   const bool comment = word.rfind("//", 0) == 0;
-  std::string hint = comment ? "; a comment needs a blank behind //" : "";
+  std::string advice = comment ? "a comment needs a blank behind //" : "";
   if (findCommand(capitals) != nullptr) {
-    hint = "; commands are written in capitals";
+    advice = "write " + capitals;
   }
-  report("unknown command " + quotedText(word) + hint);
+  error("unknown command " + quotedText(word), advice);
 }
 
 // --- Labels ---
@@ -170,7 +182,8 @@ void ScriptCheck::checkLabels() {
   for (m_current = 1; m_current < m_lines.size(); ++m_current) {
     const SString& line = m_lines[m_current];
     if (line[0] == ':' && !seen.insert(line.c_str()).second) {
-      report("a label of that name stands further up and is always taken");
+      warn("the label " + quotedText(line.c_str()) + " stands further up, too",
+           "the first one is always taken", "give this one another name");
     }
   }
 }
@@ -195,15 +208,14 @@ void ScriptCheck::label(const SString& text) {
   }
   const std::string name = quotedText(text);
   if (m_lines[0] == target) {
-    report("the label " + name +
-           " stands on the first line, where it is never found; put a line with "
-           "// in front of it");
-    return;
+    error("the label " + name + " stands on the script's first line, where it is never found",
+          "put a line with // in front of it");
+  } else if (beginsALine(target)) {
+    error("the line of the label " + name + " holds more than the label, which is never found then",
+          "leave the label alone on its line");
+  } else {
+    error("there is no label " + name, std::string("write a line :") + text.c_str());
   }
-  report(beginsALine(target) ? "the line of the label " + name +
-                                   " holds more than the label, which is then never "
-                                   "found; leave the label alone on its line"
-                             : "there is no label " + name + "; write a line :" + text.c_str());
 }
 
 // --- Arguments ---
@@ -214,7 +226,7 @@ bool ScriptCheck::isNumber(const SString& text, std::int32_t& value) {
     return false;
   }
   if (!convertToLong(text, value)) {
-    report(quotedText(text) + " is no number");
+    error(quotedText(text) + " is no number", "");
     return false;
   }
   return true;
@@ -223,7 +235,7 @@ bool ScriptCheck::isNumber(const SString& text, std::int32_t& value) {
 void ScriptCheck::boolean(const SString& text) {
   std::int32_t value;
   if (isNumber(text, value) && value != 0 && value != 1) {
-    report(quotedText(text) + " must be 0 or 1");
+    error(quotedText(text) + " must be 0 or 1", "");
   }
 }
 
@@ -235,7 +247,7 @@ void ScriptCheck::number(const SString& text) {
 void ScriptCheck::installOption(const SString& text) {
   std::int32_t value;
   if (isNumber(text, value) && (value < 0 || value > 2)) {
-    report(quotedText(text) + " must be 0, 1 or 2");
+    error(quotedText(text) + " must be 0, 1 or 2", "");
   }
 }
 
@@ -249,14 +261,16 @@ bool ScriptCheck::isJVMFile(std::int32_t id) const {
 void ScriptCheck::launchedFile(const SString& text) {
   std::int32_t id;
   if (isNumber(text, id) && id >= 0 && !isJVMFile(id)) {
-    report("no jvm file has the number " + std::to_string(id) + "; ILAUNCH does nothing then");
+    m_findings.error(m_script.at(tagname::kInstructions, m_current),
+                     "no jvm file has the number " + std::to_string(id), "ILAUNCH does nothing",
+                     "write the number of a jvm file, or -1 to end with status -1");
   }
 }
 
 void ScriptCheck::verifiedFile(const SString& text) {
   std::int32_t id;
   if (isNumber(text, id) && !isJVMFile(id)) {
-    report("no jvm file has the number " + std::to_string(id) + "; VERIFY is an error then");
+    error("no jvm file has the number " + std::to_string(id), "write the number of a jvm file");
   }
 }
 
@@ -267,9 +281,8 @@ void ScriptCheck::launcherPosition(const SString& text) {
   }
   const bool exists = position >= 0 && static_cast<std::size_t>(position) < m_setup.files.size();
   if (!exists || m_setup.files[static_cast<std::size_t>(position)].type != FILE_TYPE_LAUNCHER) {
-    report("position " + std::to_string(position) +
-           " of the file index holds no launcher; positions "
-           "count from 0 and are not the files' numbers");
+    error("position " + std::to_string(position) + " of the file index holds no launcher",
+          "write the launcher's position, which counts from 0 and is not its number");
   }
 }
 
@@ -290,13 +303,12 @@ void ScriptCheck::launch(std::size_t position) {
   const bool isClosed = readArgument(m_lines[m_current], position, file);
   const SString seconds = getTokenFromString(m_lines[m_current], position);
   if (!isClosed || seconds.empty() || !unquote(file)) {
-    report(
-        "LAUNCH needs the jvm file's name and, behind it on the line, the seconds, as in LAUNCH "
-        "@S2@ 1");
+    error("LAUNCH needs the jvm file's name and, behind it on the line, the seconds",
+          "write LAUNCH @S2@ 1");
     return;
   }
   if (file.empty()) {
-    report("the jvm file's name is empty");
+    error("the jvm file's name is empty", "");
   }
   checkArgument(file, ArgumentKind::kFileName);
   checkArgument(seconds, ArgumentKind::kSeconds);
@@ -305,12 +317,12 @@ void ScriptCheck::launch(std::size_t position) {
 void ScriptCheck::set(std::size_t position) {
   const auto assignment = splitAssignment(m_lines[m_current].substr(position).view());
   if (!assignment) {
-    report("SET needs a variable, = and a value");
+    error("SET needs a variable, = and a value", "");
     return;
   }
-  const std::string fault = findVariableFault(assignment->name);
-  if (!fault.empty()) {
-    report(fault);
+  const Fault fault = findVariableFault(assignment->name);
+  if (!fault.what.empty()) {
+    error(fault.what, fault.advice);
     return;
   }
   VariableRef variable;
@@ -322,18 +334,19 @@ void ScriptCheck::setValue(const VariableRef& variable, const SString& value) {
   const bool inQuotes = value[0] == '"';
   SString stored = value;
   if (!unquote(stored)) {
-    report("the text lacks its closing quote");
+    error("the text lacks its closing quote", "");
     return;
   }
   if (!inQuotes && stored != value) {
-    report("only the first word of the value is stored; put it into double quotes");
+    warn("the value has several words without quotes", "only the first is stored",
+         "put the value into double quotes");
   }
-  const std::string fault = findReferenceFault(stored);
+  const Fault fault = findReferenceFault(stored);
   std::int32_t number;
-  if (!fault.empty()) {
-    report(fault);
+  if (!fault.what.empty()) {
+    error(fault.what, fault.advice);
   } else if (inQuotes && stored.empty()) {
-    report("an empty text in quotes is an error; leave out the quotes");
+    error("an empty text stands in quotes", "leave out the quotes");
   } else if (variable.isNumericVariable()) {
     isNumber(stored, number);
   }
@@ -341,35 +354,35 @@ void ScriptCheck::setValue(const VariableRef& variable, const SString& value) {
 
 // --- Variables ---
 
-std::string findVariableFault(const SString& name) {
+Fault findVariableFault(const SString& name) {
   try {
     VariableRef().init(name, "");
-    return "";
+    return {};
   } catch (const LauncherException&) {
-    return quotedText(name) + " is no variable; there are N1 to N" +
-           std::to_string(kNumericVariables) + " and S1 to S" + std::to_string(kStringVariables);
+    return {quotedText(name) + " is no variable",
+            "write N1 to N" + std::to_string(kNumericVariables) + " or S1 to S" +
+                std::to_string(kStringVariables)};
   }
 }
 
-std::string findReferenceFault(const SString& text) {
+Fault findReferenceFault(const SString& text) {
   for (Reference reference = findReference(text, 0); reference.kind != Reference::kNone;
        reference = findReference(text, reference.end + 1)) {
     if (reference.kind == Reference::kUnclosed) {
-      return "the last @ lacks its second one; a single @ is written @@";
+      return {"the last @ lacks its second one", "write a single @ as @@"};
     }
-    const std::string fault =
-        reference.kind == Reference::kVariable ? findVariableFault(reference.name(text)) : "";
-    if (!fault.empty()) {
+    const Fault fault =
+        reference.kind == Reference::kVariable ? findVariableFault(reference.name(text)) : Fault();
+    if (!fault.what.empty()) {
       return fault;
     }
   }
-  return "";
+  return {};
 }
 
 }  // namespace
 
-std::set<Command> checkScript(const Setup& setup, const SetupFile& script,
-                              std::vector<std::string>& findings) {
+std::set<Command> checkScript(const Setup& setup, const SetupFile& script, Findings& findings) {
   return ScriptCheck(setup, script, findings).run();
 }
 

@@ -16,7 +16,6 @@
 namespace authoring {
 namespace {
 
-using Findings = std::vector<std::string>;
 using Names = std::vector<SString>;
 
 const SetupFile* findFirst(const Setup& setup, std::int32_t type) {
@@ -33,16 +32,15 @@ void checkNames(const Setup& setup, Findings& findings) {
   for (const SetupFile& file : setup.files) {
     const std::string fault = findNameFault(file.name);
     if (!fault.empty()) {
-      findings.push_back(file.label + ": its name " + fault);
+      findings.error(file.entry, "its name " + fault, "", "");
     }
     if (!names.insert(file.name).second) {
-      findings.push_back(file.label +
-                         ": another file has this name, too; copied out, one would "
-                         "overwrite the other");
+      findings.error(file.entry, "another file has this name, too",
+                     "copied out, one would overwrite the other", "give each a name of its own");
     }
     if (!ids.insert(file.id).second) {
-      findings.push_back(file.label + ": another file has the number " + std::to_string(file.id) +
-                         ", too; scripts reach only the first");
+      findings.error(file.entry, "another file has the number " + std::to_string(file.id) + ", too",
+                     "scripts reach only the first", "give each a number of its own");
     }
   }
 }
@@ -75,14 +73,14 @@ class TagCheck {
   void run() {
     switch (m_file.type) {
       case FILE_TYPE_INSTRUCTIONS:
-        need(tagname::kInstructions, "the launcher does nothing and ends with status 0");
+        needOrFail(tagname::kInstructions, "the launcher does nothing and ends with status 0");
         return checkTags(kInstructionTags);
       case FILE_TYPE_JVM:
-        need(tagname::kJVMExe, "no JVM is ever accepted");
+        needOrFail(tagname::kJVMExe, "no JVM is ever accepted");
         need(tagname::kJVMProperties, "hints are not looked at and VERIFY accepts no JVM");
         return checkTags(kJVMFileTags);
       case FILE_TYPE_LAUNCH_SCRIPT:
-        need(tagname::kCommand, "there is nothing to run");
+        needOrFail(tagname::kCommand, "there is nothing to run");
         return checkTags(kLaunchScriptTags);
       case FILE_TYPE_JVM_MESSAGE:
         need(tagname::kMessage, "an empty line is shown when no JVM is found");
@@ -93,12 +91,21 @@ class TagCheck {
   }
 
  private:
-  void report(const std::string& text) { m_findings.push_back(m_file.label + ": " + text); }
+  void warn(const char* tag, long index, const std::string& what, const std::string& why,
+            const std::string& advice) {
+    m_findings.warning(m_file.at(tag, index), tag + (": " + what), why, advice);
+  }
   SString value(const char* tag) const { return m_file.tagFile->getTagValue(tag, 0); }
+
+  void needOrFail(const char* tag, const char* consequence) {
+    if (value(tag).empty()) {
+      m_findings.error(m_file.at(), std::string(tag) + " is missing", consequence, "");
+    }
+  }
 
   void need(const char* tag, const char* consequence) {
     if (value(tag).empty()) {
-      report(std::string(tag) + " is missing: " + consequence);
+      m_findings.warning(m_file.at(), std::string(tag) + " is missing", consequence, "");
     }
   }
 
@@ -116,8 +123,8 @@ class TagCheck {
 
   void checkCount(const TagRow& row) {
     if (row.values == TagValues::kFirst && m_file.tagFile->getTagValueCount(row.name) > 1) {
-      report(std::string(row.name) +
-             " has several lines, of which the first alone counts; write one line");
+      m_findings.warning(m_file.at(row.name, 1), std::string(row.name) + " has several lines",
+                         "the first alone counts", "write one line");
     }
   }
 
@@ -132,7 +139,7 @@ class TagCheck {
       case TagKind::kProperty:
         return checkProperties(row.name);
       case TagKind::kTemplate:
-        return checkTemplate(m_file.label + ": " + row.name, value(row.name), m_findings);
+        return checkTemplate(m_file, row.name, m_findings);
       default:
         return;
     }
@@ -142,7 +149,8 @@ class TagCheck {
   void checkUnknown(const std::string& name, TagTable table) {
     const std::string hint = didYouMean(name, table);
     if (!hint.empty() && !isReferredTo(m_setup, name)) {
-      report(printable(name) + " is no tag that the launcher knows" + hint);
+      m_findings.warning(m_file.at(name), name + " is no tag that the launcher knows",
+                         "nothing reads it", hint);
     }
   }
 
@@ -150,9 +158,9 @@ class TagCheck {
     const SString text = value(tag);
     const auto isPlain = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
     if (!std::all_of(text.view().begin(), text.view().end(), isPlain)) {
-      report(std::string(tag) +
-             " holds letters beyond ASCII, which are shown wrongly; write each as "
-             "\\u and its four hexadecimal digits");
+      m_findings.warning(m_file.at(tag, 0), std::string(tag) + " holds letters beyond ASCII",
+                         "they are shown wrongly",
+                         "write each as \\u and its four hexadecimal digits");
     }
   }
 
@@ -160,15 +168,16 @@ class TagCheck {
     std::int16_t number;
     const SString text = value(tag);
     if (!text.empty() && !convertToShort(text, number)) {
-      report(std::string(tag) + ": " + quotedText(text.c_str()) +
-             " counts as not given; write 1 or 0");
+      warn(tag, 0, quotedText(text.c_str()) + " is no number", "it counts as not given",
+           "write 1 or 0");
     }
   }
 
   void needOne(const char* tag) {
     const SString text = value(tag);
     if (!text.empty() && text != "1" && text != "0") {
-      report(std::string(tag) + ": " + quotedText(text.c_str()) + " counts as 0; write 1 or 0");
+      warn(tag, 0, quotedText(text.c_str()) + " is neither 1 nor 0", "it counts as 0",
+           "write 1 or 0");
     }
   }
 
@@ -176,7 +185,8 @@ class TagCheck {
     for (long i = 0; i < m_file.tagFile->getTagValueCount(tag); ++i) {
       const SString line = m_file.tagFile->getTagValue(tag, static_cast<unsigned long>(i));
       if (line.find('=') == SString::npos) {
-        report(std::string(tag) + ": " + quotedText(line) + " is ignored; write name = value");
+        warn(tag, i, quotedText(line) + " has no equals sign", "it is ignored",
+             "write name = value");
       }
     }
   }
@@ -193,7 +203,9 @@ void checkSecondScripts(const Setup& setup, Findings& findings) {
     const bool single = file.type == FILE_TYPE_INSTRUCTIONS || file.type == FILE_TYPE_LAUNCH_SCRIPT;
     const SetupFile* const first = findFirst(setup, file.type);
     if (single && first != &file) {
-      findings.push_back(file.label + ": never used, since " + first->label + " stands before it");
+      findings.warning(file.entry, "this file is never used",
+                       "the launcher takes only the first of its type, " + first->label,
+                       "leave it out");
     }
   }
 }
@@ -201,47 +213,62 @@ void checkSecondScripts(const Setup& setup, Findings& findings) {
 struct NeedRow {
   Command command;    // of the script
   std::int32_t type;  // of a file without which it fails
-  const char* text;
+  const char* what;
+  const char* why;
 };
 
 const NeedRow kNeeds[] = {
-    {Command::kFindJVM, FILE_TYPE_JVM, "no jvm file: FIND_JVM finds nothing"},
-    {Command::kFindJVM, FILE_TYPE_VERIFY_JAR, "no verify archive: FIND_JVM accepts no JVM"},
-    {Command::kVerify, FILE_TYPE_VERIFY_JAR, "no verify archive: VERIFY accepts no JVM"},
-    {Command::kLaunch, FILE_TYPE_LAUNCH_SCRIPT,
-     "no launch script: LAUNCH does nothing, and the launcher ends with status -1"},
-    {Command::kILaunch, FILE_TYPE_LAUNCH_SCRIPT,
-     "no launch script: ILAUNCH does nothing, and the launcher ends with status -1"},
-    {Command::kInstallJVM, FILE_TYPE_JVM_INSTALLER, "no JVM installer: INSTALL_JVM is an error"},
+    {Command::kFindJVM, FILE_TYPE_JVM, "no jvm file", "FIND_JVM finds nothing"},
+    {Command::kFindJVM, FILE_TYPE_VERIFY_JAR, "no verify archive", "FIND_JVM accepts no JVM"},
+    {Command::kVerify, FILE_TYPE_VERIFY_JAR, "no verify archive", "VERIFY accepts no JVM"},
+    {Command::kLaunch, FILE_TYPE_LAUNCH_SCRIPT, "no launch script",
+     "LAUNCH does nothing, and the launcher ends with status -1"},
+    {Command::kILaunch, FILE_TYPE_LAUNCH_SCRIPT, "no launch script",
+     "ILAUNCH does nothing, and the launcher ends with status -1"},
+    {Command::kInstallJVM, FILE_TYPE_JVM_INSTALLER, "no JVM installer", "INSTALL_JVM is an error"},
 };
 
 void checkNeeds(const Setup& setup, const std::set<Command>& commands, Findings& findings) {
   for (const NeedRow& row : kNeeds) {
     if (commands.count(row.command) != 0 && findFirst(setup, row.type) == nullptr) {
-      findings.push_back(setup.label + ": " + row.text);
+      findings.error({setup.label, 0}, row.what, row.why,
+                     "add a file of the type " + std::string(fileTypeName(row.type)));
     }
   }
 }
 
-}  // namespace
-
-std::vector<std::string> checkSetup(const Setup& setup) {
-  Findings findings = setup.findings;
-  checkNames(setup, findings);
+void checkScripts(const Setup& setup, Findings& findings) {
   checkSecondScripts(setup, findings);
   const SetupFile* const script = findFirst(setup, FILE_TYPE_INSTRUCTIONS);
   if (script == nullptr) {
-    findings.push_back(
-        setup.label + ": no instruction script: the launcher says nothing and ends with status -1");
+    findings.error({setup.label, 0}, "no instruction script",
+                   "the launcher says nothing and ends with status -1",
+                   "add a file of the type instructions");
+  } else if (script->tagFile != nullptr) {
+    checkNeeds(setup, checkScript(setup, *script, findings), findings);
   }
+}
+
+std::vector<std::string> labelsOf(const Setup& setup) {
+  std::vector<std::string> labels = {setup.label};
+  for (const SetupFile& file : setup.files) {
+    labels.push_back(file.label);
+  }
+  return labels;
+}
+
+}  // namespace
+
+Findings checkSetup(const Setup& setup) {
+  Findings findings = setup.findings;
+  checkNames(setup, findings);
+  checkScripts(setup, findings);
   for (const SetupFile& file : setup.files) {
     if (file.tagFile != nullptr) {
       TagCheck(setup, file, findings).run();
     }
   }
-  if (script != nullptr && script->tagFile != nullptr) {
-    checkNeeds(setup, checkScript(setup, *script, findings), findings);
-  }
+  findings.sort(labelsOf(setup));
   return findings;
 }
 

@@ -1,13 +1,14 @@
 #include "authoring/SetupContents.h"
 
 #include <cctype>
+#include <cerrno>
+#include <cstring>
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/AuthoringError.h"
-#include "authoring/FileTypes.h"
 #include "authoring/LauncherFileReader.h"
-#include "authoring/Manifest.h"
 #include "authoring/Packer.h"
+#include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
 namespace authoring {
@@ -27,65 +28,145 @@ bool isManifest(const std::string& path) {
   return byte == '{';
 }
 
-// Stores the tag file that `load` returns, or adds a finding why it does not parse.
-template <class Load>
-void loadTagFile(Setup& setup, SetupFile& file, Load load) {
-  try {
-    file.tagFile = load();
-  } catch (const std::exception& e) {
-    const std::string text = e.what();
-    const bool namesFile = text.find(file.label) != std::string::npos;
-    setup.findings.push_back(namesFile ? text : file.label + ": " + text);
-  }
-}
+// --- Tag files ---
 
-void loadFromManifest(Setup& setup, const Manifest& manifest) {
-  for (const ManifestFile& source : manifest.files) {
-    SetupFile file = {source.type, source.id, source.name, source.path, nullptr};
-    if (isTagFileType(source.type)) {
-      loadTagFile(setup, file, [&] {
-        const FilePtr stream = openFile(source.path.c_str(), "r");
-        if (stream == nullptr) {
-          throw AuthoringError("cannot be read");
-        }
-        auto tagFile = std::make_unique<TagFile>();
-        tagFile->load(stream.get(), source.path.c_str(), 0, -1);
-        return tagFile;
-      });
+struct ReasonRow {
+  const char* reason;
+  const char* advice;
+};
+const ReasonRow kReasons[] = {
+    {"missing colon at the end of the tag name", "write NAME: value; there are no comments here"},
+    {"missing /: tag completer", "end the block that begins here with a line /:"},
+    {"invalid tag format", "write a value, or leave out the tag"},
+};
+
+std::string adviceFor(const std::string& reason) {
+  for (const ReasonRow& row : kReasons) {
+    if (reason == row.reason) {
+      return row.advice;
     }
-    setup.files.push_back(std::move(file));
+  }
+  return "";
+}
+
+std::string asReason(std::string text) {
+  if (text.ends_with('.')) {
+    text.pop_back();
+  }
+  if (!text.empty()) {
+    text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
+  }
+  return text;
+}
+
+// Reports the error of the launcher's parser. "Syntax error in NAME at line N ==> REASON." tells
+// the line; other errors are in the line that was read last.
+void reportUnparsable(Findings& findings, const SetupFile& file, const std::string& error) {
+  constexpr std::string_view kLine = " at line ";
+  constexpr std::string_view kArrow = " ==> ";
+  const std::size_t line = error.rfind(kLine);
+  const std::size_t arrow = error.rfind(kArrow);
+  Place place = {file.label, file.sources.lastLine().number};
+  std::string reason = asReason(error);
+  if (line != std::string::npos && arrow != std::string::npos && line < arrow) {
+    (void)convertToLong(error.substr(line + kLine.size()).c_str(), place.line);
+    reason = asReason(error.substr(arrow + kArrow.size()));
+  }
+  findings.error(place, reason, "the launcher cannot load the file", adviceFor(reason));
+}
+
+// Loads the tag file with `load`, or reports why it does not parse.
+template <class Load>
+void loadTagFile(Findings& findings, SetupFile& file, Load load) {
+  try {
+    load();
+  } catch (const std::exception& e) {
+    file.tagFile = nullptr;
+    reportUnparsable(findings, file, e.what());
   }
 }
 
-void loadFromLauncher(Setup& setup, const LauncherFile& launcher) {
+// --- From a manifest ---
+
+void loadTagFileOf(SetupFile& file, const std::string& path) {
+  const FilePtr stream = openFile(path.c_str(), "r");
+  if (stream == nullptr) {
+    throw AuthoringError(std::string("cannot be read: ") + std::strerror(errno));
+  }
+  file.tagFile = std::make_unique<TagFile>();
+  file.tagFile->load(stream.get(), path.c_str(), 0, -1, &file.sources);
+}
+
+void addFile(Setup& setup, const ManifestFile& source) {
+  SetupFile file;
+  file.type = source.type;
+  file.id = source.id;
+  file.name = source.name;
+  file.label = source.path;
+  file.entry = {setup.label, 0};
+  if (isTagFileType(source.type)) {
+    loadTagFile(setup.findings, file, [&] { loadTagFileOf(file, source.path); });
+  }
+  setup.files.push_back(std::move(file));
+}
+
+// --- From a launcher file ---
+
+void loadTagFileOf(SetupFile& file, TagFileLoader& loader, FileIndexEntry& entry) {
+  try {
+    loader.load(entry, &file.sources);
+    file.tagFile = entry.takeTagFile();
+  } catch (const LauncherException&) {
+    if (entry.getTagFile() != nullptr) {
+      file.sources = {};  // it parses, but there is too much text in all: no line is at fault
+    }
+    throw;
+  }
+}
+
+void addFile(Setup& setup, const LauncherFile& launcher, TagFileLoader& loader,
+             FileIndexEntry& entry) {
+  SetupFile file;
+  file.type = entry.getFileType();
+  file.id = entry.getFileId();
+  file.name = entry.getFileName().c_str();
+  file.label = file.name.empty() ? "entry " + std::to_string(setup.files.size()) : file.name;
+  file.entry = {file.label, 0};
+  if (!isInside(launcher, entry)) {
+    setup.findings.error(file.at(), "its bytes lie outside the launcher file",
+                         "the file was cut, or made by a broken tool", "pack the setup again");
+  } else if (entry.isTagFile()) {
+    loadTagFile(setup.findings, file, [&] { loadTagFileOf(file, loader, entry); });
+  }
+  setup.files.push_back(std::move(file));
+}
+
+Setup loadFromLauncher(const std::string& path) {
+  const LauncherFile launcher = readLauncherFile(path);
+  Setup setup;
+  setup.label = path;
+  setup.purpose = launcher.purpose;
   TagFileLoader loader(launcher.file.get());
   for (long i = 0; i < launcher.index.size(); ++i) {
-    FileIndexEntry& entry = *launcher.index.at(i);
-    const std::string name = entry.getFileName().c_str();
-    SetupFile file = {entry.getFileType(), entry.getFileId(), name, printable(name), nullptr};
-    if (!isInside(launcher, entry)) {
-      setup.findings.push_back(file.label + ": its bytes lie outside the launcher file");
-    } else if (entry.isTagFile()) {
-      loadTagFile(setup, file, [&] {
-        loader.load(entry);
-        return entry.takeTagFile();
-      });
-    }
-    setup.files.push_back(std::move(file));
+    addFile(setup, launcher, loader, *launcher.index.at(i));
   }
+  return setup;
 }
 
 }  // namespace
 
-Setup loadSetup(const std::string& path, const std::vector<std::string>& baseFolders) {
+Setup loadSetup(const Manifest& manifest) {
   Setup setup;
-  setup.label = path;
-  if (isManifest(path)) {
-    loadFromManifest(setup, loadManifest(path, baseFolders));
-  } else {
-    loadFromLauncher(setup, readLauncherFile(path));
+  setup.label = manifest.path;
+  setup.purpose = manifest.purpose;
+  for (const ManifestFile& file : manifest.files) {
+    addFile(setup, file);
   }
   return setup;
+}
+
+Setup loadSetup(const std::string& path, const std::vector<std::string>& baseFolders) {
+  return isManifest(path) ? loadSetup(loadManifest(path, baseFolders)) : loadFromLauncher(path);
 }
 
 }  // namespace authoring

@@ -60,8 +60,8 @@ CommandText resultOf(Function function, const CommandTexts& args) {
 
 class TemplateCheck : public MacroHandler {
  public:
-  TemplateCheck(const std::string& label, std::vector<std::string>& findings)
-      : m_label(label), m_findings(findings) {}
+  TemplateCheck(const SetupFile& file, const char* tag, Findings& findings)
+      : m_file(file), m_tag(tag), m_findings(findings) {}
 
   CommandText processMacro(const MacroText& text, char /*delimiter*/, std::size_t start,
                            std::size_t& end) const override {
@@ -74,8 +74,8 @@ class TemplateCheck : public MacroHandler {
     CommandTexts args;
     FunctionArguments reader(text.buffer(), end + 1);
     if (!reader.tryRead(args)) {
-      report(std::string(function->name) +
-             " needs parentheses, and in them texts in double quotes with commas between");
+      report(std::string(function->name) + " has no list of arguments that ends",
+             "write parentheses, and in them texts in double quotes with commas between");
       throw Unparsable();
     }
     end = reader.position() - 1;
@@ -84,10 +84,13 @@ class TemplateCheck : public MacroHandler {
   }
 
  private:
-  void report(const std::string& text) const { m_findings.push_back(m_label + ": " + text); }
+  void report(const std::string& what, const std::string& advice) const {
+    m_findings.error(m_file.at(m_tag, 0), std::string(m_tag) + ": " + what,
+                     "the wizard is not started", advice);
+  }
 
   void reportUnknown(std::string_view name) const {
-    report("there is no function \"" + printable(name) + "\"" + didYouMean(name, kFunctionGrammar));
+    report("there is no function " + quotedText(name), didYouMean(name, kFunctionGrammar));
     if (!looksLikeAFunction(name)) {
       throw Unparsable();
     }
@@ -95,20 +98,21 @@ class TemplateCheck : public MacroHandler {
 
   void checkCount(const FunctionGrammar& function, long count) const {
     if (count < function.leastArguments || count > function.mostArguments) {
-      report(function.name + wantedCount(function) + " and has " + std::to_string(count));
+      report(function.name + wantedCount(function) + " and has " + std::to_string(count), "");
     }
   }
 
-  const std::string& m_label;
-  std::vector<std::string>& m_findings;
+  const SetupFile& m_file;
+  const char* m_tag;
+  Findings& m_findings;
 };
 
 }  // namespace
 
-void checkTemplate(const std::string& label, const SString& text,
-                   std::vector<std::string>& findings) {
+void checkTemplate(const SetupFile& file, const char* tag, Findings& findings) {
   try {
-    TemplateCheck(label, findings).resolve(text, kFunctionMark);
+    const SString text = file.tagFile->getTagValue(tag, 0);
+    TemplateCheck(file, tag, findings).resolve(text, kFunctionMark);
   } catch (const Unparsable&) {
   }
 }

@@ -3,18 +3,13 @@
 #ifndef CORVANE_AUTHORING_TEMPLATECHECK_H
 #define CORVANE_AUTHORING_TEMPLATECHECK_H
 
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include "util/SString.h"
+#include "authoring/SetupContents.h"
 
 namespace authoring {
 
-// Adds unknown functions and malformed calls to `findings`, each after `label`. A call inside an
+// Adds unknown functions and malformed calls in the value of `tag` to `findings`. A call inside an
 // argument is checked where the argument becomes part of the command.
-void checkTemplate(const std::string& label, const SString& text,
-                   std::vector<std::string>& findings);
+void checkTemplate(const SetupFile& file, const char* tag, Findings& findings);
 
 }  // namespace authoring
 

@@ -1,6 +1,6 @@
 // corvane-pack: makes launcher files, lists and checks them, and takes them apart.
 //
-// Exit status: 0 success, no findings; 1 an error, or findings; 2 wrong usage.
+// Exit status: 0 success, no errors found; 1 an error, or errors found; 2 wrong usage.
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <cstdio>
@@ -10,6 +10,7 @@
 
 #include "authoring/AuthoringError.h"
 #include "authoring/Extractor.h"
+#include "authoring/FindingReport.h"
 #include "authoring/Installation.h"
 #include "authoring/LauncherFileReader.h"
 #include "authoring/Listing.h"
@@ -31,6 +32,7 @@ struct Arguments {
   std::string folder;
   authoring::Selection selection;
   bool json = false;
+  bool strict = false;
 };
 
 void print(const std::string& text) {
@@ -63,13 +65,18 @@ void printStub(const std::string& path) {
 }
 
 int check(const Arguments& arguments) {
-  const auto findings =
+  authoring::Findings findings =
       authoring::checkSetup(authoring::loadSetup(arguments.file, arguments.pack.baseFolders));
-  printStub(arguments.file);
-  for (const std::string& finding : findings) {
-    print(finding + "\n");
+  if (arguments.strict) {
+    findings.makeStrict();
   }
-  return findings.empty() ? 0 : kStatusFindings;
+  if (arguments.json) {
+    print(authoring::reportAsJson(arguments.file, findings));
+  } else {
+    printStub(arguments.file);
+    print(authoring::reportAsText(arguments.file, findings, authoring::wantsColor(stdout)));
+  }
+  return findings.hasErrors() ? kStatusFindings : 0;
 }
 
 int extract(const Arguments& arguments) {
@@ -151,6 +158,8 @@ void addCommands(CLI::App& app, Arguments& arguments, int (*&chosen)(const Argum
   checkCommand
       .add_option("FILE", arguments.file, "A launcher file or a manifest; - for standard input")
       ->required();
+  checkCommand.add_flag("--json", arguments.json, "For programs");
+  checkCommand.add_flag("--strict", arguments.strict, "Take warnings as errors");
   addBaseOption(checkCommand, arguments);
   checkCommand.callback([&chosen] { chosen = check; });
 

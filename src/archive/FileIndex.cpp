@@ -98,12 +98,12 @@ FileIndexEntry* FileIndex::findType(std::int32_t fileType) const {
 TagFileLoader::TagFileLoader(std::FILE* launcherFile)
     : m_launcherFile(launcherFile), m_bytesLeft(kExtraTagFileBytes + sizeOf(launcherFile)) {}
 
-void TagFileLoader::load(FileIndexEntry& entry) {
+void TagFileLoader::load(FileIndexEntry& entry, TagFileObserver* observer) {
   if (!entry.isTagFile()) {
     return;
   }
   if (m_bytesLeft >= 0) {
-    entry.loadTagFile(m_launcherFile);
+    entry.loadTagFile(m_launcherFile, observer);
     m_bytesLeft -= entry.getTagFile()->getLoadedBytes();
   }
   if (m_bytesLeft < 0) {

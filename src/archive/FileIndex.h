@@ -65,7 +65,7 @@ class TagFileLoader {
   // Parses the entry's tag file; does nothing for other types. Throws as
   // FileIndexEntry::loadTagFile does; beyond the limit, now and in later calls, that there is more
   // text than the file has room for.
-  void load(FileIndexEntry& entry);
+  void load(FileIndexEntry& entry, TagFileObserver* observer = nullptr);
 
  private:
   std::FILE* m_launcherFile;

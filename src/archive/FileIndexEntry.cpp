@@ -50,12 +50,12 @@ void FileIndexEntry::load(std::FILE* launcherFile) {
   }
 }
 
-void FileIndexEntry::loadTagFile(std::FILE* launcherFile) {
+void FileIndexEntry::loadTagFile(std::FILE* launcherFile, TagFileObserver* observer) {
   if (!isTagFile()) {
     return;
   }
   auto tagFile = std::make_unique<TagFile>();
-  tagFile->load(launcherFile, m_stringValue, m_offsetToBytes, m_fileLength);
+  tagFile->load(launcherFile, m_stringValue, m_offsetToBytes, m_fileLength, observer);
   m_tagFile = std::move(tagFile);
 }
 

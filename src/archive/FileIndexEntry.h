@@ -25,8 +25,9 @@ class FileIndexEntry {
   // bounded by what the file really holds. Throws LauncherException with one of the texts at the
   // top of FileIndexEntry.cpp.
   void load(std::FILE* launcherFile);
-  // Parses the stored bytes of a tag file; does nothing for other types. Throws as TagFile::load.
-  void loadTagFile(std::FILE* launcherFile);
+  // Parses the stored bytes of a tag file; does nothing for other types. Throws as TagFile::load,
+  // which takes the observer.
+  void loadTagFile(std::FILE* launcherFile, TagFileObserver* observer = nullptr);
 
   std::int32_t getFileType() const { return m_fileType; }
   // Null unless this is a tag file that was parsed. Owned by the entry.

@@ -12,6 +12,7 @@
 #include "launcher/Log.h"
 #include "tagfile/Quotes.h"
 #include "tagfile/StreamUtils.h"
+#include "tagfile/TagFileObserver.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "tagfile/WriteAll.h"
@@ -69,8 +70,10 @@ TagFile::TagFile(const SString& path) {
   load(file.get(), path, 0, -1);
 }
 
-void TagFile::load(std::FILE* file, const SString& name, std::int32_t start, std::int32_t length) {
+void TagFile::load(std::FILE* file, const SString& name, std::int32_t start, std::int32_t length,
+                   TagFileObserver* observer) {
   m_name = name;
+  m_observer = observer;
   m_lineNumber = 0;
   std::clearerr(file);  // errors of earlier reads are not ours
   if (std::fseek(file, start, SEEK_SET) != 0) {
@@ -97,7 +100,11 @@ std::string_view TagFile::readLine(LineReader& reader) {
   if (m_lineNumber < std::numeric_limits<std::int32_t>::max()) {
     ++m_lineNumber;
   }
-  return withoutBlanks(reader.next());
+  const std::string_view line = withoutBlanks(reader.next());
+  if (m_observer != nullptr) {
+    m_observer->onLine(m_lineNumber, line);
+  }
+  return line;
 }
 
 void TagFile::loadTag(LineReader& reader, std::string_view line) {
@@ -109,6 +116,9 @@ void TagFile::loadTag(LineReader& reader, std::string_view line) {
   // QUIRK(last-definition-wins): a tag that is defined again moves to the end. Its earlier values
   // go before the new ones are read, so after a definition that fails there is no such tag.
   removeValue(key);
+  if (m_observer != nullptr) {
+    m_observer->onTag(key.view());
+  }
   if (colon + 1 == line.size()) {
     loadBlock(reader, key);
   } else {
@@ -123,6 +133,9 @@ void TagFile::loadBlock(LineReader& reader, const SString& key) {
     SString value = parseValue(readLine(reader), 0);
     // QUIRK(quoted-completer): "/:" in quotes ends the block, too, and an empty value is skipped.
     if (value == kBlockEnd) {
+      if (m_observer != nullptr) {
+        m_observer->onBlockEnd();
+      }
       return;
     }
     if (value.empty()) {
@@ -132,6 +145,9 @@ void TagFile::loadBlock(LineReader& reader, const SString& key) {
       values = &valuesOf(key);
     }
     values->push_back(std::move(value));
+    if (m_observer != nullptr) {
+      m_observer->onValue();
+    }
   }
   logSyntaxError(kCompleterMissing, m_name, tagLineNumber);
 }
@@ -143,6 +159,9 @@ void TagFile::loadSingleValue(const SString& key, std::string_view line, std::si
   }
   SString value = parseValue(line, first);  // may throw, and then there is no such tag
   valuesOf(key).push_back(std::move(value));
+  if (m_observer != nullptr) {
+    m_observer->onValue();
+  }
 }
 
 StringDeque& TagFile::valuesOf(const SString& key) {

@@ -21,6 +21,7 @@
 #include "util/StringDeque.h"
 
 class LineReader;
+class TagFileObserver;
 
 // One tag: its values, and its place in the order of the document.
 struct TagFileEntry {
@@ -46,8 +47,9 @@ class TagFile {
   // Throws "Unable to read tag file." when `start` cannot be reached or the system cannot read;
   // "Syntax error in NAME at line N ==> " and the reason (logged as an error first); or the text of
   // `parseStringArgument` for a quoted value without its closing quote (not logged). Leaves the
-  // stream's position anywhere.
-  void load(std::FILE* file, const SString& name, std::int32_t start, std::int32_t length);
+  // stream's position anywhere. The observer, when there is one, is told what is read.
+  void load(std::FILE* file, const SString& name, std::int32_t start, std::int32_t length,
+            TagFileObserver* observer = nullptr);
 
   // A promised name, though nothing of ours calls it.
   bool isLoaded() const { return m_loaded; }
@@ -109,7 +111,8 @@ class TagFile {
   std::uint64_t m_nextPlace = 0;
   bool m_loaded = false;
   std::int64_t m_loadedBytes = 0;
-  std::int32_t m_lineNumber = 0;  // of the current load; its first line is 1
+  std::int32_t m_lineNumber = 0;          // of the current load; its first line is 1
+  TagFileObserver* m_observer = nullptr;  // of the current load
   SString m_name;
 };
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "authoring/AuthoringError.h"
+#include "authoring/FindingReport.h"
 #include "authoring/SetupCheck.h"
 #include "authoring/SetupContents.h"
 #include "support/ArchiveFixture.h"
@@ -14,6 +14,16 @@ namespace {
 using authoring::checkSetup;
 using authoring::loadSetup;
 using test::StoredFile;
+
+// As they are shown, without the newlines.
+std::vector<std::string> linesOf(const authoring::Findings& findings) {
+  std::vector<std::string> lines;
+  for (const authoring::Finding& finding : findings.all()) {
+    lines.push_back(describe(finding, false));
+    lines.back().pop_back();
+  }
+  return lines;
+}
 
 // --- Scripts ---
 
@@ -29,13 +39,14 @@ std::vector<StoredFile> setupWith(const std::string& lines) {
 
 std::vector<std::string> findingsOf(const test::TempDir& dir,
                                     const std::vector<StoredFile>& files) {
-  return checkSetup(loadSetup(test::writeFile(dir / "setup", test::launcherFileBytes(files)), {}));
+  return linesOf(
+      checkSetup(loadSetup(test::writeFile(dir / "setup", test::launcherFileBytes(files)), {})));
 }
 
 struct ScriptRow {
   const char* name;
   const char* lines;
-  std::vector<std::string> findings;  // behind "i: line "
+  std::vector<std::string> findings;  // the script's first line is the second of its file
 };
 
 const std::vector<ScriptRow> kScriptRows = {
@@ -51,120 +62,141 @@ const std::vector<ScriptRow> kScriptRows = {
      {}},
     {"words behind the arguments are ignored", "FIND_JVM 1 1 really\nGOTO x y\n:x", {}},
 
-    {"unknown command", "//\nFIND_JVN 1 1", {"2 (FIND_JVN 1 1): unknown command \"FIND_JVN\""}},
+    {"unknown command",
+     "//\nFIND_JVN 1 1",
+     {"i:3: error: unknown command \"FIND_JVN\"; the script ends with an error here"}},
     {"command in small letters",
      "//\nfind_jvm 1 1",
-     {"2 (find_jvm 1 1): unknown command \"find_jvm\"; commands are written in capitals"}},
+     {"i:3: error: unknown command \"find_jvm\"; the script ends with an error here; write "
+      "FIND_JVM"}},
     {"comment without a blank",
      "//\n//comment",
-     {"2 (//comment): unknown command \"//comment\"; a comment needs a blank behind //"}},
+     {"i:3: error: unknown command \"//comment\"; the script ends with an error here; a comment "
+      "needs a blank behind //"}},
     {"several findings, in the order of the lines",
      "X\nY\n//",
-     {"1 (X): unknown command \"X\"", "2 (Y): unknown command \"Y\""}},
+     {"i:2: error: unknown command \"X\"; the script ends with an error here",
+      "i:3: error: unknown command \"Y\"; the script ends with an error here"}},
 
     {"missing arguments",
      "FIND_JVM 1\nGOTO\nILAUNCH 2\nINSTALL_JVM\nJMP0 1\nVERIFY 1 1\nEXECUTE_LAUNCHER",
-     {"1 (FIND_JVM 1): FIND_JVM needs 2 arguments", "2 (GOTO): GOTO needs 1 argument",
-      "3 (ILAUNCH 2): ILAUNCH needs 2 arguments", "4 (INSTALL_JVM): INSTALL_JVM needs 1 argument",
-      "5 (JMP0 1): JMP0 needs 2 arguments", "6 (VERIFY 1 1): VERIFY needs 3 arguments",
-      "7 (EXECUTE_LAUNCHER): EXECUTE_LAUNCHER needs 1 argument"}},
+     {"i:2: error: FIND_JVM needs 2 arguments; the script ends with an error here",
+      "i:3: error: GOTO needs 1 argument; the script ends with an error here",
+      "i:4: error: ILAUNCH needs 2 arguments; the script ends with an error here",
+      "i:5: error: INSTALL_JVM needs 1 argument; the script ends with an error here",
+      "i:6: error: JMP0 needs 2 arguments; the script ends with an error here",
+      "i:7: error: VERIFY needs 3 arguments; the script ends with an error here",
+      "i:8: error: EXECUTE_LAUNCHER needs 1 argument; the script ends with an error here"}},
     {"booleans",
      "FIND_JVM 2 x\nVERIFY -1 0 2\nFIND_JVM 01 +0",
-     {"1 (FIND_JVM 2 x): \"2\" must be 0 or 1", "1 (FIND_JVM 2 x): \"x\" is no number",
-      "2 (VERIFY -1 0 2): \"-1\" must be 0 or 1"}},
+     {"i:2: error: \"2\" must be 0 or 1; the script ends with an error here",
+      "i:2: error: \"x\" is no number; the script ends with an error here",
+      "i:3: error: \"-1\" must be 0 or 1; the script ends with an error here"}},
     {"install options",
      "INSTALL_JVM 0\nINSTALL_JVM 3\nINSTALL_JVM -1\nINSTALL_JVM x",
-     {"2 (INSTALL_JVM 3): \"3\" must be 0, 1 or 2", "3 (INSTALL_JVM -1): \"-1\" must be 0, 1 or 2",
-      "4 (INSTALL_JVM x): \"x\" is no number"}},
+     {"i:3: error: \"3\" must be 0, 1 or 2; the script ends with an error here",
+      "i:4: error: \"-1\" must be 0, 1 or 2; the script ends with an error here",
+      "i:5: error: \"x\" is no number; the script ends with an error here"}},
     {"jvm files by number",
      "ILAUNCH 3 0\nILAUNCH 99 0\nVERIFY 1 1 1\nVERIFY 1 1 -1\nILAUNCH 2 x",
-     {"1 (ILAUNCH 3 0): no jvm file has the number 3; ILAUNCH does nothing then",
-      "2 (ILAUNCH 99 0): no jvm file has the number 99; ILAUNCH does nothing then",
-      "3 (VERIFY 1 1 1): no jvm file has the number 1; VERIFY is an error then",
-      "4 (VERIFY 1 1 -1): no jvm file has the number -1; VERIFY is an error then",
-      "5 (ILAUNCH 2 x): \"x\" is no number"}},
+     {"i:2: error: no jvm file has the number 3; ILAUNCH does nothing; write the number of a jvm "
+      "file, or -1 to end with status -1",
+      "i:3: error: no jvm file has the number 99; ILAUNCH does nothing; write the number of a jvm "
+      "file, or -1 to end with status -1",
+      "i:4: error: no jvm file has the number 1; the script ends with an error here; write the "
+      "number of a jvm file",
+      "i:5: error: no jvm file has the number -1; the script ends with an error here; write the "
+      "number of a jvm file",
+      "i:6: error: \"x\" is no number; the script ends with an error here"}},
     {"launchers by position",
      "EXECUTE_LAUNCHER 5\nEXECUTE_LAUNCHER 6\nEXECUTE_LAUNCHER -1",
-     {"1 (EXECUTE_LAUNCHER 5): position 5 of the file index holds no launcher; positions count "
-      "from "
-      "0 and are not the files' numbers",
-      "2 (EXECUTE_LAUNCHER 6): position 6 of the file index holds no launcher; positions count "
-      "from "
-      "0 and are not the files' numbers",
-      "3 (EXECUTE_LAUNCHER -1): position -1 of the file index holds no launcher; positions count "
-      "from 0 and are not the files' numbers"}},
+     {"i:2: error: position 5 of the file index holds no launcher; the script ends with an error "
+      "here; write the launcher's position, which counts from 0 and is not its number",
+      "i:3: error: position 6 of the file index holds no launcher; the script ends with an error "
+      "here; write the launcher's position, which counts from 0 and is not its number",
+      "i:4: error: position -1 of the file index holds no launcher; the script ends with an error "
+      "here; write the launcher's position, which counts from 0 and is not its number"}},
 
     {"label on the first line",
      ":x\nGOTO x",
-     {"2 (GOTO x): the label \"x\" stands on the first line, where it is never found; put a line "
-      "with // in front of it"}},
+     {"i:3: error: the label \"x\" stands on the script's first line, where it is never found; the "
+      "script ends with an error here; put a line with // in front of it"}},
     {"label on the first line and further down", ":x\nGOTO x\n:x", {}},
     {"label on the first line that nobody needs", ":x\n//", {}},
     {"label on the second line", "GOTO x\n:x", {}},
     {"label that is not there",
      "GOTO x\nJMP0 0 y\n:z",
-     {"1 (GOTO x): there is no label \"x\"; write a line :x",
-      "2 (JMP0 0 y): there is no label \"y\"; write a line :y"}},
+     {"i:2: error: there is no label \"x\"; the script ends with an error here; write a line :x",
+      "i:3: error: there is no label \"y\"; the script ends with an error here; write a line :y"}},
     {"label with more on its line",
      "GOTO x\n:x here",
-     {"1 (GOTO x): the line of the label \"x\" holds more than the label, which is then never "
-      "found; "
-      "leave the label alone on its line"}},
+     {"i:2: error: the line of the label \"x\" holds more than the label, which is never found "
+      "then; the script ends with an error here; leave the label alone on its line"}},
     {"label twice",
      "GOTO x\n:x\n:x",
-     {"3 (:x): a label of that name stands further up and is always taken"}},
+     {"i:4: warning: the label \":x\" stands further up, too; the first one is always taken; give "
+      "this one another name"}},
 
     {"references",
      "GOTO @N1\nFIND_JVM @N6@ @X1@\nSET S1 = @S11@\nSET S1 = @@@\nLAUNCH @S0@ 1\nGOTO @@\n//",
-     {"1 (GOTO @N1): the last @ lacks its second one; a single @ is written @@",
-      "2 (FIND_JVM @N6@ @X1@): \"N6\" is no variable; there are N1 to N5 and S1 to S10",
-      "2 (FIND_JVM @N6@ @X1@): \"X1\" is no variable; there are N1 to N5 and S1 to S10",
-      "3 (SET S1 = @S11@): \"S11\" is no variable; there are N1 to N5 and S1 to S10",
-      "4 (SET S1 = @@@): the last @ lacks its second one; a single @ is written @@",
-      "5 (LAUNCH @S0@ 1): \"S0\" is no variable; there are N1 to N5 and S1 to S10"}},
+     {"i:2: error: the last @ lacks its second one; the script ends with an error here; write a "
+      "single @ as @@",
+      "i:3: error: \"N6\" is no variable; the script ends with an error here; write N1 to N5 or S1 "
+      "to S10",
+      "i:3: error: \"X1\" is no variable; the script ends with an error here; write N1 to N5 or S1 "
+      "to S10",
+      "i:4: error: \"S11\" is no variable; the script ends with an error here; write N1 to N5 or "
+      "S1 to S10",
+      "i:5: error: the last @ lacks its second one; the script ends with an error here; write a "
+      "single @ as @@",
+      "i:6: error: \"S0\" is no variable; the script ends with an error here; write N1 to N5 or S1 "
+      "to S10"}},
 
     {"LAUNCH without its seconds",
      "LAUNCH\nLAUNCH @S2@\nLAUNCH \"a b\"\nLAUNCH \"a b",
-     {"1 (LAUNCH): LAUNCH needs the jvm file's name and, behind it on the line, the seconds, as in "
-      "LAUNCH @S2@ 1",
-      "2 (LAUNCH @S2@): LAUNCH needs the jvm file's name and, behind it on the line, the seconds, "
-      "as "
-      "in LAUNCH @S2@ 1",
-      "3 (LAUNCH \"a b\"): LAUNCH needs the jvm file's name and, behind it on the line, the "
-      "seconds, "
-      "as in LAUNCH @S2@ 1",
-      "4 (LAUNCH \"a b): LAUNCH needs the jvm file's name and, behind it on the line, the seconds, "
-      "as in LAUNCH @S2@ 1"}},
+     {"i:2: error: LAUNCH needs the jvm file's name and, behind it on the line, the seconds; the "
+      "script ends with an error here; write LAUNCH @S2@ 1",
+      "i:3: error: LAUNCH needs the jvm file's name and, behind it on the line, the seconds; the "
+      "script ends with an error here; write LAUNCH @S2@ 1",
+      "i:4: error: LAUNCH needs the jvm file's name and, behind it on the line, the seconds; the "
+      "script ends with an error here; write LAUNCH @S2@ 1",
+      "i:5: error: LAUNCH needs the jvm file's name and, behind it on the line, the seconds; the "
+      "script ends with an error here; write LAUNCH @S2@ 1"}},
     {"LAUNCH with something else than seconds",
      "LAUNCH \"a b\" soon\nLAUNCH a @N9@\nLAUNCH \"\" 1",
-     {"1 (LAUNCH \"a b\" soon): \"soon\" is no number",
-      "2 (LAUNCH a @N9@): \"N9\" is no variable; there are N1 to N5 and S1 to S10",
-      "3 (LAUNCH \"\" 1): the jvm file's name is empty"}},
+     {"i:2: error: \"soon\" is no number; the script ends with an error here",
+      "i:3: error: \"N9\" is no variable; the script ends with an error here; write N1 to N5 or S1 "
+      "to S10",
+      "i:4: error: the jvm file's name is empty; the script ends with an error here"}},
 
     {"SET",
      "SET S1\nSET X = 1\nSET N6 = 1\nSET = 1\nSET N1 = x\nSET N1 =\nSET S1 =\nSET S1 = \"\"\n"
      "SET S1 = \"a\nSET S1 = a b\nSET S1=a=b\nSET N1 = 12abc\nSET N1 = x y\nSET N1 = \"x\"",
-     {"1 (SET S1): SET needs a variable, = and a value",
-      "2 (SET X = 1): \"X\" is no variable; there are N1 to N5 and S1 to S10",
-      "3 (SET N6 = 1): \"N6\" is no variable; there are N1 to N5 and S1 to S10",
-      "4 (SET = 1): \"\" is no variable; there are N1 to N5 and S1 to S10",
-      "5 (SET N1 = x): \"x\" is no number", "6 (SET N1 =): \"\" is no number",
-      "8 (SET S1 = \"\"): an empty text in quotes is an error; leave out the quotes",
-      "9 (SET S1 = \"a): the text lacks its closing quote",
-      "10 (SET S1 = a b): only the first word of the value is stored; put it into double quotes",
-      "13 (SET N1 = x y): only the first word of the value is stored; put it into double quotes",
-      "13 (SET N1 = x y): \"x\" is no number", "14 (SET N1 = \"x\"): \"x\" is no number"}},
+     {"i:2: error: SET needs a variable, = and a value; the script ends with an error here",
+      "i:3: error: \"X\" is no variable; the script ends with an error here; write N1 to N5 or S1 "
+      "to S10",
+      "i:4: error: \"N6\" is no variable; the script ends with an error here; write N1 to N5 or S1 "
+      "to S10",
+      "i:5: error: \"\" is no variable; the script ends with an error here; write N1 to N5 or S1 "
+      "to S10",
+      "i:6: error: \"x\" is no number; the script ends with an error here",
+      "i:7: error: \"\" is no number; the script ends with an error here",
+      "i:9: error: an empty text stands in quotes; the script ends with an error here; leave out "
+      "the quotes",
+      "i:10: error: the text lacks its closing quote; the script ends with an error here",
+      "i:11: warning: the value has several words without quotes; only the first is stored; put "
+      "the value into double quotes",
+      "i:14: warning: the value has several words without quotes; only the first is stored; put "
+      "the value into double quotes",
+      "i:14: error: \"x\" is no number; the script ends with an error here",
+      "i:15: error: \"x\" is no number; the script ends with an error here"}},
 };
 
 TEST(Check, ReadsScriptsAsTheInterpreterDoes) {
   const test::TempDir dir;
   for (const ScriptRow& row : kScriptRows) {
     SCOPED_TRACE(row.name);
-    std::vector<std::string> wanted;
-    for (const std::string& finding : row.findings) {
-      wanted.push_back("i: line " + finding);
-    }
-    EXPECT_EQ(wanted, findingsOf(dir, setupWith(row.lines)));
+    EXPECT_EQ(row.findings, findingsOf(dir, setupWith(row.lines)));
   }
 }
 
@@ -190,67 +222,75 @@ const std::vector<SetupRow> kSetupRows = {
     {"script alone", {kScript}, {}},
     {"every type",
      allTypes(),
-     {"j.tag: JVM_PROPERTIES is missing: hints are not looked at and "
-      "VERIFY accepts no JVM"}},
+     {"j.tag: warning: JVM_PROPERTIES is missing; hints are not looked at and VERIFY accepts no "
+      "JVM"}},
     {"no file",
      {},
-     {"DIR/setup: no instruction script: the launcher says nothing and ends with status -1"}},
+     {"DIR/setup: error: no instruction script; the launcher says nothing and ends with status -1; "
+      "add a file of the type instructions"}},
     {"two scripts",
      {kScript, {0, 2, "i2", "INSTRUCTIONS: x\n"}},
-     {"i2: never used, since i stands before it"}},
+     {"i2: warning: this file is never used; the launcher takes only the first of its type, i; "
+      "leave it out"}},
     {"two launch scripts",
      {kScript, {2, 2, "l", "COMMAND: x\n"}, {2, 3, "l2", "COMMAND: x\n"}},
-     {"l2: never used, since l stands before it"}},
+     {"l2: warning: this file is never used; the launcher takes only the first of its type, l; "
+      "leave it out"}},
     {"empty script",
      {{0, 1, "i", ""}},
-     {"i: INSTRUCTIONS is missing: the launcher does nothing and ends with status 0"}},
+     {"i: error: INSTRUCTIONS is missing; the launcher does nothing and ends with status 0"}},
 
     {"FIND_JVM alone",
      {script("FIND_JVM 1 1")},
-     {"DIR/setup: no jvm file: FIND_JVM finds nothing",
-      "DIR/setup: no verify archive: FIND_JVM accepts no JVM"}},
+     {"DIR/setup: error: no jvm file; FIND_JVM finds nothing; add a file of the type jvm",
+      "DIR/setup: error: no verify archive; FIND_JVM accepts no JVM; add a file of the type "
+      "verify"}},
     {"LAUNCH alone",
      {script("LAUNCH a 1")},
-     {"DIR/setup: no launch script: LAUNCH does nothing, and the launcher ends with status -1"}},
+     {"DIR/setup: error: no launch script; LAUNCH does nothing, and the launcher ends with status "
+      "-1; add a file of the type launchscript"}},
     {"ILAUNCH alone",
      {script("ILAUNCH -1 1")},
-     {"DIR/setup: no launch script: ILAUNCH does nothing, and the launcher ends with status -1"}},
+     {"DIR/setup: error: no launch script; ILAUNCH does nothing, and the launcher ends with status "
+      "-1; add a file of the type launchscript"}},
     {"INSTALL_JVM alone",
      {script("INSTALL_JVM 1")},
-     {"DIR/setup: no JVM installer: INSTALL_JVM is an error"}},
+     {"DIR/setup: error: no JVM installer; INSTALL_JVM is an error; add a file of the type "
+      "jvm-installer"}},
     {"VERIFY alone",
      {script("VERIFY 1 1 2"), {1, 2, "j", "JVM_EXE: java\nJVM_PROPERTIES: a = b\n"}},
-     {"DIR/setup: no verify archive: VERIFY accepts no JVM"}},
+     {"DIR/setup: error: no verify archive; VERIFY accepts no JVM; add a file of the type verify"}},
 
     {"jvm file without anything",
      withScript({1, 2, "j", ""}),
-     {"j: JVM_EXE is missing: no JVM is ever accepted",
-      "j: JVM_PROPERTIES is missing: hints are not looked at and VERIFY accepts no JVM"}},
+     {"j: error: JVM_EXE is missing; no JVM is ever accepted",
+      "j: warning: JVM_PROPERTIES is missing; hints are not looked at and VERIFY accepts no JVM"}},
     {"jvm file with a property that says nothing",
      withScript({1, 2, "j", "JVM_EXE: x\nJVM_PROPERTIES:\na = b\nc\n/:\n"}),
-     {"j: JVM_PROPERTIES: \"c\" is ignored; write name = value"}},
+     {"j:4: warning: JVM_PROPERTIES: \"c\" has no equals sign; it is ignored; write name = value"}},
     {"jvm file with words for numbers",
      withScript({1, 2, "j", "JVM_EXE: x\nJVM_PROPERTIES: a=b\nSEARCH_ALL: true\n"}),
-     {"j: SEARCH_ALL: \"true\" counts as not given; write 1 or 0"}},
+     {"j:3: warning: SEARCH_ALL: \"true\" is no number; it counts as not given; write 1 or 0"}},
     {"jvm file with letters beyond ASCII",
      withScript({1, 2, "j", "JVM_EXE: x\nJVM_PROPERTIES: a=b\nDESC: \xC3\xA4\n"}),
-     {"j: DESC holds letters beyond ASCII, which are shown wrongly; write each as \\u and its four "
-      "hexadecimal digits"}},
+     {"j:3: warning: DESC holds letters beyond ASCII; they are shown wrongly; write each as \\u "
+      "and its four hexadecimal digits"}},
 
     {"launch script without anything",
      withScript({2, 2, "l", "DESC: x\n"}),
-     {"l: COMMAND is missing: there is nothing to run"}},
+     {"l: error: COMMAND is missing; there is nothing to run"}},
     {"launch script with words for numbers",
      withScript({2, 2, "l", "COMMAND: x\nDISPLAY_CONSOLE: yes\nAUTO_SET_WORKING_DIR: false\n"}),
-     {"l: DISPLAY_CONSOLE: \"yes\" counts as not given; write 1 or 0",
-      "l: AUTO_SET_WORKING_DIR: \"false\" counts as not given; write 1 or 0"}},
+     {"l:2: warning: DISPLAY_CONSOLE: \"yes\" is no number; it counts as not given; write 1 or 0",
+      "l:3: warning: AUTO_SET_WORKING_DIR: \"false\" is no number; it counts as not given; write 1 "
+      "or 0"}},
     {"launch script with numbers and escapes",
      withScript({2, 2, "l", "COMMAND: \xC3\xA4\nDISPLAY_CONSOLE: 1\nDESC: \\u00e4\n"}),
      {}},
     {"launch script with letters beyond ASCII",
      withScript({2, 2, "l", "COMMAND: x\nDESC: caf\xE9\n"}),
-     {"l: DESC holds letters beyond ASCII, which are shown wrongly; write each as \\u and its four "
-      "hexadecimal digits"}},
+     {"l:2: warning: DESC holds letters beyond ASCII; they are shown wrongly; write each as \\u "
+      "and its four hexadecimal digits"}},
 
     {"launch script with every function",
      withScript({2, 2, "l",
@@ -261,39 +301,50 @@ const std::vector<SetupRow> kSetupRows = {
      {}},
     {"launch script with functions that there are not",
      withScript({2, 2, "l", "COMMAND: %CPP%(\"%TEMPDIR%()\") %cp%() %WHAT%()\nARCHIVE: %A%()\n"}),
-     {"l: COMMAND: there is no function \"CPP\"; did you mean CP?",
-      "l: COMMAND: there is no function \"TEMPDIR\"; did you mean TEMP_DIR?",
-      "l: COMMAND: there is no function \"cp\"; did you mean CP?",
-      "l: COMMAND: there is no function \"WHAT\"", "l: ARCHIVE: there is no function \"A\""}},
+     {"l:1: error: COMMAND: there is no function \"CPP\"; the wizard is not started; did you mean "
+      "CP?",
+      "l:1: error: COMMAND: there is no function \"TEMPDIR\"; the wizard is not started; did you "
+      "mean TEMP_DIR?",
+      "l:1: error: COMMAND: there is no function \"cp\"; the wizard is not started; did you mean "
+      "CP?",
+      "l:1: error: COMMAND: there is no function \"WHAT\"; the wizard is not started",
+      "l:2: error: ARCHIVE: there is no function \"A\"; the wizard is not started"}},
     {"launch script with a percent sign that calls nothing",
      withScript({2, 2, "l", "COMMAND: 100% of %CP%() and %NONE%()\n"}),
-     {"l: COMMAND: there is no function \" of \""}},
+     {"l:1: error: COMMAND: there is no function \" of \"; the wizard is not started"}},
     {"launch script with wrong numbers of arguments",
      withScript(
          {2, 2, "l",
           "COMMAND: %REPLACE%(\"a\",\"b\") %TEMP_DIR%(\"a\") %APPLICATION_ARCHIVE%(\"a\",\"b\")"
           " %CP%(\"%SYSTEMPROP%(\"\"a\"\")\") %IF_EXISTS%()\n"}),
-     {"l: COMMAND: REPLACE needs 3 arguments and has 2",
-      "l: COMMAND: TEMP_DIR takes no arguments and has 1",
-      "l: COMMAND: APPLICATION_ARCHIVE takes at most 1 argument and has 2",
-      "l: COMMAND: SYSTEMPROP needs 2 arguments and has 1",
-      "l: COMMAND: IF_EXISTS needs 2 arguments and has 0"}},
+     {"l:1: error: COMMAND: REPLACE needs 3 arguments and has 2; the wizard is not started",
+      "l:1: error: COMMAND: TEMP_DIR takes no arguments and has 1; the wizard is not started",
+      "l:1: error: COMMAND: APPLICATION_ARCHIVE takes at most 1 argument and has 2; the wizard is "
+      "not started",
+      "l:1: error: COMMAND: SYSTEMPROP needs 2 arguments and has 1; the wizard is not started",
+      "l:1: error: COMMAND: IF_EXISTS needs 2 arguments and has 0; the wizard is not started"}},
     {"launch script with a call that does not end",
      withScript({2, 2, "l", "COMMAND: %CP%(\"a\" %NONE%()\nARCHIVE: %TEMP_DIR%/a\n"}),
-     {"l: COMMAND: CP needs parentheses, and in them texts in double quotes with commas between",
-      "l: ARCHIVE: TEMP_DIR needs parentheses, and in them texts in double quotes with commas "
-      "between"}},
+     {"l:1: error: COMMAND: CP has no list of arguments that ends; the wizard is not started; "
+      "write parentheses, and in them texts in double quotes with commas between",
+      "l:2: error: ARCHIVE: TEMP_DIR has no list of arguments that ends; the wizard is not "
+      "started; write parentheses, and in them texts in double quotes with commas between"}},
 
     {"misspelt tags",
      {{0, 1, "i", "INSTRUCTIONS: //\nINSTRUCTION: //\n"},
       {1, 2, "j", "JVM_EXE: x\nJVM_PROPERTIES: a=b\nPLATFORM_HINTS: A\nSerch_All: 1\n"},
       {2, 3, "l", "COMMAND: x\nARCHIV: y\n"},
       {8, 4, "m", "MESSAGE: x\nmessage: y\n"}},
-     {"i: INSTRUCTION is no tag that the launcher knows; did you mean INSTRUCTIONS?",
-      "j: PLATFORM_HINTS is no tag that the launcher knows; did you mean PLATFORM_HINT?",
-      "j: Serch_All is no tag that the launcher knows; did you mean SEARCH_ALL?",
-      "l: ARCHIV is no tag that the launcher knows; did you mean ARCHIVE?",
-      "m: message is no tag that the launcher knows; did you mean MESSAGE?"}},
+     {"i:2: warning: INSTRUCTION is no tag that the launcher knows; nothing reads it; did you mean "
+      "INSTRUCTIONS?",
+      "j:3: warning: PLATFORM_HINTS is no tag that the launcher knows; nothing reads it; did you "
+      "mean PLATFORM_HINT?",
+      "j:4: warning: Serch_All is no tag that the launcher knows; nothing reads it; did you mean "
+      "SEARCH_ALL?",
+      "l:2: warning: ARCHIV is no tag that the launcher knows; nothing reads it; did you mean "
+      "ARCHIVE?",
+      "m:2: warning: message is no tag that the launcher knows; nothing reads it; did you mean "
+      "MESSAGE?"}},
     {"tags of the author's own",
      {kScript,
       {1, 2, "j", "JVM_EXE: x\nJVM_PROPERTIES: a=b\nVENDOR: x\nJVM_HOMES: y\nSYSTEMS: z\n"},
@@ -302,33 +353,39 @@ const std::vector<SetupRow> kSetupRows = {
     {"several lines where one counts, and a word for a number",
      withScript(
          {1, 2, "j", "JVM_EXE:\na\nb\n/:\nJVM_PROPERTIES:\na=b\nc=d\n/:\nUSE_CP_ENV_VAR: yes\n"}),
-     {"j: JVM_EXE has several lines, of which the first alone counts; write one line",
-      "j: USE_CP_ENV_VAR: \"yes\" counts as 0; write 1 or 0"}},
+     {"j:3: warning: JVM_EXE has several lines; the first alone counts; write one line",
+      "j:9: warning: USE_CP_ENV_VAR: \"yes\" is neither 1 nor 0; it counts as 0; write 1 or 0"}},
 
     {"message without anything",
      withScript({8, 2, "m", ""}),
-     {"m: MESSAGE is missing: an empty line is shown when no JVM is found"}},
+     {"m: warning: MESSAGE is missing; an empty line is shown when no JVM is found"}},
     {"message of two lines",
      withScript({8, 2, "m", "MESSAGE:\na\nb\n/:\n"}),
-     {"m: MESSAGE has several lines, of which the first alone counts; write one line"}},
+     {"m:3: warning: MESSAGE has several lines; the first alone counts; write one line"}},
 
     {"tag file that does not parse",
      withScript({1, 2, "j", "A: 1\nB\n"}),
-     {"Syntax error in j at line 2 ==> Missing colon at the end of the tag name."}},
+     {"j:2: error: missing colon at the end of the tag name; the launcher cannot load the file; "
+      "write NAME: value; there are no comments here"}},
     {"tag file with an open quote",
      withScript({1, 2, "j", "A: \"1\n"}),
-     {"j: Expected double quote to end argument near 4"}},
+     {"j:1: error: expected double quote to end argument near 4; the launcher cannot load the "
+      "file"}},
     {"script that does not parse",
      {{0, 1, "i", "A\n"}},
-     {"Syntax error in i at line 1 ==> Missing colon at the end of the tag name."}},
+     {"i:1: error: missing colon at the end of the tag name; the launcher cannot load the file; "
+      "write NAME: value; there are no comments here"}},
     {"names",
      {kScript, {3, 2, "../a", ""}, {3, 3, "", ""}, {3, 4, "input.tag", ""}},
-     {"../a: its name is a path; write the plain name of a file", ": its name is empty",
-      "input.tag: its name is the name of the file that -cv:extract writes itself"}},
+     {"../a: error: its name is a path; write the plain name of a file",
+      "entry 2: error: its name is empty",
+      "input.tag: error: its name is the name of the file that -cv:extract writes itself"}},
     {"names and numbers twice",
      {kScript, {3, 2, "a", ""}, {3, 2, "a", ""}},
-     {"a: another file has this name, too; copied out, one would overwrite the other",
-      "a: another file has the number 2, too; scripts reach only the first"}},
+     {"a: error: another file has this name, too; copied out, one would overwrite the other; give "
+      "each a name of its own",
+      "a: error: another file has the number 2, too; scripts reach only the first; give each a "
+      "number of its own"}},
 };
 
 std::string withDir(std::string text, const test::TempDir& dir) {
@@ -357,10 +414,12 @@ TEST(Check, FindsWhatIsWrongInAnIndex) {
                                                       {3, 2, 1000, 10, "far", {}},
                                                       {1, 3, 1, -1, "before", {}},
                                                       {3, 4, -1, 1, "less\\", {}}})));
-  EXPECT_EQ((std::vector<std::string>{"far: its bytes lie outside the launcher file",
-                                      "before: its bytes lie outside the launcher file",
-                                      "less\\x5C: its bytes lie outside the launcher file"}),
-            checkSetup(loadSetup(path, {})));
+  const std::string outside =
+      ": error: its bytes lie outside the launcher file; the file was cut, or made by a broken "
+      "tool; "
+      "pack the setup again";
+  EXPECT_EQ((std::vector<std::string>{"far" + outside, "before" + outside, "less\\" + outside}),
+            linesOf(checkSetup(loadSetup(path, {}))));
 }
 
 // An index that names the same text over and over takes no more memory here than in a launcher,
@@ -379,9 +438,9 @@ TEST(Check, DoesNotLoadTheSameTextOverAndOver) {
   EXPECT_GT(loaded, 100);
   EXPECT_LT(loaded, 200);
   EXPECT_EQ(std::vector<std::string>(static_cast<std::size_t>(200 - loaded),
-                                     "j: The tag files of the launcher hold more text than its "
-                                     "file has room for."),
-            setup.findings);
+                                     "j: error: the tag files of the launcher hold more text than "
+                                     "its file has room for; the launcher cannot load the file"),
+            linesOf(setup.findings));
 }
 
 TEST(Check, ReadsManifests) {
@@ -395,10 +454,12 @@ TEST(Check, ReadsManifests) {
       "\"name\": \"j.jar\"}]}");
   EXPECT_EQ(
       (std::vector<std::string>{
-          "Syntax error in " + (dir / "j.tag") +
-              " at line 1 ==> Missing colon at the end of the tag name.",
-          path + ": no launch script: LAUNCH does nothing, and the launcher ends with status -1"}),
-      checkSetup(loadSetup(path, {dir / "base"})));
+          path +
+              ": error: no launch script; LAUNCH does nothing, and the launcher ends with status "
+              "-1; add a file of the type launchscript",
+          (dir / "j.tag") + ":1: error: missing colon at the end of the tag name; the launcher "
+                            "cannot load the file; write NAME: value; there are no comments here"}),
+      linesOf(checkSetup(loadSetup(path, {dir / "base"}))));
 }
 
 TEST(Check, ReadsABareStub) {
@@ -408,8 +469,9 @@ TEST(Check, ReadsABareStub) {
                                            "ELF");
   EXPECT_EQ(
       (std::vector<std::string>{
-          path + ": no instruction script: the launcher says nothing and ends with status -1"}),
-      checkSetup(loadSetup(path, {})));
+          path + ": error: no instruction script; the launcher says nothing and ends with status "
+                 "-1; add a file of the type instructions"}),
+      linesOf(checkSetup(loadSetup(path, {}))));
 }
 
 }  // namespace

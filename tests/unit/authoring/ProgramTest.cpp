@@ -61,7 +61,9 @@ const ProgramRow kProgramRows[] = {
     {"check setup", 0, "", ""},
     {"check m.json", 0, "", ""},
     {"check doubtful", 1,
-     "doubtful: no instruction script: the launcher says nothing and ends with status -1\n", ""},
+     "doubtful: error: no instruction script; the launcher says nothing and ends with status -1; "
+     "add a file of the type instructions\ndoubtful: 1 error, 0 warnings\n",
+     ""},
     {"extract setup --output copy", 0, "copy: 1 file, stub, manifest.json\n",
      "corvane-pack: warning: the stub is none of ours; pack it again with --any-stub\n"},
     {"extract setup --file i.tag --output part", 0, "part: 1 file\n", ""},

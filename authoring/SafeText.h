@@ -1,0 +1,17 @@
+// SafeText: bytes of files on their way to a terminal.
+#ifndef CORVANE_AUTHORING_SAFETEXT_H
+#define CORVANE_AUTHORING_SAFETEXT_H
+
+#include <string>
+#include <string_view>
+
+namespace authoring {
+
+// The text with \xNN for each byte that a terminal could take as something else than a letter:
+// control characters (also those of UTF-8 from U+0080 on), marks that turn the direction of writing
+// or end a line, and bytes that are no UTF-8. The result is one line.
+std::string safeText(std::string_view text);
+
+}  // namespace authoring
+
+#endif
