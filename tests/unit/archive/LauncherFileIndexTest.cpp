@@ -3,7 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/types.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <random>
 #include <string>
@@ -282,6 +286,64 @@ TEST_F(LauncherFileIndexTest, DoesNotLoadTheSameTextOverAndOver) {
     EXPECT_EQ(row.error, errorOf([&] { inputs.load(true); }));
   }
 }
+
+#ifdef __GLIBC__
+// A stream over `text` whose disk fails after so many bytes, whatever was read. No byte is read
+// ahead.
+struct FailingDisk {
+  std::string text;
+  std::size_t bytesLeft;
+  std::size_t position = 0;
+
+  static ssize_t read(void* cookie, char* bytes, std::size_t size) {
+    auto& disk = *static_cast<FailingDisk*>(cookie);
+    if (disk.bytesLeft == 0) {
+      errno = EIO;
+      return -1;
+    }
+    const std::size_t count = std::min({size, disk.bytesLeft, disk.text.size() - disk.position});
+    disk.text.copy(bytes, count, disk.position);
+    disk.position += count;
+    disk.bytesLeft -= count;
+    return static_cast<ssize_t>(count);
+  }
+  static int seek(void* cookie, off64_t* offset, int whence) {
+    auto& disk = *static_cast<FailingDisk*>(cookie);
+    const auto size = static_cast<off64_t>(disk.text.size());
+    const auto position = static_cast<off64_t>(disk.position);
+    *offset += whence == SEEK_END ? size : whence == SEEK_CUR ? position : 0;
+    if (*offset < 0) {
+      return -1;
+    }
+    disk.position = static_cast<std::size_t>(std::min(*offset, size));
+    return 0;
+  }
+  FilePtr open() {
+    FilePtr stream(fopencookie(this, "r", {read, nullptr, seek, nullptr}));
+    setvbuf(stream.get(), nullptr, _IONBF, 0);
+    return stream;
+  }
+};
+
+// Wherever the disk fails: an error, never an index that ends there.
+TEST_F(LauncherFileIndexTest, AReadErrorIsNotTheEnd) {
+  constexpr std::size_t kAll = 1 << 20;
+  const std::string whole = launcherFileBytes(
+      {{3, 1, "a.jar", "a"}, {6, 2, "b.zip", "b", authoring::DecompressedSize{1, 2}}});
+  FailingDisk sound{whole, kAll};
+  FileIndex wanted;
+  EXPECT_TRUE(wanted.load(sound.open().get()));
+  EXPECT_EQ(2, wanted.size());
+  const std::size_t needed = kAll - sound.bytesLeft;
+  EXPECT_LT(8U, needed);
+  for (std::size_t bytes = 0; bytes < needed; ++bytes) {
+    SCOPED_TRACE(bytes);
+    FailingDisk disk{whole, bytes};
+    FileIndex index;
+    EXPECT_NE("", errorOf([&] { static_cast<void>(index.load(disk.open().get())); }));
+  }
+}
+#endif
 
 // What the writer writes, the reader reads.
 TEST_F(LauncherFileIndexTest, ReadsBackWhatTheWriterWrites) {
