@@ -152,6 +152,7 @@ class Injection {
     harm.onOutput = m_onOutput;
     harm.onLog = m_fault.persists || m_onLog;
     harm.onRemoval = m_fault.persists || kRemoving.count(m_fault.call) != 0;
+    harm.onResult = m_onResult;
     harm.harmless = m_isHarmless;
     return harm;
   }
@@ -167,6 +168,7 @@ class Injection {
     const bool isWrite = std::string(row.name).find("write") != std::string::npos;
     m_onOutput = m_onOutput || writesFail || (isWrite && (call.args[0] == 1 || call.args[0] == 2));
     m_onLog = m_onLog || isOnLog;
+    m_onResult = m_onResult || (isWrite && m_what.find("/temp/cvj") != std::string::npos);
     m_isHarmless = !m_fault.persists && (isOnLog || isBriefWait(row));
   }
 
@@ -183,6 +185,7 @@ class Injection {
   bool m_hit = false;
   bool m_onOutput = false;
   bool m_onLog = false;
+  bool m_onResult = false;
   bool m_isHarmless = false;
   std::string m_what;
 };

@@ -89,7 +89,7 @@ void judgeSearch(const Harm& harm, const Outcome& outcome, const Outcome& refere
   }
   if (!outcome.out.ends_with("0\n")) {
     problems.push_back("false success: neither a result nor \"0\"");
-  } else if (!harm.onLog && !saysWhy(outcome.log)) {
+  } else if (harm.onResult && !harm.onLog && !saysWhy(outcome.log)) {
     problems.push_back("the log does not say why nothing is found");
   }
 }

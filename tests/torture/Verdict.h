@@ -15,6 +15,7 @@ struct Harm {
   bool onOutput = false;   // standard output or standard error, so that nothing can be shown
   bool onLog = false;      // the log, or so much that it could not be written either
   bool onRemoval = false;  // what cannot be removed may stay, when the log tells of it
+  bool onResult = false;   // a write to a temporary file, which also a silent action logs
   bool harmless = false;   // a right program does not let anybody notice it
 
   // Signals, in their order.
