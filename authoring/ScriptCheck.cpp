@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cctype>
+#include <unordered_set>
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/FileTypes.h"
+#include "authoring/NearestName.h"
+#include "authoring/TextPatterns.h"
 #include "instructions/LabelIndex.h"
 #include "instructions/ScriptSyntax.h"
 #include "instructions/VariableRef.h"
@@ -15,6 +18,9 @@
 
 namespace authoring {
 namespace {
+
+// In which a misspelt one is looked for.
+constexpr std::size_t kMostLabels = 100;
 
 constexpr const char* kScriptEnds = "the script ends with an error here";
 
@@ -46,7 +52,8 @@ class ScriptCheck {
   void number(const SString& text);
   void installOption(const SString& text);
   void label(const SString& text);
-  bool beginsALine(const SString& target) const;
+  std::string adviceForLabel(const SString& text) const;
+  bool beginsALine(const SString& target);
   void launchedFile(const SString& text);
   void verifiedFile(const SString& text);
   void launcherPosition(const SString& text);
@@ -62,6 +69,7 @@ class ScriptCheck {
   Findings& m_findings;
   const StringDeque& m_lines;
   const LabelIndex m_labels;
+  std::unordered_set<std::string> m_firstWords;  // of all lines, once somebody asks
   long m_current = 0;
 };
 
@@ -166,9 +174,10 @@ void ScriptCheck::reportUnknown(const std::string& word) {
   std::string capitals = word;
   std::transform(capitals.begin(), capitals.end(), capitals.begin(),
                  [](unsigned char byte) { return static_cast<char>(std::toupper(byte)); });
-  const bool comment = word.rfind("//", 0) == 0;
-  std::string advice = comment ? "a comment needs a blank behind //" : "";
-  if (findCommand(capitals) != nullptr) {
+  std::string advice = didYouMean(word, kCommandGrammar);
+  if (looksLikeAComment(word)) {
+    advice = "a comment begins with // and a blank";
+  } else if (findCommand(capitals) != nullptr) {
     advice = "write " + capitals;
   }
   error("unknown command " + quotedText(word), advice);
@@ -188,14 +197,26 @@ void ScriptCheck::checkLabels() {
   }
 }
 
-bool ScriptCheck::beginsALine(const SString& target) const {
-  for (long i = 0; i < m_lines.size(); ++i) {
-    std::size_t position = 0;
-    if (getTokenFromString(m_lines[i], position) == target) {
-      return true;
+bool ScriptCheck::beginsALine(const SString& target) {
+  if (m_firstWords.empty()) {
+    for (long i = 0; i < m_lines.size(); ++i) {
+      std::size_t position = 0;
+      m_firstWords.emplace(getTokenFromString(m_lines[i], position).view());
     }
   }
-  return false;
+  return m_firstWords.count(std::string(target.view())) != 0;
+}
+
+std::string ScriptCheck::adviceForLabel(const SString& text) const {
+  std::vector<std::string_view> labels;
+  for (long i = 1; i < m_lines.size() && labels.size() < kMostLabels; ++i) {
+    if (m_lines[i][0] == ':') {
+      labels.push_back(m_lines[i].view().substr(1));
+    }
+  }
+  const std::string_view near = nearestName(text, labels);
+  return near.size() < 3 ? "write a line :" + std::string(text.view())
+                         : "did you mean " + std::string(near) + "?";
 }
 
 void ScriptCheck::label(const SString& text) {
@@ -214,7 +235,7 @@ void ScriptCheck::label(const SString& text) {
     error("the line of the label " + name + " holds more than the label, which is never found then",
           "leave the label alone on its line");
   } else {
-    error("there is no label " + name, std::string("write a line :") + text.c_str());
+    error("there is no label " + name, adviceForLabel(text));
   }
 }
 

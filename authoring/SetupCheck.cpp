@@ -2,13 +2,17 @@
 
 #include <algorithm>
 #include <set>
+#include <unordered_set>
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/FileTypes.h"
+#include "authoring/JVMFileCheck.h"
 #include "authoring/NearestName.h"
 #include "authoring/ScriptCheck.h"
 #include "authoring/TemplateCheck.h"
+#include "authoring/TextCheck.h"
 #include "launchscript/LaunchScriptGrammar.h"
+#include "tagfile/Quotes.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TagTables.h"
 #include "tagfile/TextUtils.h"
@@ -47,28 +51,51 @@ void checkNames(const Setup& setup, Findings& findings) {
 
 // --- The tags of one file ---
 
-// True when a text of the setup names a tag of the author's own.
-bool isReferredTo(const Setup& setup, const std::string& name) {
-  const auto names = [&name](const SString& text) {
-    return text.find(kTagMark + name + kTagMark) != SString::npos ||
-           text.find("\"" + name + "\"") != SString::npos;
-  };
-  for (const SetupFile& file : setup.files) {
-    for (const SString& tag : file.tagFile == nullptr ? Names() : file.tagFile->getNames()) {
-      for (long i = 0; i < file.tagFile->getTagValueCount(tag.c_str()); ++i) {
-        if (names(file.tagFile->getTagValue(tag.c_str(), static_cast<unsigned long>(i)))) {
-          return true;
+// What stands between two signs of a kind somewhere in the texts of a setup: names of tags of the
+// author's own, among other things.
+class ReferredNames {
+ public:
+  explicit ReferredNames(const Setup& setup) {
+    for (const SetupFile& file : setup.files) {
+      for (const SString& tag : file.tagFile == nullptr ? Names() : file.tagFile->getNames()) {
+        for (long i = 0; i < file.tagFile->getTagValueCount(tag.c_str()); ++i) {
+          const SString text =
+              file.tagFile->getTagValue(tag.c_str(), static_cast<unsigned long>(i));
+          add(text.view(), kTagMark);
+          add(text.view(), kQuote);
         }
       }
     }
   }
-  return false;
-}
+  bool contain(const std::string& name) const { return m_names.count(name) != 0; }
+
+ private:
+  void add(std::string_view text, char sign) {
+    std::size_t begin = text.find(sign);
+    while (begin != text.npos) {
+      const std::size_t end = text.find(sign, begin + 1);
+      if (end != text.npos) {
+        m_names.emplace(text.substr(begin + 1, end - begin - 1));
+      }
+      begin = end;
+    }
+  }
+
+  std::unordered_set<std::string> m_names;
+};
+
+// What the checks of single tags ask about the whole setup.
+struct Surroundings {
+  explicit Surroundings(const Setup& setup) : referredNames(setup), statusFiles(setup) {}
+
+  const ReferredNames referredNames;
+  const StatusFiles statusFiles;
+};
 
 class TagCheck {
  public:
-  TagCheck(const Setup& setup, const SetupFile& file, Findings& findings)
-      : m_setup(setup), m_file(file), m_findings(findings) {}
+  TagCheck(const Surroundings& surroundings, const SetupFile& file, Findings& findings)
+      : m_surroundings(surroundings), m_file(file), m_findings(findings) {}
 
   void run() {
     switch (m_file.type) {
@@ -76,8 +103,10 @@ class TagCheck {
         needOrFail(tagname::kInstructions, "the launcher does nothing and ends with status 0");
         return checkTags(kInstructionTags);
       case FILE_TYPE_JVM:
-        needOrFail(tagname::kJVMExe, "no JVM is ever accepted");
-        need(tagname::kJVMProperties, "hints are not looked at and VERIFY accepts no JVM");
+        if (!m_surroundings.statusFiles.contain(m_file)) {
+          needOrFail(tagname::kJVMExe, "no JVM is ever accepted");
+          need(tagname::kJVMProperties, "hints are not looked at and VERIFY accepts no JVM");
+        }
         return checkTags(kJVMFileTags);
       case FILE_TYPE_LAUNCH_SCRIPT:
         needOrFail(tagname::kCommand, "there is nothing to run");
@@ -136,8 +165,6 @@ class TagCheck {
         return needNumber(row.name);
       case TagKind::kOne:
         return needOne(row.name);
-      case TagKind::kProperty:
-        return checkProperties(row.name);
       case TagKind::kTemplate:
         return checkTemplate(m_file, row.name, m_findings);
       default:
@@ -148,7 +175,7 @@ class TagCheck {
   // Authors may add tags; reports only those that look like a misspelt known one.
   void checkUnknown(const std::string& name, TagTable table) {
     const std::string hint = didYouMean(name, table);
-    if (!hint.empty() && !isReferredTo(m_setup, name)) {
+    if (!hint.empty() && !m_surroundings.referredNames.contain(name)) {
       m_findings.warning(m_file.at(name), name + " is no tag that the launcher knows",
                          "nothing reads it", hint);
     }
@@ -181,17 +208,7 @@ class TagCheck {
     }
   }
 
-  void checkProperties(const char* tag) {
-    for (long i = 0; i < m_file.tagFile->getTagValueCount(tag); ++i) {
-      const SString line = m_file.tagFile->getTagValue(tag, static_cast<unsigned long>(i));
-      if (line.find('=') == SString::npos) {
-        warn(tag, i, quotedText(line) + " has no equals sign", "it is ignored",
-             "write name = value");
-      }
-    }
-  }
-
-  const Setup& m_setup;
+  const Surroundings& m_surroundings;
   const SetupFile& m_file;
   Findings& m_findings;
 };
@@ -263,11 +280,13 @@ Findings checkSetup(const Setup& setup) {
   Findings findings = setup.findings;
   checkNames(setup, findings);
   checkScripts(setup, findings);
+  const Surroundings surroundings(setup);
   for (const SetupFile& file : setup.files) {
     if (file.tagFile != nullptr) {
-      TagCheck(setup, file, findings).run();
+      TagCheck(surroundings, file, findings).run();
     }
   }
+  checkTexts(setup, findings);
   findings.sort(labelsOf(setup));
   return findings;
 }

@@ -1,13 +1,10 @@
 #include "authoring/TagSources.h"
 
-#include <algorithm>
-
 namespace authoring {
 
 const TagSource* TagSources::find(std::string_view name) const {
-  const auto tag = std::find_if(m_tags.rbegin(), m_tags.rend(),
-                                [name](const TagSource& source) { return source.name == name; });
-  return tag == m_tags.rend() ? nullptr : &*tag;
+  const auto tag = m_last.find(std::string(name));
+  return tag == m_last.end() ? nullptr : &m_tags[tag->second];
 }
 
 void TagSources::onLine(std::int32_t number, std::string_view line) {
@@ -16,6 +13,7 @@ void TagSources::onLine(std::int32_t number, std::string_view line) {
 }
 
 void TagSources::onTag(std::string_view key) {
+  m_last[std::string(key)] = m_tags.size();
   m_tags.push_back({std::string(key), m_line, {}, 0});
 }
 

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "tagfile/TagFileObserver.h"
@@ -44,6 +45,7 @@ class TagSources : public TagFileObserver {
 
  private:
   std::vector<TagSource> m_tags;
+  std::unordered_map<std::string, std::size_t> m_last;  // of each name, in m_tags
   SourceLine m_line;
 };
 

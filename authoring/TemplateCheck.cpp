@@ -3,14 +3,19 @@
 #include <algorithm>
 #include <cctype>
 
+#include "authoring/CommandModel.h"
 #include "authoring/FileTypes.h"
 #include "authoring/NearestName.h"
 #include "launchscript/FunctionArguments.h"
 #include "launchscript/LaunchScriptGrammar.h"
 #include "launchscript/MacroHandler.h"
+#include "util/LauncherException.h"
 
 namespace authoring {
 namespace {
+
+constexpr const char* kOwnSign =
+    "put a percent sign of your own behind all calls, or into a tag of the jvm file";
 
 // Thrown when the rest of the template cannot be parsed.
 struct Unparsable {};
@@ -32,30 +37,24 @@ std::string wantedCount(const FunctionGrammar& function) {
   return (isFixed ? " needs " : " takes at most ") + describeCount(function.mostArguments);
 }
 
-// Empty when the author has forgotten it.
-CommandText argument(const CommandTexts& args, std::size_t index) {
-  return index < args.size() ? args[index] : CommandText();
-}
-
-// The arguments that a call puts into the command, where they are scanned again.
-CommandText resultOf(Function function, const CommandTexts& args) {
-  switch (function) {
-    case Function::kReplace:
-      return argument(args, 2);
-    case Function::kSystemProp:
-      return argument(args, 0) + argument(args, 1);
-    case Function::kIfExists:
-      return argument(args, 1);
-    case Function::kCP: {
-      CommandText entries;
-      for (const CommandText& entry : args) {
-        entries += entry;
-      }
-      return entries;
+// What is missing where the launcher expected something else.
+std::string describeBreak(const CommandText& text, std::size_t position) {
+  FunctionArguments reader(text, position);
+  CommandTexts arguments;
+  try {
+    if (reader.read(arguments)) {
+      return "";
     }
-    default:
-      return {};
+  } catch (const LauncherException&) {
+    return " has an argument without its closing quote";
   }
+  const SString error = reader.errorText();
+  if (error.startsWith("Expected left")) {
+    return " lacks its (";
+  }
+  return error.startsWith("Expected right")
+             ? " lacks its )"
+             : " has an argument without double quotes, or lacks its )";
 }
 
 class TemplateCheck : public MacroHandler {
@@ -74,7 +73,7 @@ class TemplateCheck : public MacroHandler {
     CommandTexts args;
     FunctionArguments reader(text.buffer(), end + 1);
     if (!reader.tryRead(args)) {
-      report(std::string(function->name) + " has no list of arguments that ends",
+      report(function->name + describeBreak(text.buffer(), end + 1),
              "write parentheses, and in them texts in double quotes with commas between");
       throw Unparsable();
     }
@@ -90,7 +89,15 @@ class TemplateCheck : public MacroHandler {
   }
 
   void reportUnknown(std::string_view name) const {
-    report("there is no function " + quotedText(name), didYouMean(name, kFunctionGrammar));
+    // "%CP() ... %": the name goes on to the next sign
+    const std::string_view front = name.substr(0, name.find('('));
+    if (front != name && findFunction(front) != nullptr) {
+      const std::string function(front);
+      report(function + " lacks its second percent sign", "write %" + function + "%(");
+    } else {
+      report("there is no function " + quotedText(name),
+             looksLikeAFunction(name) ? didYouMean(name, kFunctionGrammar) : kOwnSign);
+    }
     if (!looksLikeAFunction(name)) {
       throw Unparsable();
     }

@@ -30,7 +30,7 @@ std::vector<std::string> linesOf(const authoring::Findings& findings) {
 // A setup in which a script finds whatever it needs: jvm file 2, launcher at position 4.
 std::vector<StoredFile> setupWith(const std::string& lines) {
   return {{0, 1, "i", "INSTRUCTIONS:\n" + lines + "\n/:\n"},
-          {1, 2, "j", "JVM_EXE: java\nJVM_PROPERTIES: a = b\n"},
+          {1, 2, "j", "JVM_EXE: x\nJVM_PROPERTIES: a = b\n"},
           {2, 3, "l", "COMMAND: x\n"},
           {5, 4, "v", ""},
           {7, 5, "e", ""},
@@ -51,7 +51,7 @@ struct ScriptRow {
 
 const std::vector<ScriptRow> kScriptRows = {
     {"every command",
-     "// comment\nINITIALIZE_UI\nFIND_JVM 1 0\nJMP0 @N1@ none\nVERIFY 0 1 2\nINSTALL_JVM 2\n"
+     "// comment\nINITIALIZE_UI\nFIND_JVM 0 1\nJMP0 @N1@ none\nVERIFY 0 1 2\nINSTALL_JVM 2\n"
      "SET S1 = a\nSET n5 = 12\nSET S10 = \"a \"\"b\"\"\"\nSET S2 = @S1@x@@\nLAUNCH @S2@ 1\n"
      "LAUNCH \"a b\" 0\nLAUNCH a 5\nILAUNCH 2 0\nILAUNCH -1 0\nEXECUTE_LAUNCHER 4\nGOTO "
      "end\n:none\n:end",
@@ -64,7 +64,8 @@ const std::vector<ScriptRow> kScriptRows = {
 
     {"unknown command",
      "//\nFIND_JVN 1 1",
-     {"i:3: error: unknown command \"FIND_JVN\"; the script ends with an error here"}},
+     {"i:3: error: unknown command \"FIND_JVN\"; the script ends with an error here; did you mean "
+      "FIND_JVM?"}},
     {"command in small letters",
      "//\nfind_jvm 1 1",
      {"i:3: error: unknown command \"find_jvm\"; the script ends with an error here; write "
@@ -72,7 +73,7 @@ const std::vector<ScriptRow> kScriptRows = {
     {"comment without a blank",
      "//\n//comment",
      {"i:3: error: unknown command \"//comment\"; the script ends with an error here; a comment "
-      "needs a blank behind //"}},
+      "begins with // and a blank"}},
     {"several findings, in the order of the lines",
      "X\nY\n//",
      {"i:2: error: unknown command \"X\"; the script ends with an error here",
@@ -223,7 +224,12 @@ const std::vector<SetupRow> kSetupRows = {
     {"every type",
      allTypes(),
      {"j.tag: warning: JVM_PROPERTIES is missing; hints are not looked at and VERIFY accepts no "
-      "JVM"}},
+      "JVM",
+      "j.tag: error: CLASSPATH is missing; the class path stands in the command without an option, "
+      "and no Java is accepted; write CLASSPATH: \"-cp \"",
+      "l.tag:1: warning: COMMAND: CP is not called, though the setup carries jar files; nothing "
+      "else "
+      "puts them on the class path; write %CP%() in front of the class"}},
     {"no file",
      {},
      {"DIR/setup: error: no instruction script; the launcher says nothing and ends with status -1; "
@@ -258,7 +264,7 @@ const std::vector<SetupRow> kSetupRows = {
      {"DIR/setup: error: no JVM installer; INSTALL_JVM is an error; add a file of the type "
       "jvm-installer"}},
     {"VERIFY alone",
-     {script("VERIFY 1 1 2"), {1, 2, "j", "JVM_EXE: java\nJVM_PROPERTIES: a = b\n"}},
+     {script("VERIFY 1 1 2"), {1, 2, "j", "JVM_EXE: x\nJVM_PROPERTIES: a = b\n"}},
      {"DIR/setup: error: no verify archive; VERIFY accepts no JVM; add a file of the type verify"}},
 
     {"jvm file without anything",
@@ -293,11 +299,13 @@ const std::vector<SetupRow> kSetupRows = {
       "and its four hexadecimal digits"}},
 
     {"launch script with every function",
-     withScript({2, 2, "l",
-                 "COMMAND: %CP%() %CP%(\"a\",\"%LAUNCHER_DIR%()/b\") %SYSTEMPROP%(\"a\",\"b\")"
-                 " %RUNTIME_SYSTEMPROP%() %RUNTIME_JAVAARGS%() %IF_EXISTS%(\"A\",\"%TEMP_DIR%()\")"
-                 " %REPLACE%(\"a\", \"b\", \"c\") %LAUNCHER_FILE%() %APPLICATION_ARCHIVE%()"
-                 " %APPLICATION_ARCHIVE%(\"a\") 100% @x@ #y#\nARCHIVE: %LAUNCHER_DIR%()/a.jar\n"}),
+     {kScript,
+      {6, 3, "app.zip", "PK"},
+      {2, 2, "l",
+       "COMMAND: %CP%() %CP%(\"a\",\"%LAUNCHER_DIR%()/b\") %SYSTEMPROP%(\"a\",\"b\")"
+       " %RUNTIME_SYSTEMPROP%() %RUNTIME_JAVAARGS%() %IF_EXISTS%(\"A\",\"%TEMP_DIR%()\")"
+       " %REPLACE%(\"a\", \"b\", \"c\") %LAUNCHER_FILE%() %APPLICATION_ARCHIVE%()"
+       " %APPLICATION_ARCHIVE%(\"a\") 100% @x@ #y#\nARCHIVE: %LAUNCHER_DIR%()/a.jar\n"}},
      {}},
     {"launch script with functions that there are not",
      withScript({2, 2, "l", "COMMAND: %CPP%(\"%TEMPDIR%()\") %cp%() %WHAT%()\nARCHIVE: %A%()\n"}),
@@ -311,7 +319,8 @@ const std::vector<SetupRow> kSetupRows = {
       "l:2: error: ARCHIVE: there is no function \"A\"; the wizard is not started"}},
     {"launch script with a percent sign that calls nothing",
      withScript({2, 2, "l", "COMMAND: 100% of %CP%() and %NONE%()\n"}),
-     {"l:1: error: COMMAND: there is no function \" of \"; the wizard is not started"}},
+     {"l:1: error: COMMAND: there is no function \" of \"; the wizard is not started; put a "
+      "percent sign of your own behind all calls, or into a tag of the jvm file"}},
     {"launch script with wrong numbers of arguments",
      withScript(
          {2, 2, "l",
@@ -325,9 +334,9 @@ const std::vector<SetupRow> kSetupRows = {
       "l:1: error: COMMAND: IF_EXISTS needs 2 arguments and has 0; the wizard is not started"}},
     {"launch script with a call that does not end",
      withScript({2, 2, "l", "COMMAND: %CP%(\"a\" %NONE%()\nARCHIVE: %TEMP_DIR%/a\n"}),
-     {"l:1: error: COMMAND: CP has no list of arguments that ends; the wizard is not started; "
+     {"l:1: error: COMMAND: CP lacks its ); the wizard is not started; "
       "write parentheses, and in them texts in double quotes with commas between",
-      "l:2: error: ARCHIVE: TEMP_DIR has no list of arguments that ends; the wizard is not "
+      "l:2: error: ARCHIVE: TEMP_DIR lacks its (; the wizard is not "
       "started; write parentheses, and in them texts in double quotes with commas between"}},
 
     {"misspelt tags",

@@ -1,0 +1,326 @@
+#include "authoring/JVMFileCheck.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "archive/LauncherFileFormat.h"
+#include "authoring/FileTypes.h"
+#include "authoring/TagFileCheck.h"
+#include "authoring/TextPatterns.h"
+#include "instructions/ScriptGrammar.h"
+#include "instructions/ScriptSyntax.h"
+#include "tagfile/TagNames.h"
+#include "tagfile/TextUtils.h"
+
+namespace authoring {
+namespace {
+
+constexpr const char* kEqualsSign = "=";
+constexpr const char* kColon = ":";
+
+std::string firstValue(const SetupFile& file, const char* tag) {
+  return std::string(file.tagFile->getTagValue(tag, 0).view());
+}
+
+bool isJVMFile(const SetupFile& file) {
+  return file.type == FILE_TYPE_JVM && file.tagFile != nullptr;
+}
+
+// The number in an ILAUNCH of the line.
+std::optional<std::int32_t> launchedNumber(const SString& line) {
+  std::size_t position = 0;
+  const CommandGrammar* const command = findCommand(getTokenFromString(line, position));
+  std::int32_t id = 0;
+  const bool isLaunch = command != nullptr && command->command == Command::kILaunch &&
+                        convertToLong(getTokenFromString(line, position), id);
+  return isLaunch ? std::optional(id) : std::nullopt;
+}
+
+bool hasHints(const SetupFile& file) {
+  return !firstValue(file, tagname::kPathHint).empty() ||
+         !firstValue(file, tagname::kPlatformHint).empty() ||
+         file.tagFile->getBoolTagValue(tagname::kSearchAll, false);
+}
+
+class JVMFileCheck {
+ public:
+  JVMFileCheck(const Setup& setup, const SetupFile& file, const CommandModel& command,
+               Findings& findings)
+      : m_setup(setup), m_file(file), m_command(command), m_findings(findings) {
+    const std::string exe = firstValue(file, tagname::kJVMExe);
+    m_isJava = exe.substr(exe.rfind('/') + 1) == "java";
+  }
+
+  void run() {
+    usesVariable() ? checkVariable() : checkOption();
+    checkClasspathSeparator();
+    checkSystem();
+    checkArguments();
+    checkEnvironment();
+    checkRecorded();
+  }
+
+ private:
+  std::string value(const char* tag) const { return firstValue(m_file, tag); }
+  void error(const char* tag, const std::string& what, const std::string& why,
+             const std::string& advice) {
+    m_findings.error(m_file.at(tag, 0), what, why, advice);
+  }
+  void warn(const char* tag, const std::string& what, const std::string& why,
+            const std::string& advice) {
+    m_findings.warning(m_file.at(tag, 0), what, why, advice);
+  }
+  static std::string named(const char* tag, const std::string& text) {
+    return std::string(tag) + text;
+  }
+  static std::string valued(const char* tag, const std::string& value) {
+    return std::string(tag) + ": " + quotedText(value);
+  }
+
+  // --- The class path ---
+
+  bool usesVariable() const { return value(tagname::kUseCPEnvVar) == "1"; }
+
+  void checkVariable() {
+    const std::string name = value(tagname::kCPEnvVar);
+    if (name.empty()) {
+      error(tagname::kUseCPEnvVar,
+            named(tagname::kUseCPEnvVar, " is 1 without ") + tagname::kCPEnvVar,
+            "the class path is lost, and no Java is accepted",
+            named("name the variable: ", tagname::kCPEnvVar) + ": " + tagname::kClasspath);
+    } else if (!isVariableName(name)) {
+      error(tagname::kCPEnvVar, valued(tagname::kCPEnvVar, name) + " is no name of a variable",
+            "the class path does not reach Java", "write the name alone, without signs around it");
+    }
+  }
+
+  // CLASSPATH: "-cp "
+  void checkOption() {
+    if (!value(tagname::kCPEnvVar).empty()) {
+      warn(tagname::kCPEnvVar, named(tagname::kCPEnvVar, " without ") + tagname::kUseCPEnvVar,
+           "the class path goes into the command, not into the variable",
+           named("write ", tagname::kUseCPEnvVar) + ": 1, or leave it out");
+    }
+    const std::string option = value(tagname::kClasspath);
+    if (option.empty()) {
+      needOption();
+    } else if (m_isJava && (option[0] == '/' || option.find(".jar") != std::string::npos)) {
+      error(tagname::kClasspath, valued(tagname::kClasspath, option) + " is no option",
+            "the tag is what stands in front of a class path, and Java would take it for a class",
+            named("write ", tagname::kClasspath) + ": \"-cp \", and entries as " +
+                tagname::kJVMClasspath);
+    } else if (option[0] == '-' && option.back() != '=' && !isWhitespace(option.back())) {
+      error(tagname::kClasspath,
+            valued(tagname::kClasspath, option) + " does not end with its blank",
+            "the class path follows at once, as in " + option + "a.jar",
+            named("put it into quotes with a blank: ", tagname::kClasspath) + ": \"" + option +
+                " \"");
+    }
+  }
+
+  void needOption() {
+    if (m_isJava) {
+      error(tagname::kClasspath, named(tagname::kClasspath, " is missing"),
+            "the class path stands in the command without an option, and no Java is accepted",
+            named("write ", tagname::kClasspath) + ": \"-cp \"");
+    }
+  }
+
+  // How many entries the class path of a launch has for certain.
+  long entries() const {
+    long count = std::count_if(m_setup.files.begin(), m_setup.files.end(),
+                               [](const SetupFile& f) { return f.type == FILE_TYPE_JAR; });
+    for (const FunctionCall& call : m_command.calls) {
+      count += call.function == Function::kCP ? static_cast<long>(call.arguments.size()) : 0;
+    }
+    return m_command.count(Function::kCP) == 0 ? 0 : count;
+  }
+
+  void checkClasspathSeparator() {
+    const std::string separator = value(tagname::kClasspathSeparator);
+    const std::string advice =
+        named("write ", tagname::kClasspathSeparator) + ": " + quotedText(kColon);
+    const bool needsOne = m_isJava && (usesVariable() || !value(tagname::kClasspath).empty());
+    if (separator.empty() && needsOne) {
+      const std::string what = named(tagname::kClasspathSeparator, " is missing");
+      const std::string why = "the entries of a class path would stand side by side";
+      entries() > 1 ? error(tagname::kClasspathSeparator, what, why, advice)
+                    : warn(tagname::kClasspathSeparator, what, why, advice);
+    } else if (separator == ";" && m_isJava) {
+      error(tagname::kClasspathSeparator,
+            valued(tagname::kClasspathSeparator, separator) + " is the separator of Windows",
+            "for the shell the command ends there", advice);
+    } else if (!separator.empty() && separator != kColon && m_isJava) {
+      warn(tagname::kClasspathSeparator,
+           valued(tagname::kClasspathSeparator, separator) + " separates no entries",
+           "Java on Unix separates them by a colon", advice);
+    }
+  }
+
+  // --- System properties: "-D" name "=" value ---
+
+  void checkSystem() {
+    const long calls = m_command.count(Function::kSystemProp);
+    const bool isUsed = calls + m_command.count(Function::kRuntimeSystemProp) > 0;
+    const std::string option = value(tagname::kSystem);
+    if (option.empty() && m_isJava && isUsed) {
+      reportSystem(calls > 0, tagname::kSystem, "-D");
+    } else if (!option.empty() && isWhitespace(option.back())) {
+      error(tagname::kSystem, valued(tagname::kSystem, option) + " ends with a blank",
+            "Java takes the property behind it for a class",
+            named("write ", tagname::kSystem) + ": -D");
+    }
+    checkSystemSeparator(calls > 0, isUsed || !option.empty());
+  }
+
+  void checkSystemSeparator(bool isCalled, bool isUsed) {
+    const std::string separator = value(tagname::kSystemSeparator);
+    if (separator.empty() && m_isJava && isUsed) {
+      reportSystem(isCalled, tagname::kSystemSeparator, quotedText(kEqualsSign));
+    } else if (!separator.empty() && separator != kEqualsSign && m_isJava) {
+      warn(tagname::kSystemSeparator,
+           valued(tagname::kSystemSeparator, separator) + " separates no name from its value",
+           "Java wants an equals sign",
+           named("write ", tagname::kSystemSeparator) + ": " + quotedText(kEqualsSign));
+    }
+  }
+
+  void reportSystem(bool isCalled, const char* tag, const std::string& meant) {
+    const std::string what = named(tag, " is missing");
+    const std::string advice = named("write ", tag) + ": " + meant;
+    isCalled ? error(tag, what, "SYSTEMPROP makes no property that Java understands", advice)
+             : warn(tag, what, "the properties of a side file would not be understood", advice);
+  }
+
+  // --- Arguments and the environment ---
+
+  void checkArguments() {
+    const SString arguments = m_file.tagFile->getTagValue(tagname::kReqJavaArgs, 0);
+    if (arguments.empty()) {
+      return;
+    }
+    if (!hasClosedQuotes(arguments)) {
+      error(tagname::kReqJavaArgs, named(tagname::kReqJavaArgs, ": a quote is not closed"),
+            "the shell refuses each command for this Java, and none is accepted",
+            "close the quote");
+    }
+    for (const std::string& name : namesIn(arguments, kFunctionMark)) {
+      if (findFunction(name) != nullptr) {
+        error(tagname::kReqJavaArgs,
+              named(tagname::kReqJavaArgs, ": the function ") + name + " is not called here",
+              "a search puts the value into its command as it stands, and no Java is accepted",
+              "write it into COMMAND");
+      }
+    }
+    if (m_command.isReadable && !isNamedInCommand() && !m_command.text.empty()) {
+      warn(tagname::kReqJavaArgs, named(tagname::kReqJavaArgs, " is not part of COMMAND"),
+           "the arguments count for a search, but not for the wizard",
+           "write %RUNTIME_JAVAARGS%() or @REQ_JAVA_ARGS@ into COMMAND");
+    }
+  }
+
+  bool isNamedInCommand() const {
+    const auto& tags = m_command.tags;
+    return m_command.count(Function::kRuntimeJavaArgs) > 0 ||
+           std::find(tags.begin(), tags.end(), tagname::kReqJavaArgs) != tags.end();
+  }
+
+  void checkEnvironment() {
+    const long count = countOwnValues(m_file, kJVMFileTags, tagname::kSetEnvForWizard);
+    for (long i = 0; i < count; ++i) {
+      checkAssignment(
+          std::string(withoutBlanks(
+              m_file.tagFile->getTagValue(tagname::kSetEnvForWizard, static_cast<unsigned long>(i))
+                  .view())),
+          i);
+    }
+  }
+
+  void checkAssignment(const std::string& line, long index) {
+    const Place place = m_file.at(tagname::kSetEnvForWizard, index);
+    const std::string what = valued(tagname::kSetEnvForWizard, line);
+    const auto assignment = splitAssignment(line);
+    if (!assignment) {
+      if (!looksLikeAComment(line)) {
+        m_findings.warning(place, what + " has no =", "the variable of that name becomes empty",
+                           "write NAME=value");
+      }
+      return;
+    }
+    const std::string_view text = assignment->value.view();
+    if (!isVariableName(assignment->name)) {
+      m_findings.error(place, what + " sets no variable",
+                       quotedText(assignment->name) + " is no name of one", "write NAME=value");
+    } else if (text.size() > 1 && (text[0] == '"' || text[0] == '\'') && text.back() == text[0]) {
+      m_findings.warning(place, what + " has quotes", "they belong to the value", "leave them out");
+    } else if (text.find('$') != std::string_view::npos) {
+      m_findings.warning(place, what + " holds a $", "no shell reads it: it stays as it stands",
+                         "set the variable in COMMAND");
+    }
+  }
+
+  void checkRecorded() {
+    if (!value(tagname::kJVMFile).empty()) {
+      warn(tagname::kJVMFile, named(tagname::kJVMFile, " is written by the launcher"),
+           "this looks like its copy for the Java of one machine",
+           "leave out JVM_HOME, JVM_FILE and JVM_TEMP");
+    }
+  }
+
+  const Setup& m_setup;
+  const SetupFile& m_file;
+  const CommandModel& m_command;
+  Findings& m_findings;
+  bool m_isJava = false;
+};
+
+}  // namespace
+
+StatusFiles::StatusFiles(const Setup& setup) {
+  for (const SetupFile& script : setup.files) {
+    const bool isScript = script.type == FILE_TYPE_INSTRUCTIONS && script.tagFile != nullptr;
+    const long count = isScript ? script.tagFile->getTagValueCount(tagname::kInstructions) : 0;
+    for (long i = 0; i < count; ++i) {
+      const auto number = launchedNumber(
+          script.tagFile->getTagValue(tagname::kInstructions, static_cast<unsigned long>(i)));
+      if (number) {
+        m_launched.insert(*number);
+      }
+    }
+  }
+}
+
+bool StatusFiles::contain(const SetupFile& file) const {
+  return isJVMFile(file) && m_launched.count(file.id) != 0 &&
+         firstValue(file, tagname::kJVMProperties).empty() && !hasHints(file);
+}
+
+void checkJVMFile(const Setup& setup, const SetupFile& file, const CommandModel& command,
+                  Findings& findings) {
+  JVMFileCheck(setup, file, command, findings).run();
+}
+
+void checkSearchAll(const Setup& setup, const StatusFiles& statusFiles, Findings& findings) {
+  const SetupFile* scanning = nullptr;
+  std::string hidden;
+  for (const SetupFile& file : setup.files) {
+    if (!isJVMFile(file) || statusFiles.contain(file)) {
+      continue;
+    }
+    if (scanning != nullptr) {
+      hidden += (hidden.empty() ? "" : ", ") + file.label;
+    } else if (file.tagFile->getBoolTagValue(tagname::kSearchAll, false)) {
+      scanning = &file;
+    }
+  }
+  if (!hidden.empty()) {
+    findings.warning(scanning->at(tagname::kSearchAll, 0),
+                     std::string(tagname::kSearchAll) + " hides the jvm files behind it: " + hidden,
+                     "their hints are never tried, since the scan begins first",
+                     "give it to the last jvm file alone");
+  }
+}
+
+}  // namespace authoring

@@ -1,0 +1,34 @@
+// JVMFileCheck: the tags of a jvm file that make the command of a Java, and what one jvm file means
+// for the others of the setup.
+#ifndef CORVANE_AUTHORING_JVMFILECHECK_H
+#define CORVANE_AUTHORING_JVMFILECHECK_H
+
+#include <cstdint>
+#include <set>
+
+#include "authoring/CommandModel.h"
+#include "authoring/SetupContents.h"
+
+namespace authoring {
+
+// The jvm files that only end the run with a status: ILAUNCH names such a file, and it has neither
+// JVM_PROPERTIES nor hints, on purpose, so that no search tries it (docs/check.md).
+class StatusFiles {
+ public:
+  explicit StatusFiles(const Setup& setup);
+  bool contain(const SetupFile& file) const;
+
+ private:
+  std::set<std::int32_t> m_launched;  // the numbers that the script names
+};
+
+// `file` is a jvm file that parses; `command` is the COMMAND of the launch script.
+void checkJVMFile(const Setup& setup, const SetupFile& file, const CommandModel& command,
+                  Findings& findings);
+
+// A jvm file whose SEARCH_ALL keeps the hints of those behind it from being tried.
+void checkSearchAll(const Setup& setup, const StatusFiles& statusFiles, Findings& findings);
+
+}  // namespace authoring
+
+#endif

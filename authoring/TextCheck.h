@@ -1,0 +1,15 @@
+// TextCheck: all checks of the texts of a setup, its tag files.
+#ifndef CORVANE_AUTHORING_TEXTCHECK_H
+#define CORVANE_AUTHORING_TEXTCHECK_H
+
+#include "authoring/SetupContents.h"
+
+namespace authoring {
+
+// How the tag files are written, the command of the launch script, the jvm files and the ways of
+// the instruction script. SetupCheck has what can be said of a tag or a statement by itself.
+void checkTexts(const Setup& setup, Findings& findings);
+
+}  // namespace authoring
+
+#endif

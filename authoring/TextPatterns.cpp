@@ -1,0 +1,85 @@
+#include "authoring/TextPatterns.h"
+
+#include <algorithm>
+
+#include "tagfile/TextUtils.h"
+
+namespace authoring {
+namespace {
+
+constexpr std::string_view kCommentMarks[] = {"#", "//", ";", "/*", "<!--"};
+// What only a shell can read.
+constexpr std::string_view kBeyondQuotes[] = {"$(", "`", "<<", " #"};
+
+// ASCII, whatever the locale.
+bool isCapital(char byte) {
+  return byte >= 'A' && byte <= 'Z';
+}
+bool isDigit(char byte) {
+  return byte >= '0' && byte <= '9';
+}
+bool isLetter(char byte) {
+  return isCapital(byte) || (byte >= 'a' && byte <= 'z');
+}
+
+}  // namespace
+
+bool isVariableName(std::string_view text) {
+  const auto fits = [](char byte) { return isLetter(byte) || isDigit(byte) || byte == '_'; };
+  return !text.empty() && !isDigit(text[0]) && std::all_of(text.begin(), text.end(), fits);
+}
+
+bool looksLikeATag(std::string_view text) {
+  const auto fits = [](char byte) { return isCapital(byte) || isDigit(byte) || byte == '_'; };
+  return text.size() > 1 && isCapital(text[0]) && std::all_of(text.begin(), text.end(), fits);
+}
+
+bool isDigits(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
+}
+
+bool looksLikeAComment(std::string_view line) {
+  const bool isMacro = line.starts_with('#') && firstWord(line).find('#', 2) != line.npos;
+  if (isMacro) {
+    return false;  // such as #HOME#
+  }
+  return std::any_of(std::begin(kCommentMarks), std::end(kCommentMarks),
+                     [line](std::string_view mark) { return line.starts_with(mark); });
+}
+
+std::size_t findTrailingComment(std::string_view value) {
+  for (std::size_t blank = value.find_first_of(kBlanks); blank != std::string_view::npos;
+       blank = value.find_first_of(kBlanks, blank + 1)) {
+    const std::string_view rest = value.substr(blank + 1);
+    if (rest.starts_with("#") || rest == "//" || rest.starts_with("// ")) {
+      return blank;
+    }
+  }
+  return std::string_view::npos;
+}
+
+std::string_view firstWord(std::string_view text) {
+  return text.substr(0, text.find_first_of(kBlanks));
+}
+
+bool hasClosedQuotes(std::string_view command) {
+  for (const std::string_view unread : kBeyondQuotes) {
+    if (command.find(unread) != std::string_view::npos) {
+      return true;
+    }
+  }
+  char open = '\0';
+  for (std::size_t i = 0; i < command.size(); ++i) {
+    const char byte = command[i];
+    if (byte == '\\' && open != '\'') {
+      ++i;
+    } else if (open != '\0') {
+      open = byte == open ? '\0' : open;
+    } else if (byte == '"' || byte == '\'') {
+      open = byte;
+    }
+  }
+  return open == '\0';
+}
+
+}  // namespace authoring

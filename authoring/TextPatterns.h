@@ -1,0 +1,31 @@
+// TextPatterns: what a text looks like. The checks of texts share these questions.
+#ifndef CORVANE_AUTHORING_TEXTPATTERNS_H
+#define CORVANE_AUTHORING_TEXTPATTERNS_H
+
+#include <cstddef>
+#include <string_view>
+
+namespace authoring {
+
+// A letter or "_", then letters, digits and "_".
+bool isVariableName(std::string_view text);
+// Capitals, digits and "_" from a capital on, two bytes or more: what authors call a tag.
+bool looksLikeATag(std::string_view text);
+// Digits alone, at least one.
+bool isDigits(std::string_view text);
+
+// True when the line begins as comments do elsewhere: #, //, ;, /*, <!--.
+bool looksLikeAComment(std::string_view line);
+// Where a comment seems to begin behind a value: at a blank before # or //; npos without one.
+std::size_t findTrailingComment(std::string_view value);
+
+// The bytes up to the first blank.
+std::string_view firstWord(std::string_view text);
+
+// The shell's quotes: false when one of them is not closed. True for a text with substitutions,
+// here-documents or comments, which this does not read.
+bool hasClosedQuotes(std::string_view command);
+
+}  // namespace authoring
+
+#endif

@@ -1,0 +1,152 @@
+// `check` has nothing to say of texts that are as they should be, in whatever style they are
+// written.
+#include "unit/authoring/Mistakes.h"
+
+namespace {
+
+using mistakes::findingsOf;
+using mistakes::Texts;
+
+const std::vector<std::string> kNothing;
+
+struct SoundRow {
+  std::string name;
+  Texts texts;
+};
+
+const std::vector<SoundRow> kRows = {
+    {"the setup that the mistakes are made in", {}},
+    {"as short as it gets",
+     {.script = "INSTRUCTIONS:\nFIND_JVM 1 1\nJMP0 @N1@ end\nLAUNCH @S2@ 1\n:end\n/:\n",
+      .launchScript = "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" %CP%() Setup\n",
+      .jvmFiles = {"JVM_EXE: bin/java\nJVM_PROPERTIES: java.specification.version = 21\n"
+                   "CLASSPATH: \"-cp \"\nCLASSPATH_SEPARATOR: \":\"\n"}}},
+    {"all in quotes, with the line ends of Windows",
+     {.script = "INSTRUCTIONS:\r\n\"FIND_JVM 1 1\"\r\n\"JMP0 @N1@ none\"\r\n\"LAUNCH \"\"@S2@\"\" "
+                "1\"\r\n\"GOTO end\"\r\n\":none\"\r\n\"ILAUNCH -1 0\"\r\n\":end\"\r\n\"/:\"\r\n",
+      .launchScript =
+          "DESC: \"Sample\"\r\nCOMMAND: \"\"\"@JVM_HOME@/@JVM_EXE@\"\" %CP%() Setup\"\r\n"
+          "AUTO_SET_WORKING_DIR: \"0\"\r\n",
+      .jvmFiles = {"DESC: \"Java 21\"\r\nJVM_EXE: \"bin/java\"\r\nJVM_PROPERTIES:\r\n"
+                   "\"java.specification.version = 21\"\r\n/:\r\nCLASSPATH: \"-cp \"\r\n"
+                   "CLASSPATH_SEPARATOR: \":\"\r\n"}}},
+    {"the class path in a variable",
+     {.launchScript = "COMMAND: %CP%()exec \"@JVM_HOME@/@JVM_EXE@\" -Dcp=\"#CLASSPATH#\" Setup\n",
+      .jvmFiles = {"JVM_EXE: bin/java\nJVM_PROPERTIES: java.version = 1.8...\nUSE_CP_ENV_VAR: 1\n"
+                   "CP_ENV_VAR: CLASSPATH\nCLASSPATH_SEPARATOR: \":\"\n",
+                   mistakes::kOtherJavaFile, mistakes::kNoJavaFile}}},
+    {"what a shell can do",
+     {.launchScript = "DESC: Caf\\u00e9\nCOMMAND: cd \"$HOME\" && LANG=C MODE='a b' exec "
+                      "\"@JVM_HOME@/bin/java\" %RUNTIME_JAVAARGS%() %CP%(\"\"\"$(dirname "
+                      "\"\"%LAUNCHER_DIR%()\"\")/lib.jar\"\"\") -Duser=#USER# -Dtmp=%TEMP_DIR%() "
+                      "-Dby=ann@example.org -Dload=100% Setup 2>>setup.err || exit 3\n"}},
+    {"tags of the author's own",
+     {.launchScript =
+          "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" @MEMORY@ %IF_EXISTS%(\"NATIVE\",\"@NATIVE@\") "
+          "%CP%() %REPLACE%(\"@FROM@\",\"-\",\"a_b\") %RUNTIME_JAVAARGS%() Setup\n"
+          "ARCHIVE: %LAUNCHER_DIR%()/@MORE@\n",
+      .jvmFiles = {mistakes::kJavaFile +
+                       "NATIVE: --enable-native-access=ALL-UNNAMED\nMEMORY: @MAX@\n"
+                       "MAX: -Xmx2g\nFROM: _\nMORE: more.jar\nNote: of the author\n",
+                   mistakes::kOtherJavaFile, mistakes::kNoJavaFile}}},
+    {"properties of every kind",
+     {.jvmFiles =
+          {"JVM_EXE: bin/java\nJVM_PROPERTIES:\njava.specification.version=2...\n"
+           "java.version = 21.0.2\njava.vendor = ...\njava.vm.name = OpenJDK 64-Bit Server VM\n"
+           "java.runtime.version = 21.0.2+13-Debian-2\nos.arch = amd64\n"
+           "sun.arch.data.model = 64\nos.name=Linux\njava.class.version = 65.0\n"
+           "com.example.flavour = full\njava.vm.specification.version = 21\n/:\n"
+           "PATH_HINT:\n.\n../jre\nmy jre\n//server/share/jre\n/opt/java [21]/..\n/:\n"
+           "CLASSPATH: --class-path=\nCLASSPATH_SEPARATOR: \":\"\nSYSTEM: -D\n"
+           "SYSTEM_SEPARATOR: \"=\"\n",
+           mistakes::kOtherJavaFile, mistakes::kNoJavaFile}}},
+    {"a Java that is no java",
+     {.script = "INSTRUCTIONS: FIND_JVM 1 1\n",
+      .launchScript = "COMMAND: @JVM_HOME@/@JVM_EXE@ %CP%() setup.scm\n",
+      .jvmFiles = {"JVM_EXE: guile\nJVM_PROPERTIES: version = 3...\nSEARCH_ALL: 1\n"
+                   "PLATFORM_HINT:\nGUILE_HOME\nJAVA17_HOME\nJAVA_HOME\n/:\n"}}},
+    {"a Java that was named, and a scan at the end",
+     {.script = "INSTRUCTIONS:\n// Was one named?\nVERIFY 0 0 17\nJMP0 @N1@ search\nILAUNCH 17 1\n"
+                "GOTO end\n:search\nFIND_JVM 1 1\nSET S5 = @S2@\nSET N3 = @N1@\nJMP0 @N3@ none\n"
+                "LAUNCH \"@S5@\" 1\nGOTO end\n:none\nILAUNCH 69 0\n:end\n/:\n",
+      .jvmFiles = {mistakes::kJavaFile, mistakes::kOtherJavaFile + "SEARCH_ALL: 1\n",
+                   mistakes::kNoJavaFile}}},
+    {"two tries, the second one after the user has been asked",
+     {.script = "INSTRUCTIONS:\n//\nSET N5 = 0\n:again\nFIND_JVM 1 0\nGOTO found@N1@\n:found1\n"
+                "LAUNCH @S2@ 1\nGOTO end\n:found0\nGOTO round@N5@\n:round0\nSET N5 = 1\n"
+                "INSTALL_JVM 2\nGOTO again\n:round1\nILAUNCH 69 0\n:end\n/:\n"}},
+    {"a status by a tag of its own",
+     {.launchScript = "COMMAND: %IF_EXISTS%(\"STATUS\",\"exit @STATUS@;\") exec "
+                      "\"@JVM_HOME@/@JVM_EXE@\" %CP%() %RUNTIME_JAVAARGS%() Setup\n",
+      .jvmFiles = {mistakes::kJavaFile, mistakes::kOtherJavaFile, "STATUS: 69\n"}}},
+};
+
+TEST(SoundTexts, GiveNothing) {
+  for (const SoundRow& row : kRows) {
+    SCOPED_TRACE(row.name);
+    EXPECT_EQ(kNothing, findingsOf(row.texts));
+  }
+}
+
+// --- The examples of the pages ---
+
+// What stands between lines of three backquotes.
+std::vector<std::string> blocksOf(const std::string& page) {
+  const std::string text = test::readFile(std::string(CORVANE_DOCS_DIR) + "/" + page);
+  const std::string fence = "\n```";
+  std::vector<std::string> blocks;
+  for (std::size_t begin = text.find(fence); begin != std::string::npos;) {
+    begin = text.find('\n', begin + 1) + 1;
+    const std::size_t end = text.find(fence, begin - 1);
+    blocks.push_back(text.substr(begin, end - begin + 1));
+    begin = text.find(fence, end + 1);
+  }
+  return blocks;
+}
+
+// A jvm file that only ends the run with a status.
+TEST(SoundTexts, TheStatusFileOfThePageGivesNothing) {
+  const std::vector<std::string> blocks = blocksOf("check.md");
+  ASSERT_EQ(1u, blocks.size());
+  EXPECT_EQ(kNothing,
+            findingsOf({.jvmFiles = {mistakes::kJavaFile, mistakes::kOtherJavaFile, blocks[0]}}));
+}
+
+bool startsWith(const std::string& text, const char* beginning) {
+  return text.rfind(beginning, 0) == 0;
+}
+
+TEST(SoundTexts, TheScriptsOfThePagesGiveNothing) {
+  const std::vector<std::string> blocks = blocksOf("instructions.md");
+  EXPECT_LE(5u, blocks.size());
+  for (const std::string& block : blocks) {
+    SCOPED_TRACE(block);
+    const bool isWhole = startsWith(block, "INSTRUCTIONS:");
+    EXPECT_EQ(kNothing, findingsOf({.script = isWhole ? block : "INSTRUCTIONS:\n" + block + "/:\n",
+                                    .jvmFiles = {mistakes::kJavaFile}}));
+  }
+}
+
+TEST(SoundTexts, TheLaunchScriptsAndJVMFilesOfThePagesGiveNothing) {
+  int found = 0;
+  for (const char* const page : {"jvm-file.md", "launch-script.md"}) {
+    for (const std::string& block : blocksOf(page)) {
+      SCOPED_TRACE(block);
+      if (block.find("\nCOMMAND:") != std::string::npos) {
+        EXPECT_EQ(kNothing, findingsOf({.launchScript = block,
+                                        .jvmFiles = {mistakes::kJavaFile, mistakes::kOtherJavaFile,
+                                                     mistakes::kNoJavaFile}}));
+        ++found;
+      } else if (block.find("\nJVM_EXE:") != std::string::npos) {
+        const bool isWhole = block.find("\nJVM_PROPERTIES:") != std::string::npos;
+        EXPECT_EQ(kNothing,
+                  findingsOf({.jvmFiles = {block + (isWhole ? "" : "JVM_PROPERTIES: a=b\n"),
+                                           mistakes::kOtherJavaFile, mistakes::kNoJavaFile}}));
+        ++found;
+      }
+    }
+  }
+  EXPECT_LE(3, found);
+}
+
+}  // namespace
