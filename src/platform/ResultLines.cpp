@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "platform/Console.h"
+#include "platform/PlatformImpl.h"
 #include "tagfile/WriteAll.h"
 
 void printResult(std::initializer_list<SString> lines) {
@@ -16,7 +17,12 @@ void printResult(std::initializer_list<SString> lines) {
     text += '\n';
   }
   std::fflush(stdout);
-  const int error = g_console.m_outputIsClosed ? EBADF : writeAll(STDOUT_FILENO, text.view());
+  const int error = g_console.m_outputIsClosed
+                        ? EBADF
+                        : writeAll(STDOUT_FILENO, text.view(), PlatformImpl::isCanceled);
+  if (error == EINTR) {
+    PlatformImpl::throwIfCanceled();
+  }
   if (error != 0) {
     throw LostResult(SString("Cannot write to standard output: ") + std::strerror(error));
   }

@@ -14,7 +14,8 @@ class LostResult : public LauncherException {
 };
 
 // Prints the lines, whatever is hidden or silent, and makes sure that they have arrived. Throws
-// LostResult, "Cannot write to standard output: " and the system's text.
+// LostResult, "Cannot write to standard output: " and the system's text, and Canceled when a cancel
+// ends the wait for a reader.
 void printResult(std::initializer_list<SString> lines);
 // The same for a text that silent mode suppresses.
 void showResult(const SString& text);

@@ -4,8 +4,9 @@
 
 #include <string_view>
 
-// Returns 0 or the system's error number. An interrupted call goes on: streams of the C library
-// would lose what they hold.
-[[nodiscard]] int writeAll(int descriptor, std::string_view bytes);
+// Returns 0 or the system's error number. An interrupted call goes on, unless `isGivenUp` says so:
+// streams of the C library would lose what they hold.
+[[nodiscard]] int writeAll(
+    int descriptor, std::string_view bytes, bool (*isGivenUp)() = [] { return false; });
 
 #endif

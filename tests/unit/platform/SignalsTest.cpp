@@ -16,11 +16,13 @@
 
 #include "platform/PlatformImpl.h"
 #include "platform/PlatformSignals.h"
+#include "platform/ResultLines.h"
 #include "support/Commands.h"
 #include "support/OwnProcess.h"
 #include "support/Restrictions.h"
 #include "support/TestAccess.h"
 #include "support/TestFiles.h"
+#include "support/Texts.h"
 #include "util/LauncherException.h"
 
 namespace {
@@ -359,17 +361,38 @@ TEST(SignalsTest, QuitBeforeTheFirstCommandChangesNoStatus) {
 }
 
 #if defined(_POSIX_TIMERS) && _POSIX_TIMERS > 0
+bool startTimer(int signal, timespec first, timespec every) {
+  sigevent event = {};
+  event.sigev_notify = SIGEV_SIGNAL;
+  event.sigev_signo = signal;
+  timer_t timer = {};
+  const itimerspec times = {every, first};
+  return timer_create(CLOCK_MONOTONIC, &event, &timer) == 0 &&
+         timer_settime(timer, 0, &times, nullptr) == 0;
+}
+
 // A timer's signal, like the terminal's, is not sent by a process.
 TEST(SignalsTest, WhatNoProcessSentIsNotPassedOn) {
   EXPECT_EQ(" code 4 canceled 1", outputOf([] {
-              sigevent event = {};
-              event.sigev_notify = SIGEV_SIGNAL;
-              event.sigev_signo = SIGTERM;
-              timer_t timer = {};
-              const itimerspec soon = {{0, 0}, {0, 20'000'000}};
-              if (timer_create(CLOCK_MONOTONIC, &event, &timer) == 0 &&
-                  timer_settime(timer, 0, &soon, nullptr) == 0) {
+              if (startTimer(SIGTERM, {0, 20'000'000}, {0, 0})) {
                 runLauncher("trap 'exit 9' TERM; sleep 0.15; exit 4", true);
+              }
+            }));
+}
+
+// The result is more than a pipe holds, and nobody reads it.
+TEST(SignalsTest, ACancelEndsTheWaitForAReader) {
+  const test::ScopedEnvironment language("LANG", "C");
+  EXPECT_EQ("Canceled by the user.", outputOf([] {
+              const int output = dup(STDOUT_FILENO);
+              int ends[2];
+              PlatformImpl::prepareProcess();
+              if (pipe(ends) == 0 && dup2(ends[1], STDOUT_FILENO) != -1 &&
+                  startTimer(SIGTERM, {0, 20'000'000}, {0, 20'000'000})) {
+                const std::string end = test::errorOf<Canceled>(
+                    [] { printResult({test::sstr(std::string(1 << 20, 'x'))}); });
+                dup2(output, STDOUT_FILENO);
+                std::printf("%s", end.c_str());
               }
             }));
 }
