@@ -87,11 +87,11 @@ void LauncherFileWriter::endFile(IndexRecord& record) {
 }
 
 void LauncherFileWriter::copy(std::FILE* source, const std::string& name) {
-  char chunk[65536];
+  std::vector<char> chunk(262144);
   std::size_t count;
-  while ((count = std::fread(chunk, 1, sizeof chunk, source)) > 0) {
+  while ((count = std::fread(chunk.data(), 1, chunk.size(), source)) > 0) {
     DeferredSignals::throwIfCame();
-    write({chunk, count});
+    write({chunk.data(), count});
   }
   if (std::ferror(source) != 0) {
     throw AuthoringError(name + " cannot be read: " + std::strerror(errno));

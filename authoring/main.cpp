@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "authoring/AuthoringError.h"
+#include "authoring/Completion.h"
 #include "authoring/Extractor.h"
 #include "authoring/FindingReport.h"
 #include "authoring/Installation.h"
@@ -200,6 +201,7 @@ int main(int argc, char** argv) {
   Arguments arguments;
   int (*command)(const Arguments&) = nullptr;
   addCommands(app, arguments, command);
+  authoring::addCompletionOption(app);
   for (CLI::App* const each : app.get_subcommands([](CLI::App*) { return true; })) {
     addVersion(*each);
   }

@@ -5,6 +5,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -29,7 +32,7 @@ class InterruptionTest : public testing::Test {
     test::writeFile(m_dir / "huge.json", R"({"files": [{"type": "jar", "path": "huge"}]})");
   }
 
-  // Starts the program in the scratch folder; its errors go to err.txt.
+  // Starts the program in the scratch folder; its errors go to err.txt, its output nowhere.
   pid_t start(const Words& arguments) {
     const pid_t child = fork();
     if (child == 0) {
@@ -39,7 +42,8 @@ class InterruptionTest : public testing::Test {
         argv.push_back(const_cast<char*>(word.c_str()));
       }
       argv.push_back(nullptr);
-      if (dup2(errors, 2) == 2 && chdir(m_dir.path().c_str()) == 0) {
+      const int nowhere = open("/dev/null", O_WRONLY);
+      if (dup2(errors, 2) == 2 && dup2(nowhere, 1) == 1 && chdir(m_dir.path().c_str()) == 0) {
         execv(CORVANE_PACK, argv.data());
       }
       _exit(127);
@@ -112,6 +116,107 @@ TEST_F(InterruptionTest, RefusesAnInputThatGrowsMeanwhile) {
       test::readFile(m_dir / "err.txt"));
   EXPECT_EQ("old", test::readFile(m_dir / "setup"));
   EXPECT_EQ((Words{"err.txt", "huge", "huge.json", "setup", "stub"}), test::listTree(m_dir.path()));
+}
+
+// --- At any moment ---
+
+struct MomentRow {
+  const char* name;
+  Words arguments;
+  Words made;  // what there is more when it went well
+};
+
+const MomentRow kMomentRows[] = {
+    {"pack", {"pack", "big.json", "--stub", "stub", "--any-stub", "--output", "new"}, {"new"}},
+    {"pack over a file",
+     {"pack", "big.json", "--stub", "stub", "--any-stub", "--output", "old"},
+     {}},
+    {"extract",
+     {"extract", "setup", "--output", "folder"},
+     {"folder/", "folder/big", "folder/manifest.json", "folder/stub"}},
+    {"extract a part",
+     {"extract", "setup", "--file", "big", "--output", "part"},
+     {"part/", "part/big"}},
+    {"list", {"list", "setup"}, {}},
+    {"check", {"check", "big.json"}, {}},
+};
+
+class MomentTest : public InterruptionTest {
+ protected:
+  MomentTest() {
+    fs::remove(m_dir / "huge");
+    test::writeFile(m_dir / "big", std::string(kBig, 'x') + "\n");
+    test::writeFile(m_dir / "big.json", R"({"files": [{"type": "jar", "path": "big"}]})");
+    EXPECT_EQ(
+        0,
+        statusOf(start({"pack", "big.json", "--stub", "stub", "--any-stub", "--output", "setup"})));
+    fs::copy_file(m_dir / "setup", m_dir / "old");
+  }
+
+  // The moments of each command; CORVANE_MOMENTS asks for another number.
+  static int moments() {
+    const char* const wanted = std::getenv("CORVANE_MOMENTS");
+    return wanted == nullptr ? 6 : std::atoi(wanted);
+  }
+
+  // How long the command takes when nobody disturbs it. Removes what it made.
+  int durationOf(const MomentRow& row) {
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_TRUE(WIFEXITED(statusOf(start(row.arguments))));
+    const auto duration = std::chrono::steady_clock::now() - begin;
+    removeMade(row);
+    return static_cast<int>(
+        std::chrono::duration_cast<std::chrono::microseconds>(duration).count());
+  }
+
+  void removeMade(const MomentRow& row) {
+    for (const std::string& name : row.made) {
+      fs::remove_all(m_dir / name);
+    }
+  }
+
+  // Without what no program can remove that is ended by KILL.
+  Words tree(bool wasKilled) {
+    Words names;
+    for (const std::string& name : test::listTree(m_dir.path())) {
+      if (!wasKilled || name.find("/.corvane-pack-") == name.npos) {
+        if (!wasKilled || !name.starts_with(".corvane-pack-")) names.push_back(name);
+      }
+    }
+    return names;
+  }
+
+  static constexpr std::size_t kBig = 30000000;
+};
+
+TEST_F(MomentTest, NothingIsHalfMade) {
+  for (const MomentRow& row : kMomentRows) {
+    const int duration = durationOf(row);
+    const Words before = tree(false);
+    for (int i = 0; i < moments(); ++i) {
+      const int signal = std::vector{SIGTERM, SIGINT, SIGKILL}[static_cast<std::size_t>(i) % 3];
+      SCOPED_TRACE(std::string(row.name) + ", moment " + std::to_string(i));
+      const pid_t child = start(row.arguments);
+      usleep(static_cast<useconds_t>(std::int64_t{duration} * i / moments()));
+      kill(child, signal);
+      statusOf(child);
+      Words whole = before;
+      whole.insert(whole.end(), row.made.begin(), row.made.end());
+      std::sort(whole.begin(), whole.end());
+      const Words after = tree(signal == SIGKILL);
+      EXPECT_TRUE(after == before || after == whole) << testing::PrintToString(after);
+      for (const char* const file : {"new", "old", "folder/big", "part/big"}) {
+        std::error_code error;
+        const auto size = fs::file_size(m_dir / file, error);
+        EXPECT_TRUE(error || size == fs::file_size(m_dir / (file[3] == '\0' ? "setup" : "big")))
+            << file;
+      }
+      removeMade(row);
+      for (const std::string& name : test::listTree(m_dir.path())) {
+        if (name.starts_with(".corvane-pack-")) fs::remove_all(m_dir / name);
+      }
+    }
+  }
 }
 
 #endif

@@ -309,11 +309,35 @@ TEST_F(ProgramTest, FindsTheInstalledStub) {
   EXPECT_TRUE(packed.out.ends_with("\n" CORVANE_VERSION "\n")) << packed.out;
   EXPECT_EQ(0, runShell("./setup && test \"$(stat -c %a setup)\" = 755").status);
   EXPECT_EQ("\n", test::readFile(m_dir / "out.txt"));
+  for (const char* const file :
+       {"man/man1/corvane-pack.1", "man/man1/corvane-pack-pack.1", "man/man1/corvane-pack-list.1",
+        "man/man1/corvane-pack-check.1", "man/man1/corvane-pack-extract.1",
+        "bash-completion/completions/corvane-pack.bash", "zsh/vendor-completions/_corvane-pack",
+        "fish/vendor_completions.d/corvane-pack.fish"}) {
+    EXPECT_NE("", test::readFile(m_dir / ("prefix/share/" + std::string(file)))) << file;
+  }
   const std::string listed = run("list setup").out;
   EXPECT_NE(std::string::npos, listed.find(", stub corvane-launcher-any ")) << listed;
   for (const char* page : {"corvane-launcher", "corvane-pack"}) {
     const std::string installed = "prefix/share/man/man1/" + std::string(page) + ".1";
     EXPECT_EQ(0, runShell("grep '\"Corvane " CORVANE_VERSION "\"' " + installed).status);
+  }
+}
+
+// Without --base; a file of another type would not be found there.
+TEST_F(ProgramTest, FindsTheInstalledVerifyArchive) {
+  for (const char* const place : {"share/corvane", "lib/corvane", "java"}) {
+    ASSERT_EQ(0, runShell("rm -rf p && mkdir -p p/bin p/" + std::string(place) +
+                          " && cp '" CORVANE_PACK "' p/bin && echo PK >p/" + place + "/verify.jar")
+                     .status);
+    for (const char* const type : {"verify", "jar"}) {
+      SCOPED_TRACE(std::string(place) + " " + type);
+      test::writeFile(m_dir / "v.json", R"({"files": [{"type": ")" + std::string(type) +
+                                            R"(", "path": "verify.jar"}]})");
+      const Result result =
+          runShell("p/bin/corvane-pack pack v.json --any-stub --stub stub --output v");
+      EXPECT_EQ(type[0] == 'v' ? "v: 1 file, 47 bytes\n" : "", result.out) << result.err;
+    }
   }
 }
 
