@@ -26,7 +26,7 @@ Options positionals(const CLI::App& command) {
 }
 
 bool takesValue(const CLI::Option& option) {
-  return option.get_type_size_max() > 0;
+  return option.get_expected_min() > 0;
 }
 
 std::string longName(const CLI::Option& option) {

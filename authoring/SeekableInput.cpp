@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <map>
 
 #include "authoring/AuthoringError.h"
 #include "authoring/LauncherFileWriter.h"
@@ -18,12 +19,18 @@ namespace {
   throw AuthoringError(inputLabel(path) + ": " + std::strerror(error));
 }
 
-FilePtr open(const std::string& path) {
-  if (path != kStandardStream) {
-    return openFile(path.c_str(), "rb");
-  }
-  const int descriptor = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0);
+FilePtr reopen(int open) {
+  const int descriptor = fcntl(open, F_DUPFD_CLOEXEC, 0);
   return FilePtr(descriptor < 0 ? nullptr : fdopen(descriptor, "rb"));
+}
+
+// What has no folder of its own.
+bool isStreamName(const std::string& path) {
+  return path == kStandardStream || path.starts_with("/dev/");
+}
+
+FilePtr open(const std::string& path) {
+  return path == kStandardStream ? reopen(STDIN_FILENO) : openFile(path.c_str(), "rb");
 }
 
 bool isRegular(std::FILE* file) {
@@ -51,21 +58,28 @@ FilePtr copyOf(std::FILE* source, const std::string& path) {
   if (std::ferror(source) != 0) {
     fail(path, errno);
   }
-  std::rewind(copy.get());
+  if (std::fflush(copy.get()) != 0) {
+    throw AuthoringError(std::string("a temporary file cannot be written: ") +
+                         std::strerror(errno));
+  }
   return copy;
 }
 
 }  // namespace
 
 SeekableInput openSeekable(const std::string& path) {
-  SeekableInput input{open(path), path == kStandardStream};
+  static std::map<std::string, FilePtr> copies;
+  const auto copy = copies.find(path);
+  SeekableInput input{copy == copies.end() ? open(path) : reopen(fileno(copy->second.get())),
+                      isStreamName(path) || copy != copies.end()};
   if (input.file == nullptr) {
     fail(path, errno);
   }
   if (!isRegular(input.file.get())) {
-    input.file = copyOf(input.file.get(), path);
-    input.isStream = true;
+    copies[path] = copyOf(input.file.get(), path);
+    return openSeekable(path);
   }
+  (void)fseeko(input.file.get(), 0, SEEK_SET);
   return input;
 }
 

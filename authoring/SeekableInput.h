@@ -20,8 +20,9 @@ struct SeekableInput {
   bool isStream = false;  // standard input, or a pipe (copied into a file without a name)
 };
 
-// Opens a file, a pipe or standard input ("-") for reading. Throws AuthoringError when it cannot be
-// read, or a pipe gives more than a launcher file can hold.
+// Opens a file, a pipe or standard input ("-") for reading, from its beginning. A pipe gives its
+// bytes once: its copy is kept and opened when the same path is asked for again. Throws
+// AuthoringError when it cannot be read, or a pipe gives more than a launcher file can hold.
 SeekableInput openSeekable(const std::string& path);
 
 }  // namespace authoring

@@ -6,26 +6,29 @@
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/AuthoringError.h"
+#include "authoring/FileLook.h"
 #include "authoring/LauncherFileReader.h"
 #include "authoring/Packer.h"
+#include "authoring/SeekableInput.h"
+#include "authoring/StubRecognition.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
 namespace authoring {
 namespace {
 
-// True when the first byte that is not blank is the brace of a JSON object.
+// Throws AuthoringError when it is neither a manifest nor a launcher.
 bool isManifest(const std::string& path) {
   const LauncherFile launcher = readLauncherFile(path);
-  if (launcher.hasTrailer) {
+  if (launcher.hasTrailer || recognizeStub(launcher)) {
     return false;
   }
-  std::rewind(launcher.file.get());
-  int byte = std::fgetc(launcher.file.get());
-  while (std::isspace(byte) != 0) {
-    byte = std::fgetc(launcher.file.get());
+  const std::string bytes = firstBytes(launcher.file.get());
+  if (!looksLikeManifest(bytes)) {
+    throw AuthoringError(inputLabel(path) + " is no launcher file and no manifest; it looks like " +
+                         lookOf(bytes));
   }
-  return byte == '{';
+  return true;
 }
 
 // --- Tag files ---
@@ -144,7 +147,7 @@ void addFile(Setup& setup, const LauncherFile& launcher, TagFileLoader& loader,
 Setup loadFromLauncher(const std::string& path) {
   const LauncherFile launcher = readLauncherFile(path);
   Setup setup;
-  setup.label = path;
+  setup.label = inputLabel(path);
   setup.purpose = launcher.purpose;
   TagFileLoader loader(launcher.file.get());
   for (long i = 0; i < launcher.index.size(); ++i) {

@@ -21,8 +21,8 @@ struct Setup {
 };
 
 // The file is taken as a launcher file when it ends with our trailer, as a manifest when it begins
-// with a brace, else as a launcher without files. Throws AuthoringError when the file or its index
-// cannot be read, or the manifest is wrong.
+// with a brace or a comment, as a launcher without files when it is one of our stubs. Throws
+// AuthoringError when the file or its index cannot be read, or the manifest is wrong.
 Setup loadSetup(const std::string& path, const std::vector<std::string>& baseFolders);
 // The setup that would be packed from the manifest.
 Setup loadSetup(const Manifest& manifest);

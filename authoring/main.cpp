@@ -61,7 +61,7 @@ int list(const Arguments& arguments) {
 // Prints nothing for a manifest.
 void printStub(const std::string& path) {
   if (const auto stub = authoring::recognizeStub(authoring::readLauncherFile(path))) {
-    print(path + ": stub " + authoring::describeStub(*stub) + "\n");
+    print(authoring::inputLabel(path) + ": stub " + authoring::describeStub(*stub) + "\n");
   }
 }
 
@@ -72,10 +72,11 @@ int check(const Arguments& arguments) {
     findings.makeStrict();
   }
   if (arguments.json) {
-    print(authoring::reportAsJson(arguments.file, findings));
+    print(authoring::reportAsJson(authoring::inputLabel(arguments.file), findings));
   } else {
     printStub(arguments.file);
-    print(authoring::reportAsText(arguments.file, findings, authoring::wantsColor(stdout)));
+    print(authoring::reportAsText(authoring::inputLabel(arguments.file), findings,
+                                  authoring::wantsColor(stdout)));
   }
   return findings.hasErrors() ? kStatusFindings : 0;
 }

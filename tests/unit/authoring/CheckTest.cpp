@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "archive/StubMark.h"
 #include "authoring/FindingReport.h"
 #include "authoring/SetupCheck.h"
 #include "authoring/SetupContents.h"
@@ -473,9 +474,7 @@ TEST(Check, ReadsManifests) {
 
 TEST(Check, ReadsABareStub) {
   const test::TempDir dir;
-  const std::string path = test::writeFile(dir / "stub",
-                                           "\x7F"
-                                           "ELF");
+  const std::string path = test::writeFile(dir / "stub", CORVANE_STUB_MARK("k", "1", "user", "m"));
   EXPECT_EQ(
       (std::vector<std::string>{
           path + ": error: no instruction script; the launcher says nothing and ends with status "

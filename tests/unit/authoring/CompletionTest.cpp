@@ -46,6 +46,7 @@ const CompletionRow kRows[] = {
     {"pack 'a file.json' --out", "--output\n"},
     {"pack 'a file.json' --output my", "my-setup\n"},
     {"pack --any", "--any-stub\n"},
+    {"pack --any-stub my", "my-setup\n"},
     {"pack --base ''", "folder\n"},
     {"pack --output x --base fo", "folder\n"},
     {"list my", "my-setup\n"},
@@ -74,6 +75,15 @@ TEST_F(CompletionTest, OthersReadTheirScripts) {
   for (const char* const program : {"zsh", "fish"}) {
     if (!isThere(program)) continue;
     EXPECT_EQ(0, shell(std::string(program) + " -n ./" + program)) << program;
+  }
+}
+
+TEST_F(CompletionTest, FlagsTakeNoValue) {
+  for (const char* const shell : {"zsh", "fish"}) {
+    const std::string script = test::readFile(m_dir / shell);
+    EXPECT_NE(std::string::npos,
+              script.find(*shell == 'z' ? "'--json[For programs]'" : "-l json -d 'For programs'"))
+        << script;
   }
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "support/ArchiveFixture.h"
+#include "support/Texts.h"
 
 namespace {
 
@@ -60,6 +61,13 @@ const ProgramRow kProgramRows[] = {
      ""},
     {"check setup", 0, "", ""},
     {"check m.json", 0, "", ""},
+    {"check - <setup", 0, "", ""},
+    {"check - <m.json", 0, "", ""},
+    {"check /dev/stdin <m.json", 0, "", ""},
+    {"check stub", 1, "",
+     "corvane-pack: stub is no launcher file and no manifest; it looks like a text\n"},
+    {"check - <stub", 1, "",
+     "corvane-pack: standard input is no launcher file and no manifest; it looks like a text\n"},
     {"check doubtful", 1,
      "doubtful: error: no instruction script; the launcher says nothing and ends with status -1; "
      "add a file of the type instructions\ndoubtful: 1 error, 0 warnings\n",
@@ -144,6 +152,22 @@ TEST_F(ProgramTest, TellsTheStub) {
     EXPECT_EQ(0, result.status) << row.arguments;
     EXPECT_NE(std::string::npos, result.out.find(row.wanted)) << row.arguments << result.out;
   }
+}
+
+// Each is read once, whatever it holds.
+TEST_F(ProgramTest, ReadsPipes) {
+  run("pack m.json --output any");
+  for (const char* const words :
+       {"cat any | PACK check -", "cat any | PACK check /dev/stdin",
+        "mkfifo p; cat any >p & PACK check p", "cat m.json | PACK check -",
+        "cat m.json | PACK check /dev/stdin"}) {
+    SCOPED_TRACE(words);
+    const Result result = runShell(test::replaced(words, "PACK", "'" CORVANE_PACK "'"));
+    EXPECT_EQ(0, result.status) << result.out;
+    EXPECT_EQ("", result.err);
+  }
+  const Result listed = runShell("cat any | '" CORVANE_PACK "' list -");
+  EXPECT_TRUE(listed.out.starts_with("standard input: 1 file, ")) << listed.out;
 }
 
 TEST_F(ProgramTest, TellsItsVersionAndThoseOfTheStubs) {
@@ -276,6 +300,40 @@ TEST_F(NoRoom, TheDiskIsFull) {
     EXPECT_EQ(1, result.status);
     EXPECT_EQ(row.out, result.out);
     EXPECT_EQ(row.err, result.err);
+  }
+}
+
+// --- The same bytes, whoever packs them and where ---
+
+struct SurroundingsRow {
+  const char* name;
+  const char* words;  // of the shell; PACK, and DIR for the scratch folder
+};
+
+const SurroundingsRow kSurroundings[] = {
+    {"another time zone", "TZ=Pacific/Kiritimati PACK pack m.json"},
+    {"another language", "LANG=tr_TR.UTF-8 LC_ALL=tr_TR.UTF-8 PACK pack m.json"},
+    {"nothing in the environment", "env -i PACK pack m.json"},
+    {"closed to others", "umask 077; PACK pack m.json"},
+    {"open to everybody", "umask 0; PACK pack m.json"},
+    {"another folder", "cd /; PACK pack DIR/m.json"},
+    {"a copy of the folder",
+     "mkdir -p copy/deep && cp i.tag m.json stub copy/deep; cd copy/deep; PACK pack m.json"},
+    {"files of another time and mode",
+     "touch -d 2001-01-01 i.tag; chmod 600 i.tag; PACK pack m.json"},
+    {"a manifest from a pipe", "cat m.json | PACK pack -"},
+};
+
+TEST_F(ProgramTest, PacksTheSameBytesAnywhere) {
+  ASSERT_EQ(0, run("pack m.json --any-stub --stub stub --output first").status);
+  for (const SurroundingsRow& row : kSurroundings) {
+    SCOPED_TRACE(row.name);
+    std::string words = test::replaced(row.words, "PACK", "'" CORVANE_PACK "'");
+    words = "(" + test::replaced(words, "DIR", m_dir.path()) + " --any-stub --stub " +
+            (m_dir / "stub") + " --output " + (m_dir / "second") + ") && cmp first second";
+    const Result result = runShell(words);
+    EXPECT_EQ(0, result.status) << result.out << result.err;
+    EXPECT_EQ("", result.err);
   }
 }
 
