@@ -47,6 +47,14 @@ constexpr char kSurviveSignals[] =
 constexpr char kSurviveSignals[] = "";
 #endif
 
+// Where the parent waits until the child has become the shell, its memory need not be copied. A
+// macro, since the function that calls vfork must not return in the child.
+#ifdef __linux__
+#define beginChild vfork
+#else
+#define beginChild fork
+#endif
+
 // The system takes no longer argument; a command that needs all of it goes without the trap.
 constexpr std::size_t kLongestArgument = 128 * 1024 - 1;
 
@@ -103,7 +111,7 @@ void ChildProcess::start() {
 }
 
 void ChildProcess::fork(const char* const* arguments) {
-  const pid_t child = ::fork();
+  const pid_t child = beginChild();
   if (child == -1) {
     const int error = errno;
     throw systemError(kForkError, error);

@@ -62,7 +62,7 @@ void OutputCapture::collect(std::size_t count) {
   const bool isFull = m_collected >= kChunkSize;
   if (isFull) {
     m_collected -= kChunkSize;
-    PlatformImpl::advanceUIProgress(1);
+    countChunk();
   }
   if (isNew || isFull) {
     m_collectedSince = Clock::now();
@@ -78,9 +78,13 @@ void OutputCapture::countDrops(Clock::time_point now) {
 void OutputCapture::countRest() {
   if (m_collected > 0) {
     m_collected = 0;
-    ++m_chunks;
-    PlatformImpl::advanceUIProgress(1);
+    countChunk();
   }
+}
+
+void OutputCapture::countChunk() {
+  ++m_chunks;
+  PlatformImpl::advanceUIProgress(1);
 }
 
 Clock::time_point OutputCapture::dueAt() const {

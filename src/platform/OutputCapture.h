@@ -42,6 +42,7 @@ class OutputCapture {
  private:
   void read(KeptText& text, std::size_t size);
   void collect(std::size_t count);  // bytes that were read
+  void countChunk();
 
   Pipe m_pipe;
   std::size_t m_collected = 0;  // bytes of the chunk that does not count yet

@@ -90,7 +90,7 @@ bool readEscape(std::string_view text, std::size_t pos, wchar_t& character) {
 }  // namespace
 
 bool isWhitespace(char byte) {
-  return std::string_view(kBlanks).find(byte) != std::string_view::npos;
+  return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
 }
 
 void trim(SString& text, const char* set) {
