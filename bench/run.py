@@ -1,0 +1,203 @@
+"""Measures the launcher beside its peers; see run.sh, which builds what this needs."""
+import argparse
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+
+import plot
+from answers import measure_answers
+from measure import compare, interleaved
+
+SIZES = (1000, 3000, 10000, 30000, 100000, 200000, 500000, 1000000)
+PAYLOADS_MB = (1, 10, 100)
+DOCS = pathlib.Path(__file__).parent.parent / "docs"
+BEGIN, END = "<!-- bench/run.sh writes from here -->\n", "<!-- to here -->\n"
+
+
+def installed(*names):
+    return next((name for name in names if shutil.which(name)), None)
+
+
+class Bench:
+    def __init__(self, build, rounds, scratch):
+        self.build, self.rounds, self.scratch = build, rounds, scratch
+        self.rows = []
+        self.scans = []
+
+    def program(self, name):
+        return str(self.build / "bin" / name)
+
+    def add(self, what, commands, rounds=None):
+        """One row for each peer of the first command."""
+        times = interleaved(commands, rounds or self.rounds)
+        ours, *peers = commands
+        for peer in peers:
+            self.rows.append((what, peer, *compare(times, ours, peer)))
+            print(f"{what} / {peer}: {self.rows[-1][4]:.2f}", file=sys.stderr)
+        return times
+
+    def pack(self, name, files, tags, stub="corvane-launcher"):
+        """Packs a setup of `files` (type, path) and `tags` (type, text); returns its path."""
+        folder = self.scratch / f"{name}.parts"
+        folder.mkdir()
+        entries = [{"type": kind, "path": str(path)} for kind, path in files]
+        for number, (kind, text) in enumerate(tags):
+            (folder / f"{number}.tag").write_text(text)
+            entries.append({"type": kind, "path": f"{number}.tag"})
+        manifest = folder / "manifest.json"
+        manifest.write_text(json.dumps({"purpose": 0, "files": entries}))
+        setup = self.scratch / name
+        stub = stub if "/" in stub else self.program(stub)
+        subprocess.run([self.program("corvane-pack"), "pack", str(manifest), "--stub", stub,
+                        "--output", str(setup)], check=True, stdout=subprocess.DEVNULL)
+        return str(setup)
+
+    # --- What is measured ---
+
+    def start(self):
+        self.add("start", {"corvane-launcher -cv:version": [self.program("corvane-launcher"), "-cv:version"],
+                           "a static program of C": [self.program("bench_floor")]}, self.rounds * 5)
+
+    def scan(self, largest):
+        tree = self.scratch / "tree"
+        made = 0
+        for size in (size for size in SIZES if size <= largest):
+            grow_tree(tree, made, size)
+            made = size
+            commands = {"corvane": [self.program("bench_scan"), str(tree)],
+                        "find": ["find", str(tree), "-path", "*/bin/java"]}
+            if bfs := installed("bfs"):
+                commands["bfs"] = [bfs, str(tree), "-path", "*/bin/java"]
+            if fd := installed("fdfind", "fd"):
+                commands["fd"] = [fd, "-uu", "-p", "/bin/java$", str(tree)]
+            rounds = max(5, min(self.rounds, self.rounds * 20000 // size))
+            times = self.add(f"scan of {size:,} files", commands, rounds)
+            self.scans.append((size, times))
+        shutil.rmtree(tree)
+
+    def unpack(self):
+        home = self.scratch / "jdk"
+        (home / "bin").mkdir(parents=True)
+        shutil.copy(self.program("bench_java"), home / "bin" / "java")
+        for megabytes in PAYLOADS_MB:
+            folder = self.scratch / f"payload{megabytes}"
+            folder.mkdir()
+            (folder / "payload.jar").write_bytes(os.urandom(megabytes << 20))
+            setup = self.pack(f"setup{megabytes}", [
+                ("jar", folder / "payload.jar"), ("verify", self.build / "java" / "verify.jar")],
+                jvm_tags([home], ["1"]) + wizard('exec "@JVM_HOME@/@JVM_EXE@" %CP%()'))
+            commands = {"corvane": [setup, "-cv:tempdir", str(self.scratch)]}
+            if installed("makeself"):
+                archive = str(self.scratch / f"makeself{megabytes}")
+                subprocess.run(["makeself", "--nocomp", "--nox11", str(folder), archive, "x",
+                                str(home / "bin" / "java")], check=True, capture_output=True)
+                commands["makeself"] = [archive, "--nox11"]
+            tar = str(self.scratch / f"payload{megabytes}.tar")
+            subprocess.run(["tar", "-C", str(folder), "-cf", tar, "."], check=True)
+            there = str(self.scratch / "there")
+            java = str(home / "bin" / "java")
+            commands["tar, rm"] = [["mkdir", there], ["tar", "-C", there, "-xf", tar], [java], [java],
+                                   ["rm", "-r", there]]
+            self.add(f"unpack {megabytes} MB, run, remove", commands,
+                     max(5, self.rounds // (2 if megabytes > 10 else 1)))
+
+    def whole_run(self, java_home):
+        verify = self.build / "java" / "verify.jar"
+        words = ["-cp", str(verify), "Verify", "java.specification.version"]
+        java = [f"{java_home}/bin/java", *words]
+        setup = self.pack("whole", [("verify", verify)], jvm_tags([java_home], ["..."])
+                          + wizard('exec "@JVM_HOME@/@JVM_EXE@" ' + " ".join(words)))
+        self.add("a whole run", {"corvane": [setup, "-cv:tempdir", str(self.scratch)],
+                                 "the two java commands": [java, java]}, self.rounds * 2)
+        floor = self.pack("whole-floor", [("verify", verify)],
+                          jvm_tags([self.scratch / "jdk"], ["..."])
+                          + wizard('exec "@JVM_HOME@/@JVM_EXE@"'))
+        java = [str(self.scratch / "jdk" / "bin" / "java")]
+        self.add("the same with a static program as Java",
+                 {"corvane": [floor, "-cv:tempdir", str(self.scratch)],
+                  "its two commands": [java, java]}, self.rounds * 5)
+
+
+def grow_tree(root, made, wanted):
+    """Files in folders of ten folders each, about 17 a folder; four Javas among them."""
+    folders = [root]
+    for number in range(1, wanted // 17 + 1):
+        folders.append(folders[(number - 1) // 10] / f"folder{number}")
+    for folder in folders:
+        folder.mkdir(exist_ok=True)
+    for number in range(made, wanted):
+        (folders[number % len(folders)] / f"some-file-{number}.txt").touch()
+    for number in range(4):
+        home = folders[len(folders) // 4 * number] / "bin"
+        home.mkdir(exist_ok=True)
+        (home / "java").touch()
+
+
+def jvm_tags(homes, versions, extra=""):
+    """Jvm files, each for one version of Java."""
+    hints = "PATH_HINT:\n" + "".join(f"  {home}\n" for home in homes) + "/:\n"
+    return [("jvm", f"DESC: Java {version}\nJVM_EXE: bin/java\n{hints}JVM_PROPERTIES:\n"
+             f"  java.specification.version = {version}\n/:\nCLASSPATH: \"-cp \"\n"
+             f"CLASSPATH_SEPARATOR: \":\"\n{extra}") for version in versions]
+
+
+def wizard(command):
+    return [("launchscript", f"COMMAND: {command}\n"),
+            ("instructions", "INSTRUCTIONS:\nFIND_JVM 0 0\nLAUNCH @S2@ 0\n/:\n")]
+
+
+def real_homes():
+    homes = {path.parent.parent.resolve() for path in pathlib.Path("/usr/lib/jvm").glob("*/bin/java")}
+    return sorted(homes)
+
+
+def table(rows):
+    lines = ["| what | peer | ours, ms | peer, ms | ratio | difference, ms |", "|---|---|---|---|---|---|"]
+    for what, peer, ours, theirs, ratio, difference in rows:
+        lines.append(f"| {what} | {peer} | {ours:.2f} | {theirs:.2f} | {ratio:.2f} | {difference:+.2f} |")
+    return "\n".join(lines) + "\n"
+
+
+def write_docs(text):
+    page = DOCS / "performance.md"
+    before, _, rest = page.read_text().partition(BEGIN)
+    page.write_text(before + BEGIN + text + END + rest.partition(END)[2])
+
+
+def main():
+    options = argparse.ArgumentParser()
+    options.add_argument("build", type=pathlib.Path)
+    options.add_argument("--rounds", type=int, default=40)
+    options.add_argument("--files", type=int, default=200000)
+    options.add_argument("--before", type=pathlib.Path)
+    options.add_argument("--no-docs", action="store_true")
+    options = options.parse_args()
+    with tempfile.TemporaryDirectory(prefix="corvane-bench-") as scratch:
+        bench = Bench(options.build.resolve(), options.rounds, pathlib.Path(scratch))
+        bench.start()
+        bench.scan(options.files)
+        bench.unpack()
+        homes = real_homes()
+        answers = None
+        if homes:
+            bench.whole_run(homes[0])
+            if options.before:
+                answers = measure_answers(bench, homes, options.before.resolve(), jvm_tags)
+    text = f"\nMedians of {options.rounds} rounds or more.\n\n" + table(bench.rows)
+    text += "\n![scan](performance-scan.svg)\n"
+    if answers:
+        text += "\n" + answers.table() + "\n![answer](performance-answer.svg)\n"
+    print(text)
+    if not options.no_docs:
+        write_docs(text + "\n")
+        (DOCS / "performance-scan.svg").write_text(plot.scans(bench.scans))
+        if answers:
+            (DOCS / "performance-answer.svg").write_text(answers.plot())
+
+
+if __name__ == "__main__":
+    main()
