@@ -9,6 +9,7 @@
 #include "e2e/LauncherTest.h"
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 
 namespace e2e {
 namespace {
@@ -221,6 +222,9 @@ TEST_F(AskedOnce, NothingElseTells) {
       result = run();
       fs::remove(logFile());
       result.log = normalised(result.log, scratch());
+      if (way == "says much"s) {
+        std::erase(result.out, '.');  // how many chunks come of it depends on the machine's load
+      }
       test::writeScript(java(), "#!/bin/sh\nexec '" + dir("copy/bin/java") + "' \"$@\"\n");
     }
     EXPECT_EQ(results[1].log, results[0].log);

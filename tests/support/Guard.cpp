@@ -36,6 +36,9 @@ void fixSurroundings() {
   for (std::size_t end; (end = names.find('\n')) != std::string::npos; names.erase(0, end + 1)) {
     unsetenv(names.substr(0, end).c_str());
   }
+  // A program that measures coverage complains where it may not write its figures, as another user
+  // or on a full disk. Its words are not ours.
+  setenv("GCOV_ERROR_FILE", "/dev/null", 1);
 }
 
 #ifndef __linux__
