@@ -43,6 +43,7 @@ class CommandCheck {
     }
     checkProgram();
     checkHome();
+    checkOptions();
     if (m_command.isReadable) {
       checkShell();
       checkClasspath();
@@ -85,6 +86,21 @@ class CommandCheck {
       error("the shell wants no blanks around the = of an assignment",
             "it takes " + quotedText(word) + " for a program",
             "write " + std::string(word) + "=value");
+    }
+  }
+
+  // -Dname = value
+  void checkOptions() {
+    for (std::size_t at = m_template.find(" -D"); at != std::string::npos;
+         at = m_template.find(" -D", at + 1)) {
+      const std::string_view option = firstWord(std::string_view(m_template).substr(at + 1));
+      const std::string_view rest =
+          withoutBlanks(std::string_view(m_template).substr(at + 1 + option.size()));
+      if (option.find('=') == option.npos && rest.starts_with('=')) {
+        error("blanks stand around the = of " + quotedText(option),
+              "Java takes the = for the name of a class",
+              "write " + std::string(option) + "=value");
+      }
     }
   }
 

@@ -4,6 +4,9 @@
 #include <string_view>
 
 #include "archive/LauncherFileFormat.h"
+#include "authoring/FileTypes.h"
+#include "authoring/SafeText.h"
+#include "authoring/TextPatterns.h"
 
 namespace authoring {
 namespace {
@@ -28,6 +31,18 @@ constexpr LookalikeRow kLookalikes[] = {
     {"\xE2\x80\x94", "a dash (U+2014)", "a hyphen"},
     {"\xE2\x80\xA6", "an ellipsis (U+2026)", "three full stops"},
 };
+
+// What stands between quotes may be a text for people, such as a title.
+std::size_t findOutsideQuotes(std::string_view line, std::string_view bytes) {
+  bool isInside = false;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (!isInside && line.substr(i).starts_with(bytes)) {
+      return i;
+    }
+    isInside = isInside != (line[i] == '"');
+  }
+  return line.npos;
+}
 
 class EncodingCheck {
  public:
@@ -90,15 +105,31 @@ class EncodingCheck {
     }
   }
 
-  // Texts for people may hold any letter.
+  // Texts for people may hold any letter, and so may tags of the author's own.
   void checkTag(const TagSource& tag) {
     const TagRow* const row = findTag(m_table, tag.name);
-    const bool isForPeople = m_file.type == FILE_TYPE_JVM_MESSAGE ||
-                             (row != nullptr && row->kind == TagKind::kShownText);
-    if (!isForPeople) {
-      for (const SourceLine& line : tag.values) {
+    const bool isForPeople =
+        row == nullptr || m_file.type == FILE_TYPE_JVM_MESSAGE || row->kind == TagKind::kShownText;
+    for (const SourceLine& line : tag.values) {
+      if (m_file.type == FILE_TYPE_JVM_MESSAGE) {
+        checkMessage(line);
+      } else if (!isForPeople) {
         checkLine(line);
       }
+    }
+  }
+
+  // It is shown as it stands, unlike DESC.
+  void checkMessage(const SourceLine& line) {
+    const std::size_t escape = line.text.find("\\u");
+    if (!isUtf8(line.text)) {
+      m_findings.warning(at(line), "the message is not UTF-8",
+                         "it is shown as it stands, and few terminals read anything else",
+                         "save the file as UTF-8");
+    } else if (escape != std::string::npos && isHex(line.text.substr(escape + 2, 4))) {
+      m_findings.warning(at(line),
+                         "the message holds the escape " + quotedText(line.text.substr(escape, 6)),
+                         "it is shown as it stands", "write the letter itself");
     }
   }
 
@@ -109,7 +140,7 @@ class EncodingCheck {
     }
     const bool isComment = line.text.starts_with("// ");
     for (const LookalikeRow& row : kLookalikes) {
-      const std::size_t found = line.text.find(row.bytes);
+      const std::size_t found = findOutsideQuotes(line.text, row.bytes);
       const bool isMark = found == 0 && row.bytes == kByteOrderMark;  // of the file
       if (found != std::string::npos && !isMark && !isComment) {
         report(line, row);

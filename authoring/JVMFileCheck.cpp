@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/FileTypes.h"
@@ -221,10 +222,20 @@ class JVMFileCheck {
     }
   }
 
+  // By a tag of the author's own, too.
   bool isNamedInCommand() const {
-    const auto& tags = m_command.tags;
+    std::vector<std::string> pending = m_command.tags;
+    std::set<std::string> named;
+    while (!pending.empty()) {
+      const std::string name = pending.back();
+      pending.pop_back();
+      if (named.insert(name).second) {
+        const auto names = namesIn(m_file.tagFile->getTagValue(name.c_str(), 0), kTagMark);
+        pending.insert(pending.end(), names.begin(), names.end());
+      }
+    }
     return m_command.count(Function::kRuntimeJavaArgs) > 0 ||
-           std::find(tags.begin(), tags.end(), tagname::kReqJavaArgs) != tags.end();
+           named.count(tagname::kReqJavaArgs) != 0;
   }
 
   void checkEnvironment() {

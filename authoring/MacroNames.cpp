@@ -1,6 +1,8 @@
 #include "authoring/MacroNames.h"
 
 #include <algorithm>
+#include <cctype>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +15,7 @@
 #include "launchscript/LaunchScriptGrammar.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TagTables.h"
+#include "tagfile/TextUtils.h"
 
 namespace authoring {
 namespace {
@@ -20,12 +23,43 @@ namespace {
 // Of one template; more are no mistake of people.
 constexpr std::size_t kMostNames = 100;
 
-// The variables that users have, for misspelt ones.
+// The variables that users have.
 constexpr std::string_view kUsualVariables[] = {
-    "HOME",     "USER",   "LOGNAME", "PATH",      "SHELL",  "LANG",          "TERM",
-    "DISPLAY",  "TMPDIR", "PWD",     "JAVA_HOME", "EDITOR", "XDG_DATA_HOME", "XDG_CONFIG_HOME",
-    "HOSTNAME", "LC_ALL", "TEMP",
+    "HOME",
+    "USER",
+    "LOGNAME",
+    "PATH",
+    "SHELL",
+    "LANG",
+    "LANGUAGE",
+    "TERM",
+    "DISPLAY",
+    "TMPDIR",
+    "TEMP",
+    "TMP",
+    "PWD",
+    "OLDPWD",
+    "HOSTNAME",
+    "HOST",
+    "EDITOR",
+    "VISUAL",
+    "BROWSER",
+    "MAIL",
+    "TZ",
+    "UID",
+    "EUID",
+    "SUDO_USER",
+    "SUDO_UID",
+    "NO_COLOR",
+    "COLORTERM",
+    "LD_LIBRARY_PATH",
+    "DYLD_LIBRARY_PATH",
+    "WAYLAND_DISPLAY",
+    "DESKTOP_SESSION",
 };
+// What the names of others begin with.
+constexpr std::string_view kUsualBeginnings[] = {
+    "JAVA", "JDK", "JRE", "_JAVA", "LC_", "XDG_", "SSH_", "DBUS_", "http", "HTTP", "no_proxy"};
 
 // Letters, digits, "_", "-" and ".": what anybody would call a tag.
 bool couldBeATag(std::string_view name) {
@@ -75,6 +109,18 @@ class MacroNames {
     m_areAllRead = m_areAllRead && file.tagFile != nullptr;
     for (const TagSource& tag : file.sources.tags()) {
       m_known.push_back(tag.name);
+    }
+    if (file.tagFile != nullptr) {
+      addVariables(*file.tagFile);
+    }
+  }
+
+  void addVariables(const TagFile& tags) {
+    m_set.emplace(tags.getTagValue(tagname::kCPEnvVar, 0).view());
+    for (long i = 0; i < tags.getTagValueCount(tagname::kSetEnvForWizard); ++i) {
+      const SString line =
+          tags.getTagValue(tagname::kSetEnvForWizard, static_cast<unsigned long>(i));
+      m_set.emplace(withoutBlanks(line.view().substr(0, line.find('='))));
     }
   }
 
@@ -126,8 +172,6 @@ class MacroNames {
 
   void checkVariable(const std::string& name) {
     const std::string mark = marked(name, kEnvironmentMark);
-    const auto* const begin = std::begin(kUsualVariables);
-    const auto* const end = std::end(kUsualVariables);
     if (!isVariableName(name)) {
       error("the text between two # is taken for the name of a variable: " + quotedText(name),
             "it vanishes from the command",
@@ -138,8 +182,12 @@ class MacroNames {
     } else if (findFunction(name) != nullptr) {
       warn(mark + " is a function and no variable of users", "it vanishes from the command",
            "write " + marked(name, kFunctionMark) + "()");
-    } else if (std::find(begin, end, name) == end) {
-      checkSpelling(name, nearestName(name, {begin, end}));
+    } else if (!isUsual(name) && m_set.count(name) == 0) {
+      const std::string_view near =
+          nearestName(name, {std::begin(kUsualVariables), std::end(kUsualVariables)});
+      warn("hardly anybody sets " + mark, "it vanishes from the command then",
+           near.size() > 3 ? "did you mean " + std::string(near) + "?"
+                           : "leave it out, or set a tag of the jvm file and name that");
     }
   }
 
@@ -148,17 +196,19 @@ class MacroNames {
     return name != tagname::kClasspath && isKnown(name);
   }
 
-  void checkSpelling(const std::string& name, std::string_view near) {
-    if (!near.empty() && name.size() >= near.size() - 1 && near.size() > 3) {
-      warn("hardly anybody sets " + marked(name, kEnvironmentMark), "it vanishes from the command",
-           "did you mean " + std::string(near) + "?");
-    }
+  static bool isUsual(std::string_view name) {
+    const auto begins = [name](std::string_view text) { return name.starts_with(text); };
+    return name == tagname::kClasspath ||
+           std::find(std::begin(kUsualVariables), std::end(kUsualVariables), name) !=
+               std::end(kUsualVariables) ||
+           std::any_of(std::begin(kUsualBeginnings), std::end(kUsualBeginnings), begins);
   }
 
   const SetupFile& m_script;
   const char* m_tag;
   Findings& m_findings;
   std::vector<std::string> m_known;  // the tags of the launcher and of the jvm files
+  std::set<std::string> m_set;       // the variables that the jvm files set
   bool m_hasJVMFiles = false;
   bool m_areAllRead = true;
 };

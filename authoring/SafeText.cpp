@@ -89,4 +89,15 @@ std::string safeText(std::string_view text) {
   return safe;
 }
 
+bool isUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const Letter letter = readLetter(text);
+    if (letter.bytes == 0) {
+      return false;
+    }
+    text.remove_prefix(letter.bytes);
+  }
+  return true;
+}
+
 }  // namespace authoring

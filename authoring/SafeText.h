@@ -12,6 +12,8 @@ namespace authoring {
 // or end a line, and bytes that are no UTF-8. The result is one line.
 std::string safeText(std::string_view text);
 
+bool isUtf8(std::string_view text);
+
 }  // namespace authoring
 
 #endif

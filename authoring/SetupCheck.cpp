@@ -11,6 +11,7 @@
 #include "authoring/ScriptCheck.h"
 #include "authoring/TemplateCheck.h"
 #include "authoring/TextCheck.h"
+#include "authoring/TextPatterns.h"
 #include "launchscript/LaunchScriptGrammar.h"
 #include "tagfile/Quotes.h"
 #include "tagfile/TagNames.h"
@@ -101,22 +102,23 @@ class TagCheck {
     switch (m_file.type) {
       case FILE_TYPE_INSTRUCTIONS:
         needOrFail(tagname::kInstructions, "the launcher does nothing and ends with status 0");
-        return checkTags(kInstructionTags);
+        break;
       case FILE_TYPE_JVM:
         if (!m_surroundings.statusFiles.contain(m_file)) {
           needOrFail(tagname::kJVMExe, "no JVM is ever accepted");
           need(tagname::kJVMProperties, "hints are not looked at and VERIFY accepts no JVM");
         }
-        return checkTags(kJVMFileTags);
+        break;
       case FILE_TYPE_LAUNCH_SCRIPT:
         needOrFail(tagname::kCommand, "there is nothing to run");
-        return checkTags(kLaunchScriptTags);
+        break;
       case FILE_TYPE_JVM_MESSAGE:
         need(tagname::kMessage, "an empty line is shown when no JVM is found");
-        return checkTags(kJVMMessageTags);
+        break;
       default:
-        return;
+        break;
     }
+    checkTags(tagsOf(m_file.type));
   }
 
  private:
@@ -172,13 +174,39 @@ class TagCheck {
     }
   }
 
-  // Authors may add tags; reports only those that look like a misspelt known one.
+  // Authors may add tags to jvm files, for commands and for programs that read the written copy;
+  // so only those are reported there that look like a misspelt or misplaced one.
   void checkUnknown(const std::string& name, TagTable table) {
-    const std::string hint = didYouMean(name, table);
-    if (!hint.empty() && !m_surroundings.referredNames.contain(name)) {
-      m_findings.warning(m_file.at(name), name + " is no tag that the launcher knows",
+    if (m_surroundings.referredNames.contain(name)) {
+      return;
+    }
+    std::string hint = didYouMean(name, table);
+    if (hint.empty()) {
+      hint = ownerOf(name);
+    }
+    const bool isOwn = m_file.type == FILE_TYPE_JVM || !looksLikeATag(name) || isRemark(name);
+    if (!hint.empty() || !isOwn) {
+      m_findings.warning(m_file.at(name), name + " is no tag that the launcher knows here",
                          "nothing reads it", hint);
     }
+  }
+
+  // "it belongs into ...", for a tag of another type of file.
+  static std::string ownerOf(const std::string& name) {
+    for (const std::int32_t type :
+         {FILE_TYPE_INSTRUCTIONS, FILE_TYPE_LAUNCH_SCRIPT, FILE_TYPE_JVM, FILE_TYPE_JVM_MESSAGE}) {
+      if (findTag(tagsOf(type), name) != nullptr) {
+        return "it belongs into a file of the type " + std::string(fileTypeName(type));
+      }
+    }
+    return "";
+  }
+
+  // Since tag files have no comments.
+  static bool isRemark(const std::string& name) {
+    const std::string_view beginnings[] = {"COMMENT", "NOTE", "REMARK"};
+    return std::any_of(std::begin(beginnings), std::end(beginnings),
+                       [&name](std::string_view text) { return name.starts_with(text); });
   }
 
   void needAscii(const char* tag) {

@@ -23,22 +23,6 @@ const SetupFile* findTagFile(const Setup& setup, std::int32_t type) {
   return file == setup.files.end() || file->tagFile == nullptr ? nullptr : &*file;
 }
 
-// The tags of a type of tag files; none for other types.
-TagTable tagsOf(std::int32_t type) {
-  switch (type) {
-    case FILE_TYPE_INSTRUCTIONS:
-      return kInstructionTags;
-    case FILE_TYPE_JVM:
-      return kJVMFileTags;
-    case FILE_TYPE_LAUNCH_SCRIPT:
-      return kLaunchScriptTags;
-    case FILE_TYPE_JVM_MESSAGE:
-      return kJVMMessageTags;
-    default:
-      return {};
-  }
-}
-
 void checkWriting(const Setup& setup, Findings& findings) {
   for (const SetupFile& file : setup.files) {
     const TagTable table = tagsOf(file.type);
@@ -66,6 +50,21 @@ void checkJVMFiles(const Setup& setup, const CommandModel& command, Findings& fi
 }
 
 }  // namespace
+
+TagTable tagsOf(std::int32_t type) {
+  switch (type) {
+    case FILE_TYPE_INSTRUCTIONS:
+      return kInstructionTags;
+    case FILE_TYPE_JVM:
+      return kJVMFileTags;
+    case FILE_TYPE_LAUNCH_SCRIPT:
+      return kLaunchScriptTags;
+    case FILE_TYPE_JVM_MESSAGE:
+      return kJVMMessageTags;
+    default:
+      return {};
+  }
+}
 
 void checkTexts(const Setup& setup, Findings& findings) {
   checkWriting(setup, findings);

@@ -38,6 +38,10 @@ bool isDigits(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
 }
 
+bool isHex(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789abcdefABCDEF") == text.npos;
+}
+
 bool looksLikeAComment(std::string_view line) {
   const bool isMacro = line.starts_with('#') && firstWord(line).find('#', 2) != line.npos;
   if (isMacro) {

@@ -14,6 +14,9 @@ bool looksLikeATag(std::string_view text);
 // Digits alone, at least one.
 bool isDigits(std::string_view text);
 
+// Hexadecimal digits alone, at least one.
+bool isHex(std::string_view text);
+
 // True when the line begins as comments do elsewhere: #, //, ;, /*, <!--.
 bool looksLikeAComment(std::string_view line);
 // Where a comment seems to begin behind a value: at a blank before # or //; npos without one.

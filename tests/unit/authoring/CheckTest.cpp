@@ -306,7 +306,7 @@ const std::vector<SetupRow> kSetupRows = {
        "COMMAND: %CP%() %CP%(\"a\",\"%LAUNCHER_DIR%()/b\") %SYSTEMPROP%(\"a\",\"b\")"
        " %RUNTIME_SYSTEMPROP%() %RUNTIME_JAVAARGS%() %IF_EXISTS%(\"A\",\"%TEMP_DIR%()\")"
        " %REPLACE%(\"a\", \"b\", \"c\") %LAUNCHER_FILE%() %APPLICATION_ARCHIVE%()"
-       " %APPLICATION_ARCHIVE%(\"a\") 100% @x@ #y#\nARCHIVE: %LAUNCHER_DIR%()/a.jar\n"}},
+       " %APPLICATION_ARCHIVE%(\"a\") 100% @x@ #USER#\nARCHIVE: %LAUNCHER_DIR%()/a.jar\n"}},
      {}},
     {"launch script with functions that there are not",
      withScript({2, 2, "l", "COMMAND: %CPP%(\"%TEMPDIR%()\") %cp%() %WHAT%()\nARCHIVE: %A%()\n"}),
@@ -345,15 +345,19 @@ const std::vector<SetupRow> kSetupRows = {
       {1, 2, "j", "JVM_EXE: x\nJVM_PROPERTIES: a=b\nPLATFORM_HINTS: A\nSerch_All: 1\n"},
       {2, 3, "l", "COMMAND: x\nARCHIV: y\n"},
       {8, 4, "m", "MESSAGE: x\nmessage: y\n"}},
-     {"i:2: warning: INSTRUCTION is no tag that the launcher knows; nothing reads it; did you mean "
+     {"i:2: warning: INSTRUCTION is no tag that the launcher knows here; nothing reads it; did you "
+      "mean "
       "INSTRUCTIONS?",
-      "j:3: warning: PLATFORM_HINTS is no tag that the launcher knows; nothing reads it; did you "
+      "j:3: warning: PLATFORM_HINTS is no tag that the launcher knows here; nothing reads it; did "
+      "you "
       "mean PLATFORM_HINT?",
-      "j:4: warning: Serch_All is no tag that the launcher knows; nothing reads it; did you mean "
+      "j:4: warning: Serch_All is no tag that the launcher knows here; nothing reads it; did you "
+      "mean "
       "SEARCH_ALL?",
-      "l:2: warning: ARCHIV is no tag that the launcher knows; nothing reads it; did you mean "
+      "l:2: warning: ARCHIV is no tag that the launcher knows here; nothing reads it; did you mean "
       "ARCHIVE?",
-      "m:2: warning: message is no tag that the launcher knows; nothing reads it; did you mean "
+      "m:2: warning: message is no tag that the launcher knows here; nothing reads it; did you "
+      "mean "
       "MESSAGE?"}},
     {"tags of the author's own",
      {kScript,

@@ -131,8 +131,32 @@ const std::vector<mistakes::Mistake> kRows = {
      "l",
      "com.example",
      "#HOMR# com.example",
-     {"l:2: warning: COMMAND: hardly anybody sets #HOMR#; it vanishes from the command; did you "
+     {"l:2: warning: COMMAND: hardly anybody sets #HOMR#; it vanishes from the command then; did "
+      "you "
       "mean HOME?"}},
+    {"variable that nothing sets",
+     "l",
+     "com.example",
+     "#INSTALL_FOLDER# com.example",
+     {"l:2: warning: COMMAND: hardly anybody sets #INSTALL_FOLDER#; it vanishes from the command "
+      "then; leave it out, or set a tag of the jvm file and name that"}},
+    {"property with blanks around its equals sign",
+     "l",
+     "com.example",
+     "-Dmode = full com.example",
+     {"l:2: error: COMMAND: blanks stand around the = of \"-Dmode\"; Java takes the = for the name "
+      "of a class; write -Dmode=value"}},
+    {"tag of another type",
+     "l",
+     "DESC:",
+     "MESSAGE: No Java.\nDESC:",
+     {"l:1: warning: MESSAGE is no tag that the launcher knows here; nothing reads it; it belongs "
+      "into a file of the type jvm-message"}},
+    {"tag that there is not",
+     "l",
+     "DESC:",
+     "MAIN_CLASS: com.example.Setup\nDESC:",
+     {"l:1: warning: MAIN_CLASS is no tag that the launcher knows here; nothing reads it"}},
     {"text between two number signs",
      "l",
      "com.example",
@@ -234,12 +258,13 @@ const std::vector<mistakes::Mistake> kRows = {
      "l",
      "DISPLAY_CONSOLE",
      "DISPLAY_CONSOL",
-     {"l:3: warning: DISPLAY_CONSOL is no tag that the launcher knows; nothing reads it; did you "
+     {"l:3: warning: DISPLAY_CONSOL is no tag that the launcher knows here; nothing reads it; did "
+      "you "
       "mean DISPLAY_CONSOLE?"}},
     {"command in two lines",
      "l",
      "COMMAND: exec",
-     "COMMAND:\n  %CP%(\"@REQ_JAVA_ARGS@\")\n  exec\n/:\nREST: exec",
+     "COMMAND:\n  %CP%(\"@REQ_JAVA_ARGS@\")\n  exec\n/:\nCOMMENT: exec",
      {"l:4: warning: COMMAND has several lines; the first alone counts; write one line"}},
 };
 

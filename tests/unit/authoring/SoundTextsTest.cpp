@@ -38,16 +38,19 @@ const std::vector<SoundRow> kRows = {
     {"what a shell can do",
      {.launchScript = "DESC: Caf\\u00e9\nCOMMAND: cd \"$HOME\" && LANG=C MODE='a b' exec "
                       "\"@JVM_HOME@/bin/java\" %RUNTIME_JAVAARGS%() %CP%(\"\"\"$(dirname "
-                      "\"\"%LAUNCHER_DIR%()\"\")/lib.jar\"\"\") -Duser=#USER# -Dtmp=%TEMP_DIR%() "
+                      "\"\"%LAUNCHER_DIR%()\"\")/lib.jar\"\"\") -Duser=#USER# "
+                      "-Dmore=\"#A##LC_ALL##JAVA_OPTS#\" -Dtmp=%TEMP_DIR%() "
                       "-Dby=ann@example.org -Dload=100% Setup 2>>setup.err || exit 3\n"}},
     {"tags of the author's own",
      {.launchScript =
           "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" @MEMORY@ %IF_EXISTS%(\"NATIVE\",\"@NATIVE@\") "
-          "%CP%() %REPLACE%(\"@FROM@\",\"-\",\"a_b\") %RUNTIME_JAVAARGS%() Setup\n"
+          "%CP%() %REPLACE%(\"@FROM@\",\"-\",\"a_b\") @ARGUMENTS@ -Dtitle=\"\u201cA\u00a0B\u201d\" "
+          "Setup\n"
           "ARCHIVE: %LAUNCHER_DIR%()/@MORE@\n",
       .jvmFiles = {mistakes::kJavaFile +
                        "NATIVE: --enable-native-access=ALL-UNNAMED\nMEMORY: @MAX@\n"
-                       "MAX: -Xmx2g\nFROM: _\nMORE: more.jar\nNote: of the author\n",
+                       "MAX: -Xmx2g\nFROM: _\nMORE: more.jar\nNote: of the author\u2013me\n"
+                       "ARGUMENTS: @REQ_JAVA_ARGS@ -Xss1m\n",
                    mistakes::kOtherJavaFile, mistakes::kNoJavaFile}}},
     {"properties of every kind",
      {.jvmFiles =

@@ -133,6 +133,18 @@ const std::vector<mistakes::Mistake> kRows = {
       "j: warning: JVM_PROPERTIES is missing; hints are not looked at and VERIFY accepts no JVM",
       "j:1: error: the whole file is one line; a newline ends a line; carriage returns are "
       "dropped; save the file with the line ends of Unix"}},
+    {"message in another encoding",
+     "m",
+     "No Java",
+     "Kein Java gef\374nden",
+     {"m:1: warning: the message is not UTF-8; it is shown as it stands, and few terminals read "
+      "anything else; save the file as UTF-8"}},
+    {"message with an escape",
+     "m",
+     "No Java",
+     "Pas de Java trouv\\u00e9",
+     {"m:1: warning: the message holds the escape \"\\u00e9\"; it is shown as it stands; write the "
+      "letter itself"}},
     {"message in two lines",
      "m",
      "MESSAGE: No Java.",
