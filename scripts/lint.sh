@@ -46,7 +46,7 @@ lint_tidy() {
 
 lint_shell() {
     has shellcheck || skip "there is no shellcheck" || return
-    shellcheck --external-sources scripts/*.sh .ci/run \
+    shellcheck --external-sources scripts/*.sh tests/package/*.sh .ci/run \
         examples/sample/payload/uninstall examples/sample/payload/bin/*
 }
 

@@ -68,6 +68,7 @@ test      libclang-rt-dev        has_libfuzzer
 test      file                   has file
 test      procps                 has ps
 test      shellcheck             has shellcheck
+optional  dpkg-dev               has dpkg-shlibdeps
 optional  g++-powerpc-linux-gnu  has powerpc-linux-gnu-g++
 optional  g++-aarch64-linux-gnu  has aarch64-linux-gnu-g++
 optional  qemu-user              has qemu-ppc

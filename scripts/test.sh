@@ -144,6 +144,7 @@ for lint in format shell tidy; do
 done
 test_preset release
 test_whole release
+check "The package" "$root/tests/package/package_test.sh" "$root/build/release"
 test_preset asan
 test_big_endian
 test_aarch64

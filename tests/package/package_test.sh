@@ -1,0 +1,60 @@
+#!/usr/bin/env bash
+# Unpacks the .deb of a build into an empty root and goes an author's way there: asks the installed
+# program for its version, checks and packs the installed sample with the installed class, and runs
+# it. Status 77: there are no tools for it.
+#
+# Usage: tests/package/package_test.sh BUILD_DIR
+set -euo pipefail
+
+build=$1
+for tool in cpack dpkg-deb dpkg-shlibdeps; do
+    command -v "$tool" >/dev/null || {
+        echo "Skipped: there is no $tool"
+        exit 77
+    }
+done
+
+scratch=$(mktemp -d)
+trap 'rm -rf -- "$scratch"' EXIT
+here=$scratch/root
+step=cpack
+failed() {
+    echo "FAILED: $step"
+    cat "$scratch/output"
+    exit 1
+}
+# run WHAT COMMAND...: a step of the way, whose output is shown when it fails.
+run() {
+    step=$1
+    shift
+    "$@" >"$scratch/output" 2>&1 || failed
+}
+# wants TEXT: in the output of the last step.
+wants() { grep -qF -- "$1" "$scratch/output" || failed; }
+
+run "making the package" cpack --config "$build/CPackConfig.cmake" -G DEB -B "$scratch/packages"
+deb=$(echo "$scratch"/packages/corvane-pack_*.deb)
+run "reading its control file" dpkg-deb --field "$deb"
+wants "Package: corvane-pack"
+wants "libc6"
+mkdir "$here"
+run "unpacking it" dpkg-deb -x "$deb" "$here"
+
+pack=$here/usr/bin/corvane-pack
+doc=$here/usr/share/doc/corvane-pack
+run "asking for the version" "$pack" --version
+for file in copyright README.md CHANGELOG.md docs/licences.md docs/authoring.md \
+    examples/sample/manifest.json; do
+    run "looking for $file" test -s "$doc/$file"
+done
+run "looking for the pages" test -s "$here/usr/share/man/man1/corvane-pack.1"
+
+cp -R -- "$doc/examples/sample" "$scratch/setup"
+cp -- "$build/java/textbox-setup.jar" "$scratch/setup/"
+cd -- "$scratch/setup"
+run "packing the sample" "$pack" pack manifest.json --output setup
+run "checking it" "$pack" check setup
+wants "corvane-launcher-any"
+run "running it" env CI=true ./setup -silent -dest "$scratch/installed"
+run "looking at what it installed" test -s "$scratch/installed/README.txt"
+echo "The package works."
