@@ -3,6 +3,7 @@ import math
 import statistics
 
 WIDTH, HEIGHT, LEFT, BOTTOM, TOP, RIGHT = 640, 400, 70, 50, 40, 120
+LINE_HEIGHT = 14
 COLOURS = ("#0b6e4f", "#b23a48", "#355c9e", "#c77d0a", "#6b4e9b")
 
 
@@ -55,8 +56,12 @@ def lines(title, x_name, y_name, series, logarithmic=False):
         path = " ".join("%.1f,%.1f" % at(x, y) for x, y in line)
         svg.append(f'<polyline points="{path}" fill="none" stroke="{colour}" stroke-width="2"/>')
         svg += ['<circle cx="%.1f" cy="%.1f" r="3" fill="%s"/>' % (*at(x, y), colour) for x, y in line]
-        end = at(*line[-1])
-        svg.append(f'<text x="{end[0] + 8:.1f}" y="{end[1] + 4:.1f}" fill="{colour}">{name}</text>')
+    ends_of_lines = sorted((at(*line[-1])[::-1], colour, name)
+                           for colour, (name, line) in zip(COLOURS, series.items()))
+    lowest = 0
+    for (py, px), colour, name in ends_of_lines:  # names one below the other
+        lowest = max(py + 4, lowest + LINE_HEIGHT)
+        svg.append(f'<text x="{px + 8:.1f}" y="{lowest:.1f}" fill="{colour}">{name}</text>')
     return "\n".join([*svg, "</svg>"]) + "\n"
 
 
