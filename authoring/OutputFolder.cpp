@@ -30,18 +30,18 @@ std::string withoutEndingSlashes(std::string path) {
 // True when an empty folder is there already.
 bool checkPlace(const std::string& path) {
   if (path.empty()) {
-    throw AuthoringError("the name of the output is empty; name a folder with --output");
+    throw AuthoringError("the name of the output is empty; name a folder");
   }
   struct stat status;
   if (stat(path.c_str(), &status) != 0) {
     if (lstat(path.c_str(), &status) == 0) {
-      throw AuthoringError(path + " is a link that leads nowhere; name a folder with --output");
+      throw AuthoringError(path + " is a link that leads nowhere; name a folder");
     }
     return false;  // new, or the way to it is at fault: making it tells
   }
   if (!S_ISDIR(status.st_mode)) {
     const char* const kind = S_ISREG(status.st_mode) ? "a file" : fileKind(status.st_mode);
-    throw AuthoringError(path + " is " + kind + "; name a new or an empty folder with --output");
+    throw AuthoringError(path + " is " + kind + "; name a new or an empty folder");
   }
   std::error_code error;
   const bool isEmpty = fs::is_empty(path, error);
@@ -49,7 +49,7 @@ bool checkPlace(const std::string& path) {
     throw AuthoringError(path + " cannot be read: " + error.message());
   }
   if (!isEmpty) {
-    throw AuthoringError(path + " is not empty; name a new or an empty folder with --output");
+    throw AuthoringError(path + " is not empty; name a new or an empty folder");
   }
   return true;
 }

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "authoring/Installation.h"
 #include "authoring/LauncherFileReader.h"
 #include "authoring/Listing.h"
+#include "authoring/NewCommand.h"
 #include "authoring/Packer.h"
 #include "authoring/SeekableInput.h"
 #include "authoring/SetupCheck.h"
@@ -178,9 +180,9 @@ void addCommands(CLI::App& app, Arguments& arguments, int (*&chosen)(const Argum
   extractCommand.callback([&chosen] { chosen = extract; });
 }
 
-int run(int (*command)(const Arguments&), const Arguments& arguments) {
+int run(const std::function<int()>& command) {
   try {
-    const int status = command(arguments);
+    const int status = command();
     if (std::fflush(stdout) == 0) {
       return status;
     }
@@ -202,6 +204,8 @@ int main(int argc, char** argv) {
   Arguments arguments;
   int (*command)(const Arguments&) = nullptr;
   addCommands(app, arguments, command);
+  std::function<int()> ownCommand;  // of a command with options of its own
+  authoring::addNewCommand(app, ownCommand);
   authoring::addCompletionOption(app);
   for (CLI::App* const each : app.get_subcommands([](CLI::App*) { return true; })) {
     addVersion(*each);
@@ -216,5 +220,8 @@ int main(int argc, char** argv) {
                  authoring::describeUsageError(app, e).c_str());
     return kStatusUsage;
   }
-  return run(command, arguments);
+  if (command != nullptr) {
+    ownCommand = [command, &arguments] { return command(arguments); };
+  }
+  return run(ownCommand);
 }

@@ -151,13 +151,13 @@ const FolderRow kGoodFolders[] = {
 };
 
 const FolderRow kBadFolders[] = {
-    {"file", "file", "DIR/file is a file; name a new or an empty folder with --output"},
-    {"pipe", "pipe", "DIR/pipe is a pipe; name a new or an empty folder with --output"},
-    {"device", "null", "DIR/null is a device; name a new or an empty folder with --output"},
+    {"file", "file", "DIR/file is a file; name a new or an empty folder"},
+    {"pipe", "pipe", "DIR/pipe is a pipe; name a new or an empty folder"},
+    {"device", "null", "DIR/null is a device; name a new or an empty folder"},
     {"link that leads nowhere", "far",
-     "DIR/far is a link that leads nowhere; name a folder with --output"},
+     "DIR/far is a link that leads nowhere; name a folder"},
     {"folder with a file", "full",
-     "DIR/full is not empty; name a new or an empty folder with --output"},
+     "DIR/full is not empty; name a new or an empty folder"},
     {"below a file", "file/out", "DIR/file/out cannot be made: Not a directory"},
     {"below a link that leads nowhere", "far/new/out",
      "DIR/far/new/out cannot be made: No such file or directory"},
@@ -197,7 +197,7 @@ TEST_F(FolderTest, RefusesAllElse) {
     EXPECT_EQ(row.error, errorOf([&] { extract(row.folder); }));
     EXPECT_EQ(before, test::listTree(m_dir.path()));
   }
-  EXPECT_EQ("the name of the output is empty; name a folder with --output", errorOf([&] {
+  EXPECT_EQ("the name of the output is empty; name a folder", errorOf([&] {
               authoring::extractFiles(authoring::readLauncherFile(m_dir / "setup"), "");
             }));
 }
