@@ -68,3 +68,5 @@ endfunction()
 
 # The class that a candidate JVM is made to run: it must load in any JVM that a disk may hold.
 corvane_add_jar(verify_jar verify.jar RELEASES 6 7 8 SOURCES java/Verify.java)
+# The same for setups that want Java 8 or a later one: what is older cannot load it.
+corvane_add_jar(verify_java8_jar verify-java8.jar RELEASES 8 SOURCES java/Verify.java)

@@ -18,7 +18,7 @@ esac
 
 use_utf8
 set_up build
-build release corvane-launcher-any corvane-pack verify_jar textbox_setup_jar
+build release corvane-launcher-any corvane-pack verify_java8_jar textbox_setup_jar
 
 bin=$root/build/release/bin
 mkdir -p -- "$root/build/demo"
@@ -41,7 +41,7 @@ run_setup() {
 
 if [ -n "$no_jvm" ]; then
     # A description that no Java matches replaces the embedded ones.
-    sed 's/Java 25/Java 99/; s/= 25$/= 99/' "$root/examples/sample/jvm/java25.tag" >java99.tag
+    sed 's/Java 8 or later/Java 99/; s/= [.][.][.]$/= 99/' "$root/examples/sample/java.tag" >java99.tag
     cat >no-jvm.tag <<'TAGS'
 ACTION: RUN_INSTRUCTIONS
 SHOW_PROGRESS: 1

@@ -203,11 +203,6 @@ RUNS = [
 ]
 
 
-def without_java():
-    """The folders of PATH, but for a Java there."""
-    return ":".join(f for f in os.environ["PATH"].split(":") if not os.path.exists(f + "/java"))
-
-
 def make_tools(place):
     """What the launcher's shell needs, where the Javas of this machine are not."""
     tools = place.folder / "tools"
@@ -312,9 +307,24 @@ def try_talk(name, typed, status, texts):
         return True
 
 
+# What the sample shares with a new setup must not fall behind it.
+SAMPLE = pathlib.Path(__file__).parent.parent / "examples" / "sample"
+
+
+def try_sample():
+    with tempfile.TemporaryDirectory() as folder:
+        place = Place(folder)
+        jar(place.folder / "textbox.jar", class_name="textbox.Setup", version=8)
+        place.run(PROGRAM, "new", "setup", "--jar", "textbox.jar", "--title", "Textbox Setup")
+        made = {p.name: p.read_text() for p in (place.folder / "setup").glob("*.tag")}
+        sample = {p.name: p.read_text() for p in SAMPLE.glob("*.tag")}
+        return not fails("the sample", sample, made)
+
+
 def main():
     results = [try_row(*row) for row in ROWS] + [try_run(*row) for row in RUNS]
     results += [try_window(*row) for row in WINDOWS] + [try_talk(*row) for row in TALKS]
+    results.append(try_sample())
     print(f"{results.count(True)} rows passed, {results.count(False)} failed")
     return 0 if all(results) else 1
 

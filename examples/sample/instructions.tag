@@ -3,13 +3,12 @@ INSTRUCTIONS:
   INITIALIZE_UI
   // Show the search, and show the text of jvm-message.tag when it finds nothing.
   FIND_JVM 1 1
-  // N1 is now 1 or 0, S2 the description of the JVM that was found.
-  JMP0 @N1@ nothing-found
+  // N1 is now 1 or 0, S2 the description of the Java that was found.
+  JMP0 @N1@ no-java
   LAUNCH @S2@ 1
   GOTO end
-:nothing-found
-  // A script's status is that of its last launch, and would be 0 here. No embedded file has the
-  // number -1, so that this launch fails, without a word to the user, with status -1 (255).
-  ILAUNCH -1 0
+:no-java
+  // Run the launch script with the jvm file of the number 69, no-java.tag: it ends with status 69.
+  ILAUNCH 69 0
 :end
 /:

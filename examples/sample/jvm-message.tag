@@ -1,1 +1,1 @@
-MESSAGE: Textbox Setup needs Java 8, 11, 17, 21 or 25, and found none of them. Install one (on Debian and Ubuntu: apt install default-jre), or run the setup again with -cv:javahome and the folder of the Java that it is to use.
+MESSAGE: Textbox Setup needs Java 8 or later, and found none. Install one (on Debian and Ubuntu: apt install default-jre), or run the setup again with -cv:javahome and the folder of the Java that it is to use.

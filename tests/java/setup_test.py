@@ -6,7 +6,7 @@ import sys
 from rows import Row, run
 from wizard_test import CANCELLED, DONE, FAILED, GREETING, NO_FOLDER, OPTIONS, installed, question
 
-NO_JVM = 255
+NO_JVM = 69
 
 # The launcher's own files lie in a folder in which nothing may be left.
 TEMP = {"tmp/nothing-else": ""}
@@ -24,8 +24,7 @@ NOT_FOUND = """\
 Textbox Setup
 Initializing Textbox Setup...
 Searching for Java(tm) Virtual Machine...
-Textbox Setup needs Java 8, 11, 17, 21 or 25, and found none of them. \
-Install one (on Debian and Ubuntu: apt install default-jre), or run the setup again with \
+Textbox Setup needs Java 8 or later, and found none. Install one (on Debian and Ubuntu: apt install default-jre), or run the setup again with \
 -cv:javahome and the folder of the Java that it is to use.
 """
 

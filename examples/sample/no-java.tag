@@ -1,0 +1,3 @@
+DESC: no Java
+
+NO_JAVA: "no_java() { case "" $* "" in *"" -silent ""*) exit 69;; esac; (: </dev/tty) 2>/dev/null && exit 69; [ -n ""$DISPLAY$WAYLAND_DISPLAY"" ] || exit 69; text='This setup needs Java 8 or later, and found none. Install one (on Debian and Ubuntu: apt install default-jre), or run the setup again with -cv:javahome and the folder of the Java that it is to use.'; if command -v zenity; then zenity --error --timeout=600 --text=""$text""; elif command -v kdialog; then timeout 600 kdialog --error ""$text""; elif command -v xmessage; then xmessage -center -timeout 600 ""$text""; fi >/dev/null 2>&1; exit 69; }; no_java "
