@@ -42,7 +42,7 @@ LauncherException systemError(const SString& text, int errorNumber) {
 #ifdef __linux__
 constexpr char kSurviveSignals[] =
     "trap 'exit 129' 1; trap 'exit 130' 2; trap 'exit 143' 15; trap : 3; "
-    "trap exit 1; trap exit 2; trap exit 15; ";
+    "trap 'exit' 1; trap 'exit' 2; trap 'exit' 15; ";
 #else
 constexpr char kSurviveSignals[] = "";
 #endif
