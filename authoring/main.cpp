@@ -11,6 +11,7 @@
 
 #include "authoring/AuthoringError.h"
 #include "authoring/Completion.h"
+#include "authoring/BundleCommand.h"
 #include "authoring/Extractor.h"
 #include "authoring/FindingReport.h"
 #include "authoring/Installation.h"
@@ -206,6 +207,7 @@ int main(int argc, char** argv) {
   addCommands(app, arguments, command);
   std::function<int()> ownCommand;  // of a command with options of its own
   authoring::addNewCommand(app, ownCommand);
+  authoring::addBundleCommand(app, ownCommand);
   authoring::addCompletionOption(app);
   for (CLI::App* const each : app.get_subcommands([](CLI::App*) { return true; })) {
     addVersion(*each);

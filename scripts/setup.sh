@@ -54,6 +54,7 @@ build     python3                has python3
 build     libgtest-dev           has_header gtest/gtest.h
 build     libgmock-dev           has_header gmock/gmock.h
 build     libbenchmark-dev       has_header benchmark/benchmark.h
+build     libarchive-dev         has_header archive.h
 build     libzip-dev             has_header zip.h
 build     libcli11-dev           has_header CLI/CLI.hpp
 build     nlohmann-json3-dev     has_header nlohmann/json.hpp

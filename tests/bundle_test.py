@@ -1,0 +1,133 @@
+"""`corvane-pack bundle-java` as its users call it: bundle_test.py PROGRAM"""
+
+import io
+import os
+import pathlib
+import subprocess
+import sys
+import tarfile
+import tempfile
+
+PROGRAM = sys.argv[1]
+JAVA = b"#!/bin/sh\necho \"ran $*\" >>\"$RECORD\"\nexit 5\n"
+REFUSED = "would leave the folder; take an archive that you trust"
+NO_JAVA = "holds no program bin/java; name the folder of a JDK, an image of jlink, or an archive of one"
+WEIRD = "it's {B} $(touch x) \"q\" `b` ; ä"
+
+
+def archive(path, members, cut=None):
+    """members: name to bytes (a file), to "-> target" (a link), or to a type of tarfile."""
+    with tarfile.open(path, "w:gz") as made:
+        for name, content in members:
+            info = tarfile.TarInfo(name)
+            info.mode = 0o755
+            if isinstance(content, str):
+                info.type, info.linkname = (tarfile.LNKTYPE if content.startswith("=") else tarfile.SYMTYPE,
+                                            content[3:])
+            elif isinstance(content, bytes):
+                info.size = len(content)
+            if content is None:
+                info.type = tarfile.FIFOTYPE
+            made.addfile(info, io.BytesIO(content) if isinstance(content, bytes) else None)
+    if cut:
+        os.truncate(path, cut)
+
+
+GOOD = [("jdk/bin/java", JAVA), ("jdk/lib/" + WEIRD, b"lib"), ("jdk/" + WEIRD, b"top"),
+        ("jdk/lib/link", "-> " + WEIRD), ("jdk/release", b"JAVA_VERSION=\"21\"\n")]
+
+# name, the archive's members, status, the error behind "java.tar.gz"
+ROWS = [
+    ("a Java in a folder", GOOD, 0, ""),
+    ("a Java at the top", [("bin/java", JAVA)], 0, ""),
+    ("as on macOS", [("jdk/Contents/Home/bin/java", JAVA)], 0, ""),
+    ("a hard link", [("jdk/bin/java", JAVA), ("jdk/bin/other", "=> jdk/bin/java")], 0, ""),
+    ("no Java", [("jdk/bin/javac", JAVA)], 1, " " + NO_JAVA),
+    ("out by dots", GOOD + [("jdk/../../x", b"x")], 1, f': the entry "jdk/../../x" {REFUSED}'),
+    ("out by a root", GOOD + [("/x", b"x")], 1, f': the entry "/x" {REFUSED}'),
+    ("out by a link", GOOD + [("jdk/l", "-> ../../x")], 1, f': the entry "jdk/l" {REFUSED}'),
+    ("out by a root's link", GOOD + [("jdk/l", "-> /etc")], 1, f': the entry "jdk/l" {REFUSED}'),
+    ("out by a hard link", GOOD + [("jdk/l", "=> ../x")], 1, f': the entry "jdk/l" {REFUSED}'),
+    ("a pipe", GOOD + [("jdk/p", None)], 1,
+     ': the entry "jdk/p" is neither a file, a folder nor a link; take another archive'),
+    ("our name", GOOD + [("jdk/jvm", b"x")], 1, None),
+]
+
+
+def run(folder, *words, **env):
+    return subprocess.run(words, cwd=folder, text=True, capture_output=True, stdin=subprocess.DEVNULL,
+                          env={"PATH": os.environ["PATH"], "HOME": str(folder), "LC_ALL": "C.UTF-8", **env})
+
+
+def check(name, got, wanted):
+    if got != wanted:
+        print(f"{name}:\n  wanted {wanted!r}\n  got    {got!r}")
+    return got == wanted
+
+
+def names(folder):
+    return sorted(str(p.relative_to(folder)) for p in folder.rglob("*"))
+
+
+def try_row(name, members, status, error):
+    with tempfile.TemporaryDirectory() as place:
+        place = pathlib.Path(place)
+        archive(place / "java.tar.gz", members)
+        made = run(place, PROGRAM, "bundle-java", "java.tar.gz", "--output", "out")
+        wanted = f"corvane-pack: java.tar.gz{error}\n" if status else ""
+        good = check(name, made.returncode, status)
+        good &= error is None or check(name, made.stderr, wanted)
+        if status:
+            return good & check(name + ", left", names(place), ["java.tar.gz"])
+        target = place / "target"
+        target.mkdir()
+        ran = run(target, "../out")
+        good &= check(name + ", run", (ran.returncode, ran.stdout, ran.stderr), (0, "", ""))
+        good &= check(name + ", java", (target / "bin/java").read_bytes(), JAVA)
+        before = names(target)
+        again = run(target, "../out")  # overwrites nothing
+        good &= check(name + ", again", (again.returncode, names(target)), (1, before))
+        if members is GOOD:
+            wanted = ["bin", "bin/java", WEIRD, "jvm", "lib", "lib/" + WEIRD, "lib/link", "release"]
+            good &= check(name + ", names", before, sorted(wanted))
+        # The same from the folder; and half of it leaves nothing.
+        (target / "jvm").unlink()
+        run(place, PROGRAM, "bundle-java", "target", "--output", "out2")
+        good &= check(name + ", same", (place / "out").read_bytes(), (place / "out2").read_bytes())
+        os.truncate(place / "out2", (place / "out2").stat().st_size - 220)
+        half = place / "half"
+        half.mkdir()
+        broken = run(half, "../out2")
+        return good & check(name + ", half", (broken.returncode, names(half)), (1, []))
+
+
+MANIFEST = """{ "files": [
+  { "type": "instructions", "path": "i.tag" }, { "type": "launchscript", "path": "l.tag" },
+  { "type": "jvm-installer", "path": "out" } ] }"""
+SCRIPT = "INSTRUCTIONS:\n  // Installs.\n  INSTALL_JVM {}\n  LAUNCH @S1@ 1\n/:\n"
+
+
+def try_setup(option):
+    with tempfile.TemporaryDirectory() as place:
+        place = pathlib.Path(place)
+        archive(place / "java.tar.gz", GOOD)
+        (place / "m.json").write_text(MANIFEST)
+        (place / "i.tag").write_text(SCRIPT.format(option))
+        (place / "l.tag").write_text('DESC: x\nCOMMAND: exec "@JVM_HOME@/@JVM_EXE@" %CP%("a") Main\n')
+        run(place, PROGRAM, "bundle-java", "java.tar.gz", "--output", "out")
+        run(place, PROGRAM, "pack", "m.json", "--output", "setup")
+        (place / "tmp").mkdir()
+        ran = run(place, "./setup", "-cv:tempdir", str(place / "tmp"), RECORD=str(place / "record"))
+        record = place / "record"
+        got = (ran.returncode, record.read_text() if record.exists() else "", names(place / "tmp"))
+        return check(f"INSTALL_JVM {option}", got, (5, "ran -cp a Main\n", []))
+
+
+def main():
+    results = [try_row(*row) for row in ROWS] + [try_setup(0), try_setup(1)]
+    print(f"{results.count(True)} rows passed, {results.count(False)} failed")
+    return 0 if all(results) else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
