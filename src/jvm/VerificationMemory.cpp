@@ -9,6 +9,7 @@
 #include "launcher/LauncherState.h"
 #include "platform/PlatformImpl.h"
 #include "platform/WorkingDirectory.h"
+#include "tagfile/Paths.h"
 
 extern char** environ;
 
@@ -56,14 +57,9 @@ bool contains(const SString& text, const SString& part) {
   return text.find(part) != SString::npos;
 }
 
-// True when the start would have given the same answer under any other name of the program. What
-// the launcher varies with the name is the name itself and JAVA_HOME.
-bool holdsForAllNames(const VerificationQuestion& question, const ProcessResult& result) {
-  const auto showsName = [&question](const KeptText& text) {
-    return contains(text.text(), question.name) || contains(text.text(), question.javaHome);
-  };
-  return result.status == 0 && !showsName(result.output) && !showsName(result.errors) &&
-         question.program.isOpenJDKLauncher();
+// What the launcher varies with the name is the name itself and JAVA_HOME.
+bool showsName(const VerificationQuestion& question, const KeptText& text) {
+  return contains(text.text(), question.name) || contains(text.text(), question.javaHome);
 }
 
 bool isWorthKeeping(const VerificationQuestion& question, const ProcessResult& result) {
@@ -115,18 +111,37 @@ ProcessResult VerificationMemory::ask(const CommandText& command, const ProcessR
   }
   ProcessResult result = PlatformImpl::executeProcess(request);
   if (question && isWorthKeeping(*question, result)) {
-    m_answers.push_back({*question, result, isPlain && holdsForAllNames(*question, result)});
+    m_answers.push_back({*question, result, isPlain ? namesFor(*question, result) : Names::None});
   }
   return result;
 }
 
+// A program that looks at its name finds the same parts beside itself where only a folder on the
+// way is a link. OpenJDK's does not look at it.
+VerificationMemory::Names VerificationMemory::namesFor(const VerificationQuestion& question,
+                                                       const ProcessResult& result) {
+  if (result.status != 0 || showsName(question, result.output) ||
+      showsName(question, result.errors)) {
+    return Names::None;
+  }
+  return question.program.isOpenJDKLauncher() ? Names::All : Names::InSameFolder;
+}
+
+bool VerificationMemory::answers(const Answer& answer, const VerificationQuestion& question) {
+  const VerificationQuestion& earlier = answer.question;
+  const bool isSameName = earlier.name == question.name && earlier.javaHome == question.javaHome;
+  const bool isSameFolder = answer.names == Names::InSameFolder &&
+                            earlier.program.folder == question.program.folder &&
+                            baseNameOf(earlier.name) == baseNameOf(question.name);
+  return (isSameName || isSameFolder || answer.names == Names::All) &&
+         earlier.program == question.program && earlier.words == question.words &&
+         earlier.workingDir == question.workingDir && earlier.environment == question.environment;
+}
+
 const ProcessResult* VerificationMemory::find(const VerificationQuestion& question) const {
-  for (const auto& [earlier, result, holdsForAllNames] : m_answers) {
-    const bool isSameName = earlier.name == question.name && earlier.javaHome == question.javaHome;
-    if ((isSameName || holdsForAllNames) && earlier.program == question.program &&
-        earlier.words == question.words && earlier.workingDir == question.workingDir &&
-        earlier.environment == question.environment) {
-      return &result;
+  for (const Answer& answer : m_answers) {
+    if (answers(answer, question)) {
+      return &answer.result;
     }
   }
   return nullptr;

@@ -43,12 +43,17 @@ class VerificationMemory {
   static void forget();
 
  private:
+  // Under which other names of the program the answer would be the same.
+  enum class Names { None, InSameFolder, All };
+
   struct Answer {
     VerificationQuestion question;
     ProcessResult result;
-    bool holdsForAllNames;
+    Names names;
   };
 
+  static Names namesFor(const VerificationQuestion& question, const ProcessResult& result);
+  static bool answers(const Answer& answer, const VerificationQuestion& question);
   const ProcessResult* find(const VerificationQuestion& question) const;
 
   std::vector<Answer> m_answers;

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "tagfile/Paths.h"
 #include "tagfile/StreamUtils.h"
 
 namespace {
@@ -34,6 +35,13 @@ std::string beginningOf(const SString& path, std::size_t count) {
   return bytes;
 }
 
+// Empty when nothing is there.
+SString withoutLinks(const SString& path) {
+  const std::unique_ptr<char, decltype(&std::free)> realPath(realpath(path.c_str(), nullptr),
+                                                             &std::free);
+  return realPath == nullptr ? SString() : SString(realPath.get());
+}
+
 bool isSameTime(const timespec& a, const timespec& b) {
   return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
@@ -51,14 +59,14 @@ void setTimes(ProgramFile& program, const struct stat& status) {
 }  // namespace
 
 std::optional<ProgramFile> ProgramFile::at(const SString& path) {
-  const std::unique_ptr<char, decltype(&std::free)> realPath(realpath(path.c_str(), nullptr),
-                                                             &std::free);
+  ProgramFile program;
+  program.path = withoutLinks(path);
+  program.folder = withoutLinks(directoryOf(path));
   struct stat status = {};
-  if (realPath == nullptr || stat(realPath.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+  if (program.path.empty() || stat(program.path.c_str(), &status) != 0 ||
+      !S_ISREG(status.st_mode)) {
     return std::nullopt;
   }
-  ProgramFile program;
-  program.path = realPath.get();
   program.device = status.st_dev;
   program.inode = status.st_ino;
   program.size = status.st_size;

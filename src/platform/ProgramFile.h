@@ -16,7 +16,7 @@ struct ProgramFile {
   // Empty when nothing, or no ordinary file, is there.
   static std::optional<ProgramFile> at(const SString& path);
 
-  // False after each change that the system tells of.
+  // False after each change that the system tells of. The folder does not count.
   bool operator==(const ProgramFile& other) const;
   // True for what the processor runs (ELF, Mach-O), false for scripts. Reads the file.
   bool isBinary() const;
@@ -24,7 +24,8 @@ struct ProgramFile {
   // alone, never by the name that it was started by. Reads the file.
   bool isOpenJDKLauncher() const;
 
-  SString path;  // absolute, without links
+  SString path;    // absolute, without links
+  SString folder;  // the one that the program finds itself in by its name: without links, too
   dev_t device = 0;
   ino_t inode = 0;
   off_t size = 0;

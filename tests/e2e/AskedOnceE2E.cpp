@@ -9,7 +9,6 @@
 #include "e2e/LauncherTest.h"
 
 namespace fs = std::filesystem;
-using namespace std::string_literals;
 
 namespace e2e {
 namespace {
@@ -222,9 +221,6 @@ TEST_F(AskedOnce, NothingElseTells) {
       result = run();
       fs::remove(logFile());
       result.log = normalised(result.log, scratch());
-      if (way == "says much"s) {
-        std::erase(result.out, '.');  // how many chunks come of it depends on the machine's load
-      }
       test::writeScript(java(), "#!/bin/sh\nexec '" + dir("copy/bin/java") + "' \"$@\"\n");
     }
     EXPECT_EQ(results[1].log, results[0].log);
@@ -246,12 +242,13 @@ TEST_F(AskedOnce, TheProgressIsThatOfTheStart) {
   EXPECT_EQ(1, starts());
 }
 
+// By its name it finds the same folder through a link to its home, but not through one to itself.
 TEST_F(AskedOnce, AProgramThatMayLookAtItsNameIsAskedUnderEachName) {
   makeHomes("");
   makeOtherKind();
   embedSearch({"jdk", "link", "exe"}, {kEighteen, kNineteen});
   run();
-  EXPECT_EQ(3, starts());
+  EXPECT_EQ(2, starts());
 }
 
 // Its word is not that of the packed one, that it prints properties and nothing else.
