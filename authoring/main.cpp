@@ -12,6 +12,7 @@
 #include "authoring/AuthoringError.h"
 #include "authoring/Completion.h"
 #include "authoring/BundleCommand.h"
+#include "authoring/ExplainCommand.h"
 #include "authoring/Extractor.h"
 #include "authoring/FindingReport.h"
 #include "authoring/Installation.h"
@@ -35,6 +36,7 @@ struct Arguments {
   std::string file;
   std::string folder;
   authoring::Selection selection;
+  authoring::ExplainOptions explain;
   bool json = false;
   bool strict = false;
 };
@@ -107,6 +109,11 @@ int extract(const Arguments& arguments) {
   return 0;
 }
 
+int explain(const Arguments& arguments) {
+  print(authoring::explainLog(arguments.explain));
+  return 0;
+}
+
 void addBaseOption(CLI::App& command, Arguments& arguments) {
   command
       .add_option("--base", arguments.pack.baseFolders,
@@ -125,6 +132,20 @@ void addSelection(CLI::App& command, authoring::Selection& selection) {
   command.add_option("--type", selection.types, "Only files of this type; may be repeated")
       ->type_name("TYPE")
       ->allow_extra_args(false);
+}
+
+CLI::App& addExplain(CLI::App& app, authoring::ExplainOptions& options) {
+  CLI::App& command = *app.add_subcommand(
+      "explain", "Tell from the log of a setup why each Java was taken or refused");
+  command.add_option("LOG", options.log, "What -cv:log has written; - for standard input")
+      ->required();
+  command
+      .add_option("--setup", options.setup,
+                  "The setup, or its manifest: tells what was wanted, and which value differs")
+      ->type_name("FILE");
+  command.add_flag("--all", options.allRuns, "Every run in the log, and not the last one alone");
+  command.add_flag("--json", options.json, "For programs");
+  return command;
 }
 
 void addVersion(CLI::App& command) {
@@ -179,6 +200,8 @@ void addCommands(CLI::App& app, Arguments& arguments, int (*&chosen)(const Argum
       ->required();
   addSelection(extractCommand, arguments.selection);
   extractCommand.callback([&chosen] { chosen = extract; });
+
+  addExplain(app, arguments.explain).callback([&chosen] { chosen = explain; });
 }
 
 int run(const std::function<int()>& command) {

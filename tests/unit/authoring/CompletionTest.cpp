@@ -38,7 +38,8 @@ constexpr const char* kTypes =
 
 const CompletionRow kRows[] = {
     {"pa", "pack\n"},
-    {"ex", "extract\n"},
+    {"ex", "extract\nexplain\n"},
+    {"exp", "explain\n"},
     {"zz", ""},
     {"--v", "--version\n"},
     {"--completion ''", "bash\nzsh\nfish\n"},
@@ -55,6 +56,8 @@ const CompletionRow kRows[] = {
     {"extract my-setup --type ''", kTypes},
     {"extract my-setup --type jvm-m", "jvm-message\n"},
     {"extract my-setup --id ''", ""},
+    {"explain my", "my-setup\n"},
+    {"explain x --setup my", "my-setup\n"},
     {"none ''", ""},
 };
 
