@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -250,8 +252,10 @@ std::int64_t bundleHome(const fs::path& home, const std::string& output) {
   }
   OutputFile file(findOutputTarget(output));
   const std::string program = programFor(names);
-  std::fwrite(program.data(), 1, program.size(), file.stream());
-  std::fflush(file.stream());
+  if (std::fwrite(program.data(), 1, program.size(), file.stream()) != program.size() ||
+      std::fflush(file.stream()) != 0) {
+    throw AuthoringError(output + " cannot be written: " + std::strerror(errno));
+  }
   Bundle bundle(file.stream(), output);
   for (const fs::path& name : names) {
     addMember(bundle, home, name);

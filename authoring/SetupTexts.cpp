@@ -98,7 +98,7 @@ std::string escapedTitle(const std::string& title) {
     if (character < 0x80 && character != '\\') {
       escaped += static_cast<char>(character);
     } else {
-      std::array<char, 8> code{};
+      std::array<char, 16> code{};
       std::snprintf(code.data(), code.size(), "\\u%04x", character);
       escaped += code.data();
     }
