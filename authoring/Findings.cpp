@@ -17,6 +17,10 @@ void Findings::warning(Place place, std::string what, std::string why, std::stri
       {Severity::kWarning, std::move(place), std::move(what), std::move(why), std::move(advice)});
 }
 
+void Findings::add(const Findings& others) {
+  m_findings.insert(m_findings.end(), others.m_findings.begin(), others.m_findings.end());
+}
+
 void Findings::sort(const std::vector<std::string>& files) {
   std::unordered_map<std::string, std::size_t> ranks;
   for (const std::string& file : files) {

@@ -43,6 +43,8 @@ class Findings {
   void error(Place place, std::string what, std::string why, std::string advice);
   void warning(Place place, std::string what, std::string why, std::string advice);
 
+  void add(const Findings& others);
+
   // Puts them in the order of `files` (those of other files first), in each in the order of the
   // lines, on each line in the order in which they were found.
   void sort(const std::vector<std::string>& files);

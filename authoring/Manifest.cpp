@@ -9,6 +9,7 @@
 #include "authoring/AuthoringError.h"
 #include "authoring/FileTypes.h"
 #include "authoring/Installation.h"
+#include "authoring/JsonLines.h"
 #include "authoring/SeekableInput.h"
 #include "tagfile/StreamUtils.h"
 
@@ -19,23 +20,31 @@ namespace fs = std::filesystem;
 using Json = nlohmann::json;
 using Folders = std::vector<std::string>;
 
+constexpr std::int32_t kUnknownType = -1;
 constexpr std::int64_t kLargestNumber = 0x7FFFFFFF;
 
 class ManifestReader {
  public:
-  ManifestReader(const ManifestText& source, const std::vector<std::string>& baseFolders)
-      : m_source(source), m_baseFolders(baseFolders) {}
+  ManifestReader(const ManifestText& source, const std::vector<std::string>& baseFolders,
+                 Findings* findings)
+      : m_source(source), m_baseFolders(baseFolders), m_findings(findings) {}
 
   Manifest read();
 
  private:
   [[noreturn]] void fail(const std::string& where, const std::string& what) const;
-  Json parse() const;
+  // Calls `read`. Where faults are collected, one of its faults is one of these, and `fallback` is
+  // returned.
+  template <class Value, class Read>
+  Value attempt(const Value& fallback, Read read) const;
+  Json parse();
   void expectObject(const Json& json, const std::string& where,
                     const std::vector<std::string>& keys) const;
   std::int32_t readNumber(const Json& json, const std::string& where, std::int64_t largest) const;
   std::string readText(const Json& json, const std::string& where) const;
   ManifestFile readFile(const Json& json, const std::string& where) const;
+  Json readList(const Json& json) const;
+  const Json& member(const Json& file, const char* key, const std::string& where) const;
   std::int32_t readType(const Json& json, const std::string& where) const;
   std::string readName(const Json& file, const std::string& path, const std::string& where) const;
   std::optional<DecompressedSize> readDecompressed(const Json& file,
@@ -47,6 +56,16 @@ class ManifestReader {
 
   const ManifestText& m_source;
   const std::vector<std::string>& m_baseFolders;
+  Findings* m_findings;
+  JsonLines m_lines;
+};
+
+struct ManifestFault : AuthoringError {
+  ManifestFault(const std::string& path, std::int32_t onLine, const std::string& fault)
+      : AuthoringError(path + ": " + fault), line(onLine), what(fault) {}
+
+  std::int32_t line;
+  std::string what;  // and what to do, behind a semicolon
 };
 
 std::string entry(std::size_t index) {
@@ -58,7 +77,23 @@ std::string shown(const std::string& text) {
 }
 
 void ManifestReader::fail(const std::string& where, const std::string& what) const {
-  throw AuthoringError(m_source.label + ": " + where + (where.empty() ? "" : ": ") + what);
+  throw ManifestFault(m_source.label, m_lines.lineOf(where),
+                      where + (where.empty() ? "" : ": ") + what);
+}
+
+template <class Value, class Read>
+Value ManifestReader::attempt(const Value& fallback, Read read) const {
+  try {
+    return read();
+  } catch (const ManifestFault& fault) {
+    if (m_findings == nullptr) {
+      throw;
+    }
+    const std::size_t end = std::min(fault.what.find("; "), fault.what.size());
+    const std::string advice = fault.what.substr(std::min(end + 2, fault.what.size()));
+    m_findings->error({m_source.label, fault.line}, fault.what.substr(0, end), "", advice);
+    return fallback;
+  }
 }
 
 // --- JSON ---
@@ -83,26 +118,18 @@ bool isUtf16(const std::string& text) {
   return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
 }
 
-Json ManifestReader::parse() const {
+Json ManifestReader::parse() {
   if (isUtf16(m_source.text)) {
     fail("", "this is UTF-16; save it as UTF-8");
   }
   // A key that stands twice would silently win over the first.
-  std::vector<std::set<std::string>> keys;
-  const auto refuseDoubledKeys = [&](int, Json::parse_event_t event, Json& parsed) {
-    if (event == Json::parse_event_t::object_start) {
-      keys.emplace_back();
-    } else if (event == Json::parse_event_t::object_end) {
-      keys.pop_back();
-    } else if (event == Json::parse_event_t::key && !keys.back().insert(parsed).second) {
-      fail("", "the key " + shown(parsed) + " stands twice in one object; remove one of them");
-    }
-    return true;
+  const auto refuseDoubledKey = [this](const std::string& path) {
+    fail(path, "this key stands twice in one object; remove one of them");
   };
   try {
-    return Json::parse(m_source.text, refuseDoubledKeys, true, true);
+    return m_lines.parse(m_source.text, refuseDoubledKey);
   } catch (const Json::parse_error& e) {
-    fail("", withoutExceptionName(e.what()));
+    throw AuthoringError(m_source.label + ": " + withoutExceptionName(e.what()));
   }
 }
 
@@ -142,15 +169,16 @@ std::string ManifestReader::readText(const Json& json, const std::string& where)
 
 Manifest ManifestReader::read() {
   const Json json = parse();
-  expectObject(json, "", {"purpose", "stub", "files"});
   Manifest manifest;
   manifest.path = m_source.label;
-  manifest.purpose = json.contains("purpose") ? readNumber(json["purpose"], "purpose", 255) : 0;
-  manifest.stub = json.contains("stub") ? findFile(readText(json["stub"], "stub"), "stub") : "";
-  const Json files = json.value("files", Json());
-  if (!files.is_array()) {
-    fail("files", "this must be the list of the files, as in \"files\": [ ... ]");
-  }
+  attempt(0, [&] { return expectObject(json, "", {"purpose", "stub", "files"}), 0; });
+  manifest.purpose = attempt(0, [&] {
+    return json.contains("purpose") ? readNumber(json["purpose"], "purpose", 255) : 0;
+  });
+  manifest.stub = attempt(std::string(), [&] {
+    return json.contains("stub") ? findFile(readText(json["stub"], "stub"), "stub") : "";
+  });
+  const Json files = attempt(Json(Json::array()), [&] { return readList(json); });
   std::set<std::int32_t> givenIds = takeGivenIds(files);
   std::int32_t nextId = 1;
   for (std::size_t i = 0; i < files.size(); ++i) {
@@ -166,45 +194,68 @@ Manifest ManifestReader::read() {
   return manifest;
 }
 
+Json ManifestReader::readList(const Json& json) const {
+  const Json files = json.is_object() ? json.value("files", Json()) : Json();
+  if (!files.is_array()) {
+    fail("files", "this must be the list of the files, as in \"files\": [ ... ]");
+  }
+  return files;
+}
+
 // The numbers that the author gave; the other files are numbered around them.
 std::set<std::int32_t> ManifestReader::takeGivenIds(const Json& files) const {
   std::set<std::int32_t> ids;
   for (std::size_t i = 0; i < files.size(); ++i) {
     if (files[i].is_object() && files[i].contains("id")) {
-      const std::string where = entry(i) + ".id";
-      const std::int32_t id = readNumber(files[i]["id"], where, kLargestNumber);
-      if (!ids.insert(id).second) {
-        fail(where, "another file has the number " + std::to_string(id) +
-                        "; give each file a number of its own, or none");
-      }
+      attempt(0, [&] {
+        const std::int32_t id = readNumber(files[i]["id"], entry(i) + ".id", kLargestNumber);
+        if (!ids.insert(id).second) {
+          fail(entry(i) + ".id", "another file has the number " + std::to_string(id) +
+                                     "; give each file a number of its own, or none");
+        }
+        return 0;
+      });
     }
   }
   return ids;
 }
 
 ManifestFile ManifestReader::readFile(const Json& json, const std::string& where) const {
-  expectObject(json, where, {"type", "id", "path", "name", "decompressed"});
-  for (const char* const key : {"type", "path"}) {
-    if (!json.contains(key)) {
-      fail(where, "the key \"" + std::string(key) + "\" is missing");
-    }
-  }
   ManifestFile file;
-  file.type = readType(json["type"], where + ".type");
-  file.id = json.contains("id") ? readNumber(json["id"], where + ".id", kLargestNumber) : 0;
-  const std::string path = readText(json["path"], where + ".path");
-  file.path = findFile(path, where + ".path",
-                       file.type == FILE_TYPE_VERIFY_JAR ? verifyFolders() : Folders());
-  file.name = readName(json, path, where);
-  file.decompressed = readDecompressed(json, where + ".decompressed");
+  file.line = m_lines.lineOf(where);
+  attempt(0, [&] {
+    return expectObject(json, where, {"type", "id", "path", "name", "decompressed"}), 0;
+  });
+  if (!json.is_object()) {
+    return file;
+  }
+  file.type = attempt(kUnknownType, [&] { return readType(member(json, "type", where), where); });
+  file.id = json.contains("id") && json["id"].is_number() ? json["id"].get<std::int32_t>() : 0;
+  const std::string path = attempt(
+      std::string(), [&] { return readText(member(json, "path", where), where + ".path"); });
+  const Folders lastFolders = file.type == FILE_TYPE_VERIFY_JAR ? verifyFolders() : Folders();
+  file.path = attempt(std::string(), [&] {
+    return path.empty() ? "" : findFile(path, where + ".path", lastFolders);
+  });
+  file.name = attempt(std::string(), [&] { return readName(json, path, where); });
+  file.decompressed = attempt(std::optional<DecompressedSize>(),
+                              [&] { return readDecompressed(json, where + ".decompressed"); });
   return file;
 }
 
+const Json& ManifestReader::member(const Json& file, const char* key,
+                                   const std::string& where) const {
+  if (!file.contains(key)) {
+    fail(where, "the key \"" + std::string(key) + "\" is missing");
+  }
+  return file[key];
+}
+
 std::int32_t ManifestReader::readType(const Json& json, const std::string& where) const {
-  const std::string name = readText(json, where);
+  const std::string name = readText(json, where + ".type");
   const std::optional<std::int32_t> type = fileTypeFromName(name);
   if (!type) {
-    fail(where, shown(name) + " is no file type; the types are " + allFileTypeNames());
+    fail(where + ".type", shown(name) + " is no file type; the types are " + allFileTypeNames());
   }
   return *type;
 }
@@ -212,6 +263,9 @@ std::int32_t ManifestReader::readType(const Json& json, const std::string& where
 std::string ManifestReader::readName(const Json& file, const std::string& path,
                                      const std::string& where) const {
   const bool given = file.contains("name");
+  if (!given && path.empty()) {
+    return "";  // the fault of the path is told already
+  }
   const std::string name =
       given ? readText(file["name"], where + ".name") : fs::path(path).filename().string();
   const std::string fault = findNameFault(name);
@@ -261,10 +315,13 @@ std::string ManifestReader::findFile(const std::string& path, const std::string&
 void ManifestReader::refuseDoubledNames(const std::vector<ManifestFile>& files) const {
   std::set<std::string> names;
   for (std::size_t i = 0; i < files.size(); ++i) {
-    if (!names.insert(files[i].name).second) {
-      fail(entry(i), "another file is stored as " + shown(files[i].name) +
-                         ", too, and would be overwritten; give this one another \"name\"");
-    }
+    attempt(0, [&] {
+      if (!files[i].name.empty() && !names.insert(files[i].name).second) {
+        fail(entry(i), "another file is stored as " + shown(files[i].name) +
+                           ", too, and would be overwritten; give this one another \"name\"");
+      }
+      return 0;
+    });
   }
 }
 
@@ -280,12 +337,14 @@ ManifestText readManifest(const std::string& path) {
   return readManifest(input.file.get(), path, input.isStream);
 }
 
-Manifest loadManifest(const ManifestText& text, const std::vector<std::string>& baseFolders) {
-  return ManifestReader(text, baseFolders).read();
+Manifest loadManifest(const ManifestText& text, const std::vector<std::string>& baseFolders,
+                      Findings* findings) {
+  return ManifestReader(text, baseFolders, findings).read();
 }
 
-Manifest loadManifest(const std::string& path, const std::vector<std::string>& baseFolders) {
-  return loadManifest(readManifest(path), baseFolders);
+Manifest loadManifest(const std::string& path, const std::vector<std::string>& baseFolders,
+                      Findings* findings) {
+  return loadManifest(readManifest(path), baseFolders, findings);
 }
 
 }  // namespace authoring

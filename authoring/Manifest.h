@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "authoring/Findings.h"
 #include "authoring/LauncherFileWriter.h"
 
 namespace authoring {
@@ -18,8 +19,9 @@ namespace authoring {
 struct ManifestFile {
   std::int32_t type = 0;
   std::int32_t id = 0;
-  std::string path;  // where it was found
-  std::string name;  // to be stored
+  std::int32_t line = 0;  // of the manifest, where it is listed
+  std::string path;       // where it was found; empty: nowhere
+  std::string name;       // to be stored
   std::optional<DecompressedSize> decompressed;
 };
 
@@ -44,9 +46,13 @@ ManifestText readManifest(const std::string& path);
 ManifestText readManifest(std::FILE* file, const std::string& path, bool isStream);
 
 // The text may begin with a byte order mark and hold comments (// and /* */). Throws
-// AuthoringError: the manifest's path, the place in it, what is wrong and what to do.
-Manifest loadManifest(const ManifestText& text, const std::vector<std::string>& baseFolders);
-Manifest loadManifest(const std::string& path, const std::vector<std::string>& baseFolders);
+// AuthoringError: the manifest's path, the place in it, what is wrong and what to do. With
+// `findings`, all that is wrong is added there instead, and what is left of the manifest is
+// returned; only what is no JSON throws.
+Manifest loadManifest(const ManifestText& text, const std::vector<std::string>& baseFolders,
+                      Findings* findings = nullptr);
+Manifest loadManifest(const std::string& path, const std::vector<std::string>& baseFolders,
+                      Findings* findings = nullptr);
 
 }  // namespace authoring
 

@@ -118,26 +118,36 @@ std::string chooseStub(const PackOptions& options, const Manifest& manifest) {
 
 }  // namespace
 
-PackResult packLauncher(const PackOptions& options) {
+PackInputs loadPackInputs(const PackOptions& options, Findings* findings) {
+  PackInputs inputs;
+  inputs.manifest = loadManifest(options.manifest, options.baseFolders, findings);
+  inputs.stub = chooseStub(options, inputs.manifest);
+  return inputs;
+}
+
+PackResult packLauncher(const PackOptions& options, const PackInputs& inputs) {
   const bool toStream = options.output == kStandardStream;
   const std::string target = toStream ? "" : findOutputTarget(options.output);
-  const Manifest manifest = loadManifest(options.manifest, options.baseFolders);
-  const std::string stub = chooseStub(options, manifest);
-  checkStub(stub, options.anyStub);
-  checkOutput(options, stub, manifest);
-  for (const ManifestFile& file : manifest.files) {
+  checkStub(inputs.stub, options.anyStub);
+  checkOutput(options, inputs.stub, inputs.manifest);
+  checkSize(inputs.stub, inputs.manifest);
+  if (toStream) {
+    return writeToStream(inputs.stub, inputs.manifest);
+  }
+  OutputFile output(target);
+  const PackResult result = write(inputs.stub, inputs.manifest, output.stream());
+  output.commit();
+  return result;
+}
+
+PackResult packLauncher(const PackOptions& options) {
+  const PackInputs inputs = loadPackInputs(options);
+  for (const ManifestFile& file : inputs.manifest.files) {
     if (isTagFileType(file.type)) {
       checkTagFile(file.path);
     }
   }
-  checkSize(stub, manifest);
-  if (toStream) {
-    return writeToStream(stub, manifest);
-  }
-  OutputFile output(target);
-  const PackResult result = write(stub, manifest, output.stream());
-  output.commit();
-  return result;
+  return packLauncher(options, inputs);
 }
 
 void checkTagFile(const std::string& path) {

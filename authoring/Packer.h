@@ -18,6 +18,12 @@ struct PackOptions {
   bool anyStub = false;  // take any file as the stub
 };
 
+// What is to be packed.
+struct PackInputs {
+  Manifest manifest;
+  std::string stub;
+};
+
 struct PackResult {
   std::size_t files = 0;
   std::int64_t size = 0;
@@ -27,6 +33,12 @@ struct PackResult {
 // and leaves nothing behind when a tag file does not parse, the stub is none of ours or carries
 // files already, the output is one of the inputs, the result would be too large, or something
 // cannot be read or written.
+PackResult packLauncher(const PackOptions& options, const PackInputs& inputs);
+
+// Loads the manifest, as loadManifest, and chooses the stub.
+PackInputs loadPackInputs(const PackOptions& options, Findings* findings = nullptr);
+
+// Both. Throws AuthoringError, too, when a tag file does not parse.
 PackResult packLauncher(const PackOptions& options);
 
 // Parses a tag file as a launcher would. Throws AuthoringError with the file and the line.

@@ -1,13 +1,16 @@
 #include "authoring/SetupCheck.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <unordered_set>
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/FileTypes.h"
 #include "authoring/JVMFileCheck.h"
+#include "authoring/ManifestCheck.h"
 #include "authoring/NearestName.h"
+#include "authoring/PayloadCheck.h"
 #include "authoring/ScriptCheck.h"
 #include "authoring/TemplateCheck.h"
 #include "authoring/TextCheck.h"
@@ -27,27 +30,6 @@ const SetupFile* findFirst(const Setup& setup, std::int32_t type) {
   const auto file = std::find_if(setup.files.begin(), setup.files.end(),
                                  [type](const SetupFile& f) { return f.type == type; });
   return file == setup.files.end() ? nullptr : &*file;
-}
-
-// --- Names and numbers ---
-
-void checkNames(const Setup& setup, Findings& findings) {
-  std::set<std::string> names;
-  std::set<std::int32_t> ids;
-  for (const SetupFile& file : setup.files) {
-    const std::string fault = findNameFault(file.name);
-    if (!fault.empty()) {
-      findings.error(file.entry, "its name " + fault, "", "");
-    }
-    if (!names.insert(file.name).second) {
-      findings.error(file.entry, "another file has this name, too",
-                     "copied out, one would overwrite the other", "give each a name of its own");
-    }
-    if (!ids.insert(file.id).second) {
-      findings.error(file.entry, "another file has the number " + std::to_string(file.id) + ", too",
-                     "scripts reach only the first", "give each a number of its own");
-    }
-  }
 }
 
 // --- The tags of one file ---
@@ -243,18 +225,6 @@ class TagCheck {
 
 // --- The setup as a whole ---
 
-void checkSecondScripts(const Setup& setup, Findings& findings) {
-  for (const SetupFile& file : setup.files) {
-    const bool single = file.type == FILE_TYPE_INSTRUCTIONS || file.type == FILE_TYPE_LAUNCH_SCRIPT;
-    const SetupFile* const first = findFirst(setup, file.type);
-    if (single && first != &file) {
-      findings.warning(file.entry, "this file is never used",
-                       "the launcher takes only the first of its type, " + first->label,
-                       "leave it out");
-    }
-  }
-}
-
 struct NeedRow {
   Command command;    // of the script
   std::int32_t type;  // of a file without which it fails
@@ -282,16 +252,22 @@ void checkNeeds(const Setup& setup, const std::set<Command>& commands, Findings&
   }
 }
 
-void checkScripts(const Setup& setup, Findings& findings) {
-  checkSecondScripts(setup, findings);
+// The commands of the instruction script; nothing when it has errors, since one may be a command.
+std::optional<std::set<Command>> checkInstructions(const Setup& setup, Findings& findings) {
   const SetupFile* const script = findFirst(setup, FILE_TYPE_INSTRUCTIONS);
   if (script == nullptr) {
     findings.error({setup.label, 0}, "no instruction script",
                    "the launcher says nothing and ends with status -1",
                    "add a file of the type instructions");
-  } else if (script->tagFile != nullptr) {
-    checkNeeds(setup, checkScript(setup, *script, findings), findings);
   }
+  if (script == nullptr || script->tagFile == nullptr) {
+    return std::nullopt;
+  }
+  Findings ofScript;
+  const std::set<Command> commands = checkScript(setup, *script, ofScript);
+  findings.add(ofScript);
+  checkNeeds(setup, commands, findings);
+  return ofScript.hasErrors() ? std::nullopt : std::optional(commands);
 }
 
 std::vector<std::string> labelsOf(const Setup& setup) {
@@ -306,8 +282,8 @@ std::vector<std::string> labelsOf(const Setup& setup) {
 
 Findings checkSetup(const Setup& setup) {
   Findings findings = setup.findings;
-  checkNames(setup, findings);
-  checkScripts(setup, findings);
+  checkManifest(setup, checkInstructions(setup, findings), findings);
+  checkPayloads(setup, findings);
   const Surroundings surroundings(setup);
   for (const SetupFile& file : setup.files) {
     if (file.tagFile != nullptr) {

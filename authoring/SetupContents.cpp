@@ -7,29 +7,14 @@
 #include "archive/LauncherFileFormat.h"
 #include "authoring/AuthoringError.h"
 #include "authoring/FileLook.h"
+#include "authoring/Installation.h"
 #include "authoring/LauncherFileReader.h"
-#include "authoring/Packer.h"
 #include "authoring/SeekableInput.h"
-#include "authoring/StubRecognition.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
 namespace authoring {
 namespace {
-
-// Throws AuthoringError when it is neither a manifest nor a launcher.
-bool isManifest(const std::string& path) {
-  const LauncherFile launcher = readLauncherFile(path);
-  if (launcher.hasTrailer || recognizeStub(launcher)) {
-    return false;
-  }
-  const std::string bytes = firstBytes(launcher.file.get());
-  if (!looksLikeManifest(bytes)) {
-    throw AuthoringError(inputLabel(path) + " is no launcher file and no manifest; it looks like " +
-                         lookOf(bytes));
-  }
-  return true;
-}
 
 // --- Tag files ---
 
@@ -106,8 +91,12 @@ void addFile(Setup& setup, const ManifestFile& source) {
   file.id = source.id;
   file.name = source.name;
   file.label = source.path;
-  file.entry = {setup.label, 0};
-  if (isTagFileType(source.type)) {
+  file.entry = {setup.label, source.line};
+  file.decompressed = source.decompressed;
+  file.isStored = false;
+  file.isReadable = !source.path.empty();
+  file.payload = payloadOf(source.path);
+  if (file.isReadable && isTagFileType(source.type)) {
     loadTagFile(setup.findings, file, [&] { loadTagFileOf(file, source.path); });
   }
   setup.files.push_back(std::move(file));
@@ -127,41 +116,75 @@ void loadTagFileOf(SetupFile& file, TagFileLoader& loader, FileIndexEntry& entry
   }
 }
 
-void addFile(Setup& setup, const LauncherFile& launcher, TagFileLoader& loader,
-             FileIndexEntry& entry) {
+Payload payloadOf(const FileIndexEntry& entry, const std::shared_ptr<std::FILE>& launcher) {
+  return {"", launcher, entry.getOffsetToBytes(), entry.getFileLength()};
+}
+
+std::optional<DecompressedSize> sizesOf(const FileIndexEntry& entry) {
+  if (!entry.isCompressed()) {
+    return std::nullopt;
+  }
+  return DecompressedSize{entry.getDecompressedFileCount(), entry.getDecompressedSize()};
+}
+
+SetupFile asSetupFile(const FileIndexEntry& entry, std::size_t position) {
   SetupFile file;
   file.type = entry.getFileType();
   file.id = entry.getFileId();
   file.name = entry.getFileName().c_str();
-  file.label = file.name.empty() ? "entry " + std::to_string(setup.files.size()) : file.name;
+  file.label = file.name.empty() ? "entry " + std::to_string(position) : file.name;
   file.entry = {file.label, 0};
-  if (!isInside(launcher, entry)) {
-    setup.findings.error(file.at(), "its bytes lie outside the launcher file",
-                         "the file was cut, or made by a broken tool", "pack the setup again");
-  } else if (entry.isTagFile()) {
-    loadTagFile(setup.findings, file, [&] { loadTagFileOf(file, loader, entry); });
-  }
-  setup.files.push_back(std::move(file));
+  file.decompressed = sizesOf(entry);
+  return file;
 }
 
-Setup loadFromLauncher(const std::string& path) {
-  const LauncherFile launcher = readLauncherFile(path);
-  Setup setup;
-  setup.label = inputLabel(path);
-  setup.purpose = launcher.purpose;
-  TagFileLoader loader(launcher.file.get());
+void addFiles(Setup& setup, const LauncherFile& launcher,
+              const std::shared_ptr<std::FILE>& stream) {
+  TagFileLoader loader(stream.get());
   for (long i = 0; i < launcher.index.size(); ++i) {
-    addFile(setup, launcher, loader, *launcher.index.at(i));
+    FileIndexEntry& entry = *launcher.index.at(i);
+    SetupFile file = asSetupFile(entry, setup.files.size());
+    file.isReadable = isInside(launcher, entry);
+    if (!file.isReadable) {
+      setup.findings.error(file.at(), "its bytes lie outside the launcher file",
+                           "the file was cut, or made by a broken tool", "pack the setup again");
+    } else if (entry.isTagFile()) {
+      loadTagFile(setup.findings, file, [&] { loadTagFileOf(file, loader, entry); });
+    } else {
+      file.payload = payloadOf(entry, stream);
+    }
+    setup.files.push_back(std::move(file));
   }
+}
+
+Setup loadFromLauncher(LauncherFile launcher, const std::string& label) {
+  Setup setup;
+  setup.label = label;
+  setup.purpose = launcher.purpose;
+  setup.stubMark = recognizeStub(launcher);
+  const std::shared_ptr<std::FILE> stream = std::move(launcher.file);
+  const Payload whole = {"", stream, 0, launcher.size};
+  setup.stub = lookAtProgram(whole.read(0, kProgramBytes));
+  addFiles(setup, launcher, stream);
   return setup;
+}
+
+// Empty when there is none; nothing can be packed then, but checked.
+std::string defaultStub() {
+  try {
+    return findDefaultStub();
+  } catch (const AuthoringError&) {
+    return "";
+  }
 }
 
 }  // namespace
 
-Setup loadSetup(const Manifest& manifest) {
+Setup loadSetup(const Manifest& manifest, const std::string& stub) {
   Setup setup;
   setup.label = manifest.path;
   setup.purpose = manifest.purpose;
+  setup.stub = lookAtProgram(payloadOf(stub).read(0, kProgramBytes));
   for (const ManifestFile& file : manifest.files) {
     addFile(setup, file);
   }
@@ -169,7 +192,21 @@ Setup loadSetup(const Manifest& manifest) {
 }
 
 Setup loadSetup(const std::string& path, const std::vector<std::string>& baseFolders) {
-  return isManifest(path) ? loadSetup(loadManifest(path, baseFolders)) : loadFromLauncher(path);
+  LauncherFile launcher = readLauncherFile(path);
+  if (launcher.hasTrailer || recognizeStub(launcher)) {
+    return loadFromLauncher(std::move(launcher), inputLabel(path));
+  }
+  const std::string bytes = firstBytes(launcher.file.get());
+  if (!looksLikeManifest(bytes)) {
+    throw AuthoringError(inputLabel(path) + " is no launcher file and no manifest; it looks like " +
+                         lookOf(bytes));
+  }
+  Findings findings;
+  const Manifest manifest = loadManifest(readManifest(launcher.file.get(), path, launcher.isStream),
+                                         baseFolders, &findings);
+  Setup setup = loadSetup(manifest, manifest.stub.empty() ? defaultStub() : manifest.stub);
+  setup.findings.add(findings);
+  return setup;
 }
 
 }  // namespace authoring

@@ -4,18 +4,23 @@
 #define CORVANE_AUTHORING_SETUPCONTENTS_H
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "authoring/Findings.h"
 #include "authoring/Manifest.h"
+#include "authoring/ProgramLook.h"
 #include "authoring/SetupFile.h"
+#include "authoring/StubRecognition.h"
 
 namespace authoring {
 
 struct Setup {
   std::string label;  // the launcher file, or the manifest
   std::int32_t purpose = 0;
+  ProgramLook stub;              // the program that carries the files
+  std::optional<Stub> stubMark;  // nothing for a manifest, or a program that is none of ours
   std::vector<SetupFile> files;  // in the order of the index
   Findings findings;             // of loading: what does not parse or lies outside the file
 };
@@ -24,8 +29,8 @@ struct Setup {
 // with a brace or a comment, as a launcher without files when it is one of our stubs. Throws
 // AuthoringError when the file or its index cannot be read, or the manifest is wrong.
 Setup loadSetup(const std::string& path, const std::vector<std::string>& baseFolders);
-// The setup that would be packed from the manifest.
-Setup loadSetup(const Manifest& manifest);
+// The setup that would be packed from the manifest onto the stub (empty: not known).
+Setup loadSetup(const Manifest& manifest, const std::string& stub);
 
 }  // namespace authoring
 

@@ -4,10 +4,13 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "authoring/Findings.h"
+#include "authoring/LauncherFileWriter.h"
+#include "authoring/Payload.h"
 #include "authoring/TagSources.h"
 #include "tagfile/TagFile.h"
 
@@ -21,6 +24,10 @@ struct SetupFile {
   Place entry;                       // what lists it: in the manifest, or the file itself
   std::unique_ptr<TagFile> tagFile;  // null: no tag file, or one that does not parse
   TagSources sources;                // of the tag file, as far as it parses
+  bool isStored = true;              // in a launcher file; the names in a manifest are right
+  bool isReadable = false;           // its bytes are there
+  Payload payload;
+  std::optional<DecompressedSize> decompressed;
 
   // The file as a whole.
   Place at() const { return {label, 0}; }

@@ -39,14 +39,46 @@ struct Arguments {
   authoring::ExplainOptions explain;
   bool json = false;
   bool strict = false;
+  bool noCheck = false;
 };
 
 void print(const std::string& text) {
   std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
+authoring::Findings findingsOf(const authoring::Setup& setup, const Arguments& arguments) {
+  authoring::Findings findings = authoring::checkSetup(setup);
+  if (arguments.strict) {
+    findings.makeStrict();
+  }
+  return findings;
+}
+
+// Shows what is wrong on standard error. False when there are errors.
+bool passesCheck(const authoring::Setup& setup, const Arguments& arguments) {
+  const authoring::Findings findings = findingsOf(setup, arguments);
+  const std::string report =
+      authoring::reportAsText(setup.label, findings, authoring::wantsColor(stderr));
+  std::fputs(report.c_str(), stderr);
+  if (findings.hasErrors()) {
+    std::fputs("corvane-pack: nothing was packed; correct the errors, or go on with --no-check\n",
+               stderr);
+  }
+  return !findings.hasErrors();
+}
+
 int pack(const Arguments& arguments) {
-  const authoring::PackResult result = authoring::packLauncher(arguments.pack);
+  authoring::Findings faults;
+  const authoring::PackInputs inputs =
+      authoring::loadPackInputs(arguments.pack, arguments.noCheck ? nullptr : &faults);
+  if (!arguments.noCheck) {
+    authoring::Setup setup = authoring::loadSetup(inputs.manifest, inputs.stub);
+    setup.findings.add(faults);
+    if (!passesCheck(setup, arguments)) {
+      return kStatusFindings;
+    }
+  }
+  const authoring::PackResult result = authoring::packLauncher(arguments.pack, inputs);
   const bool toStream = arguments.pack.output == authoring::kStandardStream;
   const std::string line = authoring::countOf(static_cast<std::int64_t>(result.files), "file") +
                            ", " + authoring::countOf(result.size, "byte") + "\n";
@@ -63,26 +95,17 @@ int list(const Arguments& arguments) {
   return 0;
 }
 
-// Prints nothing for a manifest.
-void printStub(const std::string& path) {
-  if (const auto stub = authoring::recognizeStub(authoring::readLauncherFile(path))) {
-    print(authoring::inputLabel(path) + ": stub " + authoring::describeStub(*stub) + "\n");
-  }
-}
-
 int check(const Arguments& arguments) {
-  authoring::Findings findings =
-      authoring::checkSetup(authoring::loadSetup(arguments.file, arguments.pack.baseFolders));
-  if (arguments.strict) {
-    findings.makeStrict();
-  }
+  const authoring::Setup setup = authoring::loadSetup(arguments.file, arguments.pack.baseFolders);
+  const authoring::Findings findings = findingsOf(setup, arguments);
   if (arguments.json) {
-    print(authoring::reportAsJson(authoring::inputLabel(arguments.file), findings));
-  } else {
-    printStub(arguments.file);
-    print(authoring::reportAsText(authoring::inputLabel(arguments.file), findings,
-                                  authoring::wantsColor(stdout)));
+    print(authoring::reportAsJson(setup.label, findings));
+    return findings.hasErrors() ? kStatusFindings : 0;
   }
+  if (setup.stubMark) {
+    print(setup.label + ": stub " + authoring::describeStub(*setup.stubMark) + "\n");
+  }
+  print(authoring::reportAsText(setup.label, findings, authoring::wantsColor(stdout)));
   return findings.hasErrors() ? kStatusFindings : 0;
 }
 
@@ -170,6 +193,8 @@ void addCommands(CLI::App& app, Arguments& arguments, int (*&chosen)(const Argum
       ->type_name("FILE");
   packCommand.add_flag("--any-stub", arguments.pack.anyStub,
                        "Take the stub as it is, even if it is none of ours");
+  packCommand.add_flag("--no-check", arguments.noCheck, "Pack also what check finds errors in");
+  packCommand.add_flag("--strict", arguments.strict, "Take warnings as errors");
   addBaseOption(packCommand, arguments);
   packCommand.callback([&chosen] { chosen = pack; });
 

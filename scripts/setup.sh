@@ -58,6 +58,7 @@ build     libarchive-dev         has_header archive.h
 build     libzip-dev             has_header zip.h
 build     libcli11-dev           has_header CLI/CLI.hpp
 build     nlohmann-json3-dev     has_header nlohmann/json.hpp
+build     libzip-dev             has_header zip.h
 build     gettext                has msgfmt
 build     libgettextpo-dev       has_header gettext-po.h
 build     default-jdk-headless   has_jdk

@@ -104,7 +104,17 @@ def try_row(name, members, status, error):
 MANIFEST = """{ "files": [
   { "type": "instructions", "path": "i.tag" }, { "type": "launchscript", "path": "l.tag" },
   { "type": "jvm-installer", "path": "out" } ] }"""
-SCRIPT = "INSTRUCTIONS:\n  // Installs.\n  INSTALL_JVM {}\n  LAUNCH @S1@ 1\n/:\n"
+SCRIPT = """INSTRUCTIONS:
+  // Installs.
+  INSTALL_JVM {}
+  JMP0 @N1@ failed
+  LAUNCH @S1@ 1
+  GOTO end
+:failed
+  ILAUNCH -1 0
+:end
+/:
+"""
 
 
 def try_setup(option):

@@ -194,11 +194,16 @@ const std::vector<ScriptRow> kScriptRows = {
       "i:15: error: \"x\" is no number; the script ends with an error here"}},
 };
 
+std::vector<std::string> ofScript(std::vector<std::string> lines) {
+  std::erase_if(lines, [](const std::string& line) { return !line.starts_with("i:"); });
+  return lines;
+}
+
 TEST(Check, ReadsScriptsAsTheInterpreterDoes) {
   const test::TempDir dir;
   for (const ScriptRow& row : kScriptRows) {
     SCOPED_TRACE(row.name);
-    EXPECT_EQ(row.findings, findingsOf(dir, setupWith(row.lines)));
+    EXPECT_EQ(row.findings, ofScript(findingsOf(dir, setupWith(row.lines))));
   }
 }
 
@@ -229,20 +234,23 @@ const std::vector<SetupRow> kSetupRows = {
       "j.tag: error: CLASSPATH is missing; the class path stands in the command without an option, "
       "and no Java is accepted; write CLASSPATH: \"-cp \"",
       "l.tag:1: warning: COMMAND: CP is not called, though the setup carries jar files; nothing "
-      "else "
-      "puts them on the class path; write %CP%() in front of the class"}},
+      "else puts them on the class path; write %CP%() in front of the class",
+      "a.jar: error: the zip archive is cut: the list at its end is missing or broken; Java finds "
+      "no class in it; build or copy it again",
+      "verify.jar: error: the zip archive is cut: the list at its end is missing or broken; no JVM "
+      "is ever accepted; build or copy it again"}},
     {"no file",
      {},
      {"DIR/setup: error: no instruction script; the launcher says nothing and ends with status -1; "
       "add a file of the type instructions"}},
     {"two scripts",
      {kScript, {0, 2, "i2", "INSTRUCTIONS: x\n"}},
-     {"i2: warning: this file is never used; the launcher takes only the first of its type, i; "
-      "leave it out"}},
+     {"i2: warning: i2 is never used; of the files of the type instructions the launcher takes the "
+      "first, i; leave it out"}},
     {"two launch scripts",
      {kScript, {2, 2, "l", "COMMAND: x\n"}, {2, 3, "l2", "COMMAND: x\n"}},
-     {"l2: warning: this file is never used; the launcher takes only the first of its type, l; "
-      "leave it out"}},
+     {"l2: warning: l2 is never used; of the files of the type launchscript the launcher takes the "
+      "first, l; leave it out"}},
     {"empty script",
      {{0, 1, "i", ""}},
      {"i: error: INSTRUCTIONS is missing; the launcher does nothing and ends with status 0"}},
@@ -301,7 +309,7 @@ const std::vector<SetupRow> kSetupRows = {
 
     {"launch script with every function",
      {kScript,
-      {6, 3, "app.zip", "PK"},
+      {6, 3, "app.zip", "PK", {{1, 1}}},
       {2, 2, "l",
        "COMMAND: %CP%() %CP%(\"a\",\"%LAUNCHER_DIR%()/b\") %SYSTEMPROP%(\"a\",\"b\")"
        " %RUNTIME_SYSTEMPROP%() %RUNTIME_JAVAARGS%() %IF_EXISTS%(\"A\",\"%TEMP_DIR%()\")"
@@ -390,12 +398,14 @@ const std::vector<SetupRow> kSetupRows = {
      {"i:1: error: missing colon at the end of the tag name; the launcher cannot load the file; "
       "write NAME: value; there are no comments here"}},
     {"names",
-     {kScript, {3, 2, "../a", ""}, {3, 3, "", ""}, {3, 4, "input.tag", ""}},
-     {"../a: error: its name is a path; write the plain name of a file",
-      "entry 2: error: its name is empty",
-      "input.tag: error: its name is the name of the file that -cv:extract writes itself"}},
+     {kScript, {6, 2, "../a", "x", {{1, 1}}}, {4, 3, "", "#!"}, {7, 4, "input.tag", "#!"}},
+     {"../a: error: its name is a path; write the plain name of a file; no launcher could copy it "
+      "out",
+      "entry 2: error: its name is empty; no launcher could copy it out",
+      "input.tag: error: its name is the name of the file that -cv:extract writes itself; no "
+      "launcher could copy it out"}},
     {"names and numbers twice",
-     {kScript, {3, 2, "a", ""}, {3, 2, "a", ""}},
+     {kScript, {7, 2, "a", "#!"}, {7, 2, "a", "#!"}},
      {"a: error: another file has this name, too; copied out, one would overwrite the other; give "
       "each a name of its own",
       "a: error: another file has the number 2, too; scripts reach only the first; give each a "
@@ -406,6 +416,14 @@ std::string withDir(std::string text, const test::TempDir& dir) {
   return text.rfind("DIR", 0) == 0 ? dir.path() + text.substr(3) : text;
 }
 
+// Most scripts here are too short to use their files.
+std::vector<std::string> withoutUnused(std::vector<std::string> lines) {
+  std::erase_if(lines, [](const std::string& line) {
+    return line.find(" is never used; there is no ") != std::string::npos;
+  });
+  return lines;
+}
+
 TEST(Check, FindsWhatWouldGoWrong) {
   const test::TempDir dir;
   for (const SetupRow& row : kSetupRows) {
@@ -414,7 +432,7 @@ TEST(Check, FindsWhatWouldGoWrong) {
     for (const std::string& finding : row.findings) {
       wanted.push_back(withDir(finding, dir));
     }
-    EXPECT_EQ(wanted, findingsOf(dir, row.files));
+    EXPECT_EQ(wanted, withoutUnused(findingsOf(dir, row.files)));
   }
 }
 
@@ -433,7 +451,7 @@ TEST(Check, FindsWhatIsWrongInAnIndex) {
       "tool; "
       "pack the setup again";
   EXPECT_EQ((std::vector<std::string>{"far" + outside, "before" + outside, "less\\" + outside}),
-            linesOf(checkSetup(loadSetup(path, {}))));
+            withoutUnused(linesOf(checkSetup(loadSetup(path, {})))));
 }
 
 // An index that names the same text over and over takes no more memory here than in a launcher,
@@ -461,10 +479,11 @@ TEST(Check, ReadsManifests) {
   const test::TempDir dir;
   test::writeFile(dir / "base/i.tag", "INSTRUCTIONS:\nLAUNCH x 1\n/:\n");
   test::writeFile(dir / "j.tag", "no colon\n");
+  test::writeFile(dir / "stub", "#!/bin/sh\n");
   const std::string path = test::writeFile(
       dir / "m.json",
       " \n{\"files\": [{\"type\": \"instructions\", \"path\": \"i.tag\"},"
-      "{\"type\": \"jvm\", \"path\": \"j.tag\"}, {\"type\": \"jar\", \"path\": \"j.tag\","
+      "{\"type\": \"jvm\", \"path\": \"j.tag\"}, {\"type\": \"launcher\", \"path\": \"stub\","
       "\"name\": \"j.jar\"}]}");
   EXPECT_EQ(
       (std::vector<std::string>{
@@ -473,7 +492,7 @@ TEST(Check, ReadsManifests) {
               "-1; add a file of the type launchscript",
           (dir / "j.tag") + ":1: error: missing colon at the end of the tag name; the launcher "
                             "cannot load the file; write NAME: value; there are no comments here"}),
-      linesOf(checkSetup(loadSetup(path, {dir / "base"}))));
+      withoutUnused(linesOf(checkSetup(loadSetup(path, {dir / "base"})))));
 }
 
 TEST(Check, ReadsABareStub) {

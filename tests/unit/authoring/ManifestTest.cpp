@@ -67,7 +67,7 @@ const std::vector<ErrorRow> kErrorRows = {
     {"unknown key", R"({"files": [], "file": []})",
      "unknown key \"file\"; the keys here are purpose, stub, files"},
     {"doubled key", R"({"files": [], "files": []})",
-     "the key \"files\" stands twice in one object; remove one of them"},
+     "files: this key stands twice in one object; remove one of them"},
     {"stub that is not there", R"({"stub": "none", "files": []})",
      "stub: there is no file \"none\" in DIR/project, DIR/base1, DIR/base2; make it, or name its "
      "folder with --base"},
@@ -90,7 +90,7 @@ const std::vector<ErrorRow> kErrorRows = {
     {"unknown key of a file", withFile(R"("type": "jar", "path": "c.jar", "nam": "x")"),
      "files[0]: unknown key \"nam\"; the keys here are type, id, path, name, decompressed"},
     {"doubled key of a file", withFile(R"("type": "jar", "type": "jvm", "path": "c.jar")"),
-     "the key \"type\" stands twice in one object; remove one of them"},
+     "files[0].type: this key stands twice in one object; remove one of them"},
     {"no type", withFile(R"("path": "c.jar")"), "files[0]: the key \"type\" is missing"},
     {"no path", withFile(R"("type": "jar")"), "files[0]: the key \"path\" is missing"},
     {"unknown type in the second file",

@@ -25,6 +25,11 @@ class ProgramTest : public testing::Test {
     test::writeFile(m_dir / "stub", "stub\n");
     test::writeFile(m_dir / "m.json", R"({"files": [{"type": "instructions", "path": "i.tag"}]})");
     test::writeFile(m_dir / "bad.json", R"({"files": [{"type": "jar", "path": "x"}]})");
+    test::writeFile(m_dir / "m.tag", "MESSAGE: x\n");
+    test::writeFile(m_dir / "n.tag", "MESSAGE: x\n");
+    test::writeFile(m_dir / "warned.json", R"({"files": [
+      {"type": "instructions", "path": "i.tag"}, {"type": "jvm-message", "path": "m.tag"},
+      {"type": "jvm-message", "path": "n.tag"}]})");
     test::writeFile(m_dir / "doubtful", test::launcherFileBytes({}));
   }
 
@@ -107,9 +112,37 @@ const ProgramRow kProgramRows[] = {
     {"list none", 1, "", "corvane-pack: none: No such file or directory\n"},
     {"check none", 1, "", "corvane-pack: none: No such file or directory\n"},
     {"pack bad.json --any-stub --stub stub --output x --base a --base b", 1, "",
+     "bad.json: error: no instruction script; the launcher says nothing and ends with status -1; "
+     "add a file of the type instructions\n"
+     "bad.json:1: error: files[0].path: there is no file \"x\" in ., a, b; make it, or name its "
+     "folder with --base\n"
+     "bad.json: 2 errors, 0 warnings\n"
+     "corvane-pack: nothing was packed; correct the errors, or go on with --no-check\n"},
+    {"pack bad.json --no-check --any-stub --stub stub --output x --base a --base b", 1, "",
      "corvane-pack: bad.json: files[0].path: there is no file \"x\" in ., a, b; make it, or name "
-     "its "
-     "folder with --base\n"},
+     "its folder with --base\n"},
+    {"pack warned.json --any-stub --stub stub --output x", 0, "x: 3 files, 120 bytes\n",
+     "warned.json:2: warning: m.tag is never used; of the files of the type jvm-message the "
+     "launcher "
+     "takes the last, n.tag; leave it out\n"
+     "warned.json: 0 errors, 1 warning\n"},
+    {"pack warned.json --strict --any-stub --stub stub --output y", 1, "",
+     "warned.json:2: error: m.tag is never used; of the files of the type jvm-message the launcher "
+     "takes the last, n.tag; leave it out\n"
+     "warned.json: 1 error, 0 warnings\n"
+     "corvane-pack: nothing was packed; correct the errors, or go on with --no-check\n"},
+    {"pack warned.json --no-check --any-stub --stub stub --output y", 0, "y: 3 files, 120 bytes\n",
+     ""},
+    {"check warned.json --strict", 1,
+     "warned.json:2: error: m.tag is never used; of the files of the type jvm-message the launcher "
+     "takes the last, n.tag; leave it out\n"
+     "warned.json: 1 error, 0 warnings\n",
+     ""},
+    {"check - <m.json", 0, "", ""},
+    {"check --json - <setup", 0,
+     "{\n  \"file\": \"standard input\",\n  \"errors\": 0,\n  \"warnings\": 0,\n"
+     "  \"findings\": []\n}\n",
+     ""},
     {"pack m.json --stub setup --output x", 1, "",
      "corvane-pack: setup carries files already; a stub is the bare launcher, as it is built\n"},
     {"list setup >/dev/full", 1, "", "corvane-pack: standard output cannot be written\n"},
@@ -250,7 +283,7 @@ class NoRoom : public ProgramTest {
     test::writeFile(m_dir / "big", std::string(300000, 'x'));
     test::writeFile(m_dir / "big.json", R"({"files": [{"type": "instructions", "path": "i.tag"},
                                                       {"type": "jar", "path": "big"}]})");
-    ASSERT_EQ(0, run("pack big.json --any-stub --stub stub --output setup").status);
+    ASSERT_EQ(0, run("pack big.json --no-check --any-stub --stub stub --output setup").status);
     ASSERT_EQ(0, mkdir((m_dir / "room").c_str(), 0755));
   }
 };
@@ -258,9 +291,9 @@ class NoRoom : public ProgramTest {
 // As set by ulimit(1).
 TEST_F(NoRoom, FilesMayNotGrow) {
   const RoomRow rows[] = {
-      {"pack", "pack big.json --any-stub --stub stub --output room/new", "",
+      {"pack", "pack big.json --no-check --any-stub --stub stub --output room/new", "",
        "corvane-pack: the launcher file cannot be written: File too large\n"},
-      {"pack over a file", "pack big.json --any-stub --stub stub --output setup", "",
+      {"pack over a file", "pack big.json --no-check --any-stub --stub stub --output setup", "",
        "corvane-pack: the launcher file cannot be written: File too large\n"},
       {"extract", "extract setup --output room", "",
        "corvane-pack: room/big cannot be written: File too large\n"},
@@ -285,7 +318,7 @@ TEST_F(NoRoom, TheDiskIsFull) {
     GTEST_SKIP() << "no mount namespace of one's own here";
   }
   const RoomRow rows[] = {
-      {"pack", "pack big.json --any-stub --stub stub --output room/new", "",
+      {"pack", "pack big.json --no-check --any-stub --stub stub --output room/new", "",
        "corvane-pack: the launcher file cannot be written: No space left on device\n"},
       {"extract", "extract setup --output room", "",
        "corvane-pack: room/big cannot be written: No space left on device\n"},
@@ -393,7 +426,7 @@ TEST_F(ProgramTest, FindsTheInstalledVerifyArchive) {
       test::writeFile(m_dir / "v.json", R"({"files": [{"type": ")" + std::string(type) +
                                             R"(", "path": "verify.jar"}]})");
       const Result result =
-          runShell("p/bin/corvane-pack pack v.json --any-stub --stub stub --output v");
+          runShell("p/bin/corvane-pack pack v.json --any-stub --no-check --stub stub --output v");
       EXPECT_EQ(type[0] == 'v' ? "v: 1 file, 47 bytes\n" : "", result.out) << result.err;
     }
   }

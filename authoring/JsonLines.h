@@ -1,0 +1,34 @@
+// JsonLines: the lines of a JSON text on which its values stand.
+#ifndef CORVANE_AUTHORING_JSONLINES_H
+#define CORVANE_AUTHORING_JSONLINES_H
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+namespace authoring {
+
+class JsonLines {
+ public:
+  using Json = nlohmann::json;
+  // Called with each key: the path of its object, and its name.
+  using KeyListener = std::function<void(const std::string& path)>;
+
+  // Parses a text in which comments may stand, and remembers the lines. Throws Json::parse_error.
+  // `doubledKey` is called with the path of a key that stands twice in its object.
+  Json parse(const std::string& text, const KeyListener& doubledKey);
+
+  // The line of a value by its path, as in "files[2].path": of its key, or of its first byte in a
+  // list. The line of what holds it when there is no such value; 0 without even that.
+  std::int32_t lineOf(std::string path) const;
+
+ private:
+  std::map<std::string, std::int32_t> m_lines;
+};
+
+}  // namespace authoring
+
+#endif
