@@ -150,7 +150,8 @@ std::string freeName(const LauncherFile& launcher, const std::string& stem,
   }
   std::string name = stem + ending;
   for (int number = 2; names.count(name) != 0; ++number) {
-    name = stem + "-" + std::to_string(number) + ending;
+    name = stem;
+    name.append("-").append(std::to_string(number)).append(ending);
   }
   return name;
 }

@@ -114,8 +114,8 @@ class HintCheck {
     if (hint.starts_with('~')) {
       warn(quoted + " begins with ~", std::string(kNotExpanded) + ": " + kNeverFound,
            "write the whole path, or name a variable in PLATFORM_HINT");
-    } else if (holds(hint, "$`") || hint.find("%") != hint.rfind("%") ||
-               hint.find("#") != hint.rfind("#") || hint.find("@") != hint.rfind("@")) {
+    } else if (holds(hint, "$`") || hint.find('%') != hint.rfind('%') ||
+               hint.find('#') != hint.rfind('#') || hint.find('@') != hint.rfind('@')) {
       warn(quoted + " holds the name of a variable", std::string(kNotExpanded) + ": " + kNeverFound,
            "name the variable in PLATFORM_HINT");
     } else if (holds(hint, "*?")) {

@@ -55,7 +55,8 @@ std::string differenceOf(const Candidate& candidate, const WantedJava& wanted) {
   for (std::size_t i = 0; i < count; ++i) {
     const auto& [name, expected] = wanted.properties[i];
     if (!matches(candidate.answers[i], expected)) {
-      return name + " is \"" + candidate.answers[i] + "\" and not \"" + expected + "\"";
+      std::string text = name + " is \"" + candidate.answers[i];
+      return text.append("\" and not \"").append(expected).append("\"");
     }
   }
   return "";

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "authoring/AuthoringError.h"
-#include "authoring/Completion.h"
 #include "authoring/BundleCommand.h"
+#include "authoring/Completion.h"
 #include "authoring/ExplainCommand.h"
 #include "authoring/Extractor.h"
 #include "authoring/FindingReport.h"

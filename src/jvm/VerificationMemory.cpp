@@ -1,5 +1,7 @@
 #include "jvm/VerificationMemory.h"
 
+#include <unistd.h>
+
 #include <cctype>
 #include <cstring>
 #include <memory>
@@ -11,7 +13,9 @@
 #include "platform/WorkingDirectory.h"
 #include "tagfile/Paths.h"
 
+#ifndef __linux__
 extern char** environ;
+#endif
 
 namespace {
 

@@ -77,8 +77,8 @@ class PlatformImpl {
   // it is a trial, "Error starting /bin/sh: " and "Error capturing stdout or stderr in new process:
   // ".
   [[nodiscard]] static ProcessResult executeProcess(const ProcessRequest& request);
-  // This process becomes the program `words[0]`, which is looked for on PATH, without a shell and in
-  // the current directory. Returns only when that fails. Throws Canceled as above.
+  // This process becomes the program `words[0]`, which is looked for on PATH, without a shell and
+  // in the current directory. Returns only when that fails. Throws Canceled as above.
   static void replaceProcess(const StringDeque& words);
   // Called just before the Java process starts; nothing to do on this platform.
   static void preJavaLaunch() {}

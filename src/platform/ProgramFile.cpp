@@ -15,14 +15,9 @@
 namespace {
 
 // ELF; Mach-O of 32 and 64 bits in either byte order; Mach-O for several processors.
-constexpr std::string_view kBinaryMarks[] = {
-    "\x7f"
-    "ELF",
-    "\xfe\xed\xfa\xce",
-    "\xfe\xed\xfa\xcf",
-    "\xce\xfa\xed\xfe",
-    "\xcf\xfa\xed\xfe",
-    "\xca\xfe\xba\xbe"};
+constexpr std::string_view kBinaryMarks[] = {"\177ELF",          "\xfe\xed\xfa\xce",
+                                             "\xfe\xed\xfa\xcf", "\xce\xfa\xed\xfe",
+                                             "\xcf\xfa\xed\xfe", "\xca\xfe\xba\xbe"};
 
 // The function of OpenJDK's library that its program calls. The program itself is small.
 constexpr std::string_view kOpenJDKEntry = "JLI_Launch";

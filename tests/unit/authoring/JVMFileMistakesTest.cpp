@@ -8,14 +8,16 @@ const std::vector<mistakes::Mistake> kRows = {
      "j",
      "PATH_HINT:",
      "PATH_HINTS:",
-     {"j:7: warning: PATH_HINTS is no tag that the launcher knows here; nothing reads it; did you mean "
+     {"j:7: warning: PATH_HINTS is no tag that the launcher knows here; nothing reads it; did you "
+      "mean "
       "PATH_HINT?"}},
     {"tag in small letters",
      "j",
      "JVM_EXE",
      "jvm_exe",
      {"j: error: JVM_EXE is missing; no JVM is ever accepted",
-      "j:2: warning: jvm_exe is no tag that the launcher knows here; nothing reads it; did you mean "
+      "j:2: warning: jvm_exe is no tag that the launcher knows here; nothing reads it; did you "
+      "mean "
       "JVM_EXE?"}},
     {"class path without its blank",
      "j",
