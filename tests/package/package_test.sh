@@ -50,9 +50,8 @@ done
 run "looking for the pages" test -s "$here/usr/share/man/man1/corvane-pack.1"
 
 cp -R -- "$doc/examples/sample" "$scratch/setup"
-cp -- "$build/java/textbox-setup.jar" "$scratch/setup/"
 cd -- "$scratch/setup"
-run "packing the sample" "$pack" pack manifest.json --output setup
+run "packing the sample" "$pack" pack manifest.json --base "$build/java" --output setup
 run "checking it" "$pack" check setup
 wants "corvane-launcher-any"
 run "running it" env CI=true ./setup -silent -dest "$scratch/installed"

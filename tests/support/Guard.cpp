@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -13,7 +14,6 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
-#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -24,8 +24,23 @@ extern char** environ;
 
 namespace test {
 
+namespace {
+
+// A background job of a shell ignores INT and QUIT, what runs below nohup ignores HUP.
+void heedSignalsAgain() {
+  for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGPIPE, SIGCHLD}) {
+    std::signal(number, SIG_DFL);
+  }
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+}  // namespace
+
 void fixSurroundings() {
   umask(022);
+  heedSignalsAgain();
   std::string names;  // one a line; unsetenv moves the entries after it
   for (char** entry = environ; *entry != nullptr; ++entry) {
     const std::string_view name(*entry, std::string_view(*entry).find('='));

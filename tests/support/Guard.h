@@ -15,7 +15,7 @@
 
 namespace test {
 
-// The same surroundings for everybody: umask 022, and no locale.
+// The same surroundings for everybody: umask 022, no locale, no signal ignored or blocked.
 void fixSurroundings();
 
 // Runs `body` under a guard and returns its result, or ends by the signal that ended it. Runs it
