@@ -23,6 +23,8 @@ constexpr const char* kJavaHome = "JAVA_HOME";
 constexpr std::string_view kJavaHomeSetting = "JAVA_HOME=";
 // From here on the status is the shell's own: it could not start the program, or a signal ended it.
 constexpr int kLeastStatusOfShell = 126;
+// No Java's answer is longer; a scan may meet many programs that say much.
+constexpr std::size_t kMostBytesKept = std::size_t{64} << 10;
 
 bool isPlainOutsideQuotes(char byte) {
   return std::isalnum(static_cast<unsigned char>(byte)) != 0 ||
@@ -61,14 +63,24 @@ bool contains(const SString& text, const SString& part) {
   return text.find(part) != SString::npos;
 }
 
+SString withoutSlashesAtEnd(SString path) {
+  while (path.size() > 1 && path.endsWith("/")) {
+    path.erase(path.size() - 1);
+  }
+  return path;
+}
+
 // What the launcher varies with the name is the name itself and JAVA_HOME.
-bool showsName(const VerificationQuestion& question, const KeptText& text) {
-  return contains(text.text(), question.name) || contains(text.text(), question.javaHome);
+bool showsName(const VerificationQuestion& question, const SString& text) {
+  return contains(text, directoryOf(question.name)) ||
+         contains(text, withoutSlashesAtEnd(question.javaHome));
 }
 
 bool isWorthKeeping(const VerificationQuestion& question, const ProcessResult& result) {
-  return result.endedByItself && result.startError.empty() && result.status < kLeastStatusOfShell &&
-         question.program.isBinary() && ProgramFile::at(question.name) == question.program;
+  const bool isShort = result.output.text().size() + result.errors.text().size() <= kMostBytesKept;
+  return isShort && result.endedByItself && result.startError.empty() &&
+         result.status < kLeastStatusOfShell && question.program.isBinary() &&
+         ProgramFile::at(question.name) == question.program;
 }
 
 // The same as a start does, up to where the Java would be run.
@@ -96,10 +108,12 @@ std::optional<VerificationQuestion> VerificationQuestion::of(const CommandText& 
   if (!program) {
     return std::nullopt;
   }
+  const SString home = PlatformImpl::getEnvironmentVariable(kJavaHome);
   return VerificationQuestion{.name = name,
                               .words = command.bytes().substr(end + 1),
                               .workingDir = workingDir,
-                              .javaHome = PlatformImpl::getEnvironmentVariable(kJavaHome),
+                              .javaHome = home,
+                              .realHome = ProgramFile::withoutLinks(home),
                               .environment = environmentWithoutJavaHome(),
                               .program = *std::move(program)};
 }
@@ -124,8 +138,8 @@ ProcessResult VerificationMemory::ask(const CommandText& command, const ProcessR
 // way is a link. OpenJDK's does not look at it.
 VerificationMemory::Names VerificationMemory::namesFor(const VerificationQuestion& question,
                                                        const ProcessResult& result) {
-  if (result.status != 0 || showsName(question, result.output) ||
-      showsName(question, result.errors)) {
+  if (result.status != 0 || showsName(question, result.output.text()) ||
+      showsName(question, result.errors.text())) {
     return Names::None;
   }
   return question.program.isOpenJDKLauncher() ? Names::All : Names::InSameFolder;
@@ -136,6 +150,7 @@ bool VerificationMemory::answers(const Answer& answer, const VerificationQuestio
   const bool isSameName = earlier.name == question.name && earlier.javaHome == question.javaHome;
   const bool isSameFolder = answer.names == Names::InSameFolder &&
                             earlier.program.folder == question.program.folder &&
+                            earlier.realHome == question.realHome &&
                             baseNameOf(earlier.name) == baseNameOf(question.name);
   return (isSameName || isSameFolder || answer.names == Names::All) &&
          earlier.program == question.program && earlier.words == question.words &&

@@ -27,6 +27,7 @@ struct VerificationQuestion {
   SString words;  // the rest of the command
   SString workingDir;
   SString javaHome;
+  SString realHome;     // JAVA_HOME without links
   SString environment;  // without JAVA_HOME
   ProgramFile program;
 };

@@ -30,13 +30,6 @@ std::string beginningOf(const SString& path, std::size_t count) {
   return bytes;
 }
 
-// Empty when nothing is there.
-SString withoutLinks(const SString& path) {
-  const std::unique_ptr<char, decltype(&std::free)> realPath(realpath(path.c_str(), nullptr),
-                                                             &std::free);
-  return realPath == nullptr ? SString() : SString(realPath.get());
-}
-
 bool isSameTime(const timespec& a, const timespec& b) {
   return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
@@ -52,6 +45,12 @@ void setTimes(ProgramFile& program, const struct stat& status) {
 }
 
 }  // namespace
+
+SString ProgramFile::withoutLinks(const SString& path) {
+  const std::unique_ptr<char, decltype(&std::free)> realPath(realpath(path.c_str(), nullptr),
+                                                             &std::free);
+  return realPath == nullptr ? SString() : SString(realPath.get());
+}
 
 std::optional<ProgramFile> ProgramFile::at(const SString& path) {
   ProgramFile program;

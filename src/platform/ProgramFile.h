@@ -15,6 +15,8 @@
 struct ProgramFile {
   // Empty when nothing, or no ordinary file, is there.
   static std::optional<ProgramFile> at(const SString& path);
+  // The absolute path behind all links; empty when nothing is there.
+  static SString withoutLinks(const SString& path);
 
   // False after each change that the system tells of. The folder does not count.
   bool operator==(const ProgramFile& other) const;
