@@ -100,7 +100,10 @@ bool CommandTree::isStillOurShell(pid_t process) {
 
 void CommandTree::end(pid_t shell) const {
   kill(shell, SIGKILL);
-  for (int round = 0; round < kRounds && !endOnce(shell); ++round) {
+  // While processes end, the system may leave one out of its list: only a second look is certain.
+  int looksWithoutFind = 0;
+  for (int round = 0; round < kRounds && looksWithoutFind < 2; ++round) {
+    looksWithoutFind = endOnce(shell) ? looksWithoutFind + 1 : 0;
     poll(nullptr, 0, 1);
   }
 }
