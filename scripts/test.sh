@@ -94,7 +94,7 @@ test_big_endian() {
 # emulator keeps the signal), and tests whose stubs or roots hold nothing for the emulator.
 not_emulated='Scan*:*HandOver*:*HandedOver*:Failures.WithoutMemory*:Failures.WithBorrowedRights*'
 not_emulated+=':ActionResults.ASearchThatFailsUnexpectedly:Run.UnderNohup*:Cancel.TheSecondSignal*'
-not_emulated+=':Find.JvmsThat*:*AskedOnce*'
+not_emulated+=':Find.JvmsThat*:*AskedOnce*:Explain.AJavaThatHangs'
 
 end_to_end_on_aarch64() {
     local shard status=0 jobs=()

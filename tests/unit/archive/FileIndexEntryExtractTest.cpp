@@ -377,8 +377,9 @@ TEST(FileIndexEntry, StopsBetweenTwoChunks) {
     std::fwrite(bytes.data(), 1, kChunk - 1, file.get());
     std::fflush(file.get());
     for (int unread = 1; unread > 0 && ioctl(fileno(file.get()), FIONREAD, &unread) == 0;) {
-      usleep(100);  // until the copy waits for the last byte of the chunk
+      usleep(100);  // until the copy has read so much
     }
+    usleep(50000);  // and waits for the last byte of the chunk
     PlatformTestAccess::setCanceled(true);
     std::fwrite(bytes.data() + kChunk - 1, 1, 100, file.get());
   });
