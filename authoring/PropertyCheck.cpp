@@ -69,7 +69,7 @@ bool isNamed(std::string_view text, std::string_view bytes) {
   return text.find_first_of(bytes) != std::string_view::npos;
 }
 
-// True when `text`, or a longer one if `isPrefix`, is a version as the specification is numbered:
+// True when `text`, or a longer one if `isPrefix`, is numbered as the lines of Java are:
 // 1.0 to 1.8, then 9 and on.
 bool isSpecificationVersion(std::string_view text, bool isPrefix) {
   if (text.starts_with("1.")) {

@@ -8,7 +8,7 @@
 namespace {
 
 constexpr const char* kEmptyExpression = " Empty expression.";
-constexpr const char* kInvalidSpecification = " Invalid variable specification.";
+constexpr const char* kUnclosedReference = " Invalid variable specification.";
 constexpr const char* kInvalidNumber = "Invalid numeric expression (";
 constexpr const char* kInvalidBoolean = " Invalid boolean value (";
 constexpr const char* kNoEndingQuote = "Expected ending quote in ";
@@ -35,7 +35,7 @@ bool Instructions::substitute(SString& text, std::string_view prefix, std::uint3
   bool replaced = false;
   for (Reference reference = findReference(text, 0); reference.kind != Reference::kNone;) {
     if (reference.kind == Reference::kUnclosed) {
-      throwException(SString(prefix) + kInvalidSpecification);
+      throwException(SString(prefix) + kUnclosedReference);
     }
     if (++count > kUnwatchedSubstitutions) {
       PlatformImpl::throwIfCanceled();

@@ -105,7 +105,7 @@ const std::vector<mistakes::Mistake> kRows = {
      "version = 8",
      {"j:4: error: JVM_PROPERTIES: no Java says \"8\" for java.specification.version; it is 1.8 "
       "and less up to Java 8, and a whole number from Java 9 on; write 1.8"}},
-    {"update of a specification",
+    {"update where a line is asked for",
      "j",
      "version = 17",
      "version = 17.0.2",
