@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
-"""Checks that docs/troubleshooting.md and the launcher's texts agree, and corvane-launcher(1) and the
-launcher's options.
+"""Checks that docs/troubleshooting.md and the launcher's texts agree, corvane-launcher(1) and the
+launcher's options, corvane-launcher-files(5) and the names in tag files.
 
 Usage: docs_test.py PROJECT
 
 Every text that the page explains, `**`text {place}`**`, must be made of string literals of src/ and
 entries of the message catalogue; and every literal and entry that reads like words must stand on the
-page. The manual page must name every option. Prints each problem and ends with status 1 when there is any.
+page. The manual page must name every option, that of the files every tag, command and function. Prints each
+problem and ends with status 1 when there is any.
 """
 import pathlib
 import re
@@ -16,6 +17,8 @@ EXPLAINED = re.compile(r"\*\*`([^`]+)`\*\*")
 PLACE = re.compile(r"\{\w+\}")
 FORMAT = re.compile(r"%l?[sd]")
 OPTION = re.compile(r'^ *\{"(-[a-z:]+)", (?:true|false),', re.MULTILINE)
+CONSTANT = re.compile(r'constexpr const char\* k\w+ = "(\w+)";')
+ROW = re.compile(r'^ *\{"(\w+)", (?:Command|Function)::', re.MULTILINE)
 WORDS = re.compile(r"[A-Za-z]{2,} [A-Za-z]{2,}")
 # A comment, or string literals that the compiler joins.
 TOKEN = re.compile(r'//[^\n]*|"(?:[^"\\\n]|\\.)*"(?:\s*"(?:[^"\\\n]|\\.)*")*|\'(?:[^\'\\]|\\.)\'')
@@ -70,12 +73,25 @@ def options_that_the_manual_lacks(root):
             yield f"docs/man/corvane-launcher.1.in does not name the option {option}"
 
 
+def names_that_the_page_of_files_lacks(root):
+    manual = (root / "docs" / "man" / "corvane-launcher-files.5.in").read_text()
+    rooms = {"tagfile/TagNames.h": CONSTANT, "instructions/ScriptGrammar.cpp": ROW,
+             "launchscript/LaunchScriptGrammar.cpp": ROW}
+    for room, pattern in rooms.items():
+        names = pattern.findall((root / "src" / room).read_text())
+        if len(names) < 9:
+            yield f"only {len(names)} names were found in src/{room}"
+        for name in names:
+            if not re.search(rf"(?<!\w){name}(?!\w)", manual):
+                yield f"docs/man/corvane-launcher-files.5.in does not name {name} of src/{room}"
+
+
 def main():
     root = pathlib.Path(sys.argv[1])
     page = re.sub(r"\n\s*", " ", (root / "docs" / "troubleshooting.md").read_text())
     catalogue = set(catalogue_texts(root))
     texts = {part for text in source_texts(root) | catalogue for part in FORMAT.split(text) if part}
-    problems = list(options_that_the_manual_lacks(root))
+    problems = [*options_that_the_manual_lacks(root), *names_that_the_page_of_files_lacks(root)]
     for explained in EXPLAINED.findall(page):
         for piece in PLACE.split(explained):
             if piece.strip() and not is_made_of(piece, texts):

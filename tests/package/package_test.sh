@@ -47,7 +47,9 @@ for file in copyright README.md CHANGELOG.md docs/licences.md docs/authoring.md 
     examples/sample/manifest.json; do
     run "looking for $file" test -s "$doc/$file"
 done
-run "looking for the pages" test -s "$here/usr/share/man/man1/corvane-pack.1"
+for page in man1/corvane-pack.1 man1/corvane-launcher.1 man5/corvane-launcher-files.5; do
+    run "looking for $page" test -s "$here/usr/share/man/$page"
+done
 
 cp -R -- "$doc/examples/sample" "$scratch/setup"
 cd -- "$scratch/setup"
