@@ -371,6 +371,9 @@ TEST(FileIndexEntry, StopsBetweenTwoChunks) {
   const std::string bytes = pattern(2 * kChunk);
   const std::string pipe = extraction.dir() / "pipe";
   ASSERT_EQ(0, mkfifo(pipe.c_str(), 0600));
+  // The launcher file is opened twice. Between the two the feeder must not be without a reader.
+  const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  ASSERT_NE(-1, reader);
   LauncherTestAccess::setLauncherFileName(pipe);
   std::thread feeder([&] {
     const FilePtr file = openFile(pipe.c_str(), "wb");
@@ -389,6 +392,7 @@ TEST(FileIndexEntry, StopsBetweenTwoChunks) {
       extraction.extract({4, 1, 2 * kChunk, 0, "installer", {}}, extraction.out());
   EXPECT_EQ(1, countDots(test::endCapture()));
   feeder.join();
+  close(reader);
   PlatformTestAccess::setCanceled(false);
   EXPECT_EQ("Canceled by the user.", result);
   EXPECT_TRUE(bytes.substr(0, kChunk) == test::readFile(extraction.file("installer")));
