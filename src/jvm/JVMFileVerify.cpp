@@ -116,7 +116,7 @@ bool JVMFile::performVerify(const SString& home, const VerifyClass& verifyClass)
   m_tagFile.setOwnValue(tagname::kJVMHome, home);
   StringPairPtrDeque properties;
   LaunchScript script(buildVerifyCommand(home, verifyClass, properties), true);
-  const ProcessResult& trial = script.tryOut(*this, verifyClass.isPlain);
+  const ProcessResult& trial = script.tryOut(*this, verifyClass.isPacked);
   PlatformImpl::throwIfCanceled();
   const bool isAccepted =
       hasEndedInTime(trial, home) && verifyJVMOutput(trial.output.beginning(), properties);

@@ -2,8 +2,6 @@
 
 #include <unistd.h>
 
-#include <cctype>
-#include <cstring>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -23,25 +21,28 @@ constexpr const char* kJavaHome = "JAVA_HOME";
 constexpr std::string_view kJavaHomeSetting = "JAVA_HOME=";
 // From here on the status is the shell's own: it could not start the program, or a signal ended it.
 constexpr int kLeastStatusOfShell = 126;
+// How a Java refuses a class that is made for later ones.
+constexpr int kUncaughtException = 1;
+constexpr const char* kTooOldForClass = "java.lang.UnsupportedClassVersionError";
 // No Java's answer is longer; a scan may meet many programs that say much.
 constexpr std::size_t kMostBytesKept = std::size_t{64} << 10;
 
-bool isPlainOutsideQuotes(char byte) {
-  return std::isalnum(static_cast<unsigned char>(byte)) != 0 ||
-         std::strchr(" +,-./:=@%_^", byte) != nullptr;
-}
+constexpr std::string_view kPlainOutsideQuotes =
+    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789 +,-./:=@%_^";
+constexpr std::string_view kNotPlainInQuotes("$`\\\0", 4);
 
-bool isPlainInQuotes(char byte) {
-  return std::strchr("$`\\", byte) == nullptr;
+bool isPlain(char byte, bool isInQuotes) {
+  return isInQuotes ? kNotPlainInQuotes.find(byte) == std::string_view::npos
+                    : kPlainOutsideQuotes.find(byte) != std::string_view::npos;
 }
 
 // True when the shell takes the text for words, some of them in double quotes, and expands nothing.
-bool isPlain(std::string_view shape) {
+bool hasOnlyPlainWords(std::string_view shape) {
   bool isInQuotes = false;
   for (const char byte : shape) {
     if (byte == '"') {
       isInQuotes = !isInQuotes;
-    } else if (!(isInQuotes ? isPlainInQuotes(byte) : isPlainOutsideQuotes(byte))) {
+    } else if (!isPlain(byte, isInQuotes)) {
       return false;
     }
   }
@@ -76,11 +77,15 @@ bool showsName(const VerificationQuestion& question, const SString& text) {
          contains(text, withoutSlashesAtEnd(question.javaHome));
 }
 
+// Such a Java answers by its own version and that of the class.
+bool isTooOldForClass(const ProcessResult& result) {
+  return result.status == kUncaughtException && contains(result.errors.text(), kTooOldForClass);
+}
+
 bool isWorthKeeping(const VerificationQuestion& question, const ProcessResult& result) {
   const bool isShort = result.output.text().size() + result.errors.text().size() <= kMostBytesKept;
   return isShort && result.endedByItself && result.startError.empty() &&
-         result.status < kLeastStatusOfShell && question.program.isBinary() &&
-         ProgramFile::at(question.name) == question.program;
+         result.status < kLeastStatusOfShell && ProgramFile::at(question.name) == question.program;
 }
 
 // The same as a start does, up to where the Java would be run.
@@ -100,7 +105,7 @@ std::optional<VerificationQuestion> VerificationQuestion::of(const CommandText& 
   const SString& shape = command.shape();
   const std::size_t end = shape.find('"', 1);
   const bool isAbsolute = shape.startsWith("\"") && command.bytes()[1] == '/';
-  if (!isAbsolute || end == SString::npos || shape[end + 1] != ' ' || !isPlain(shape)) {
+  if (!isAbsolute || end == SString::npos || shape[end + 1] != ' ' || !hasOnlyPlainWords(shape)) {
     return std::nullopt;
   }
   const SString name = command.bytes().substr(1, end - 1);
@@ -119,7 +124,7 @@ std::optional<VerificationQuestion> VerificationQuestion::of(const CommandText& 
 }
 
 ProcessResult VerificationMemory::ask(const CommandText& command, const ProcessRequest& request,
-                                      bool isPlain) {
+                                      bool isPackedClass) {
   const std::optional<VerificationQuestion> question =
       VerificationQuestion::of(command, request.workingDir);
   if (question) {
@@ -129,20 +134,32 @@ ProcessResult VerificationMemory::ask(const CommandText& command, const ProcessR
   }
   ProcessResult result = PlatformImpl::executeProcess(request);
   if (question && isWorthKeeping(*question, result)) {
-    m_answers.push_back({*question, result, isPlain ? namesFor(*question, result) : Names::None});
+    keep(*question, result, isPackedClass);
   }
   return result;
+}
+
+void VerificationMemory::keep(const VerificationQuestion& question, const ProcessResult& result,
+                              bool isPackedClass) {
+  const ProgramFile::Kind kind = question.program.kind();
+  if (kind != ProgramFile::Kind::Script) {
+    m_answers.push_back(
+        {question, result, isPackedClass ? namesFor(question, kind, result) : Names::None});
+  }
 }
 
 // A program that looks at its name finds the same parts beside itself where only a folder on the
 // way is a link. OpenJDK's does not look at it.
 VerificationMemory::Names VerificationMemory::namesFor(const VerificationQuestion& question,
+                                                       ProgramFile::Kind kind,
                                                        const ProcessResult& result) {
-  if (result.status != 0 || showsName(question, result.output.text()) ||
-      showsName(question, result.errors.text())) {
+  if (showsName(question, result.output.text()) || showsName(question, result.errors.text())) {
     return Names::None;
   }
-  return question.program.isOpenJDKLauncher() ? Names::All : Names::InSameFolder;
+  if (kind == ProgramFile::Kind::OpenJDKLauncher) {
+    return result.status == 0 || isTooOldForClass(result) ? Names::All : Names::None;
+  }
+  return result.status == 0 ? Names::InSameFolder : Names::None;
 }
 
 bool VerificationMemory::answers(const Answer& answer, const VerificationQuestion& question) {

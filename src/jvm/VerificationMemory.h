@@ -4,8 +4,8 @@
 // An answer is that of a real start. It is taken again only where another start would be the same:
 // of the same file, unchanged, with the same words behind its name, in the same directory and
 // environment. A command that is more than plain words to the shell is never remembered, nor is a
-// script, nor a start that did not end by itself. Every other command that the launcher runs may
-// have changed a Java, so that all is forgotten then. docs/jvm-file.md tells authors.
+// script, nor a start that did not end by itself. A wizard or an installer may have changed a Java,
+// so that all is forgotten when one is run. docs/jvm-file.md tells authors.
 #ifndef CORVANE_JVM_VERIFICATIONMEMORY_H
 #define CORVANE_JVM_VERIFICATIONMEMORY_H
 
@@ -34,13 +34,14 @@ struct VerificationQuestion {
 
 class VerificationMemory {
  public:
-  // Answers as `PlatformImpl::executeProcess` does, the progress that it shows included. `isPlain`:
-  // the class prints properties and nothing else, so that only the Java decides on the answer.
-  ProcessResult ask(const CommandText& command, const ProcessRequest& request, bool isPlain);
+  // Answers as `PlatformImpl::executeProcess` does, the progress that it shows included.
+  // `isPackedClass`: the class prints properties and nothing else, so that only the Java decides on
+  // the answer.
+  ProcessResult ask(const CommandText& command, const ProcessRequest& request, bool isPackedClass);
 
   // The memory of this run.
   static VerificationMemory& ofRun();
-  // For whoever runs another command.
+  // For whoever runs a wizard or an installer.
   static void forget();
 
  private:
@@ -53,7 +54,9 @@ class VerificationMemory {
     Names names;
   };
 
-  static Names namesFor(const VerificationQuestion& question, const ProcessResult& result);
+  void keep(const VerificationQuestion& question, const ProcessResult& result, bool isPackedClass);
+  static Names namesFor(const VerificationQuestion& question, ProgramFile::Kind kind,
+                        const ProcessResult& result);
   static bool answers(const Answer& answer, const VerificationQuestion& question);
   const ProcessResult* find(const VerificationQuestion& question) const;
 

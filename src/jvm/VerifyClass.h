@@ -9,7 +9,7 @@
 struct VerifyClass {
   CommandText classpath;
   CommandText name;
-  bool isPlain = false;  // it is the packed one, which prints the properties and nothing else
+  bool isPacked = false;  // it prints the properties and nothing else
 
   bool empty() const { return classpath.empty() && name.empty(); }
 };

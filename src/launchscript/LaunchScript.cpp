@@ -133,14 +133,14 @@ int LaunchScript::execute(const JVMFile& jvm, const StringDeque* extraArgs, bool
   return m_lastRun.status;
 }
 
-const ProcessResult& LaunchScript::tryOut(const JVMFile& jvm, bool isPlain) {
+const ProcessResult& LaunchScript::tryOut(const JVMFile& jvm, bool isPackedClass) {
   m_lastRun = {};
   const CommandText command = resolve(jvm);
   ProcessRequest request = makeRequest(command);
   request.captures = true;
   request.isTrial = true;
   run(jvm, request, command.bytes(),
-      [&] { return VerificationMemory::ofRun().ask(command, request, isPlain); });
+      [&] { return VerificationMemory::ofRun().ask(command, request, isPackedClass); });
   return m_lastRun;
 }
 

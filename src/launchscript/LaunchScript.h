@@ -35,8 +35,8 @@ class LaunchScript : public MacroHandler {
   // byte for byte, and returns its exit code. JAVA_HOME names the JVM during the run.
   [[nodiscard]] int execute(const JVMFile& jvm, const StringDeque* extraArgs, bool forceConsole);
   // Resolves the command and runs it as a trial of the JVM (ProcessRequest::isTrial), unless
-  // VerificationMemory, which explains `isPlain`, knows the answer. The output is captured.
-  [[nodiscard]] const ProcessResult& tryOut(const JVMFile& jvm, bool isPlain);
+  // VerificationMemory, which explains `isPackedClass`, knows the answer. The output is captured.
+  [[nodiscard]] const ProcessResult& tryOut(const JVMFile& jvm, bool isPackedClass);
 
   // Output of the last run; empty when it was not captured.
   SString getStdOut() const { return m_lastRun.output.text(); }

@@ -118,7 +118,7 @@ void ChildProcess::fork(const char* const* arguments) {
   std::fill(std::begin(g_signals.m_unheard), std::end(g_signals.m_unheard), Unheard::None);
   g_signals.m_childRuns = 1;
   if (m_request.isTrial) {
-    setpgid(child, child);  // here as well, since either may come first
+    setpgid(child, child);  // as the child does: the group is there before either goes on
     m_date = m_startedAt + kTrialLimits.duration;
   }
 }

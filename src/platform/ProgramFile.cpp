@@ -14,20 +14,42 @@
 
 namespace {
 
-// ELF; Mach-O of 32 and 64 bits in either byte order; Mach-O for several processors.
-constexpr std::string_view kBinaryMarks[] = {"\177ELF",          "\xfe\xed\xfa\xce",
-                                             "\xfe\xed\xfa\xcf", "\xce\xfa\xed\xfe",
-                                             "\xcf\xfa\xed\xfe", "\xca\xfe\xba\xbe"};
+// ELF; Mach-O of 32 and 64 bits in either byte order.
+constexpr std::string_view kBinaryMarks[] = {"\177ELF", "\xfe\xed\xfa\xce", "\xfe\xed\xfa\xcf",
+                                             "\xce\xfa\xed\xfe", "\xcf\xfa\xed\xfe"};
+
+// Mach-O for several processors begins as a Java class does, which some systems run, too. Then
+// comes the number of processors there, a version from 45 on here: both in four bytes, the highest
+// first.
+constexpr std::string_view kMarkOfSeveral("\xca\xfe\xba\xbe\0\0\0", 7);
+constexpr unsigned char kFirstClassVersion = 45;
+constexpr std::size_t kLongestMark = kMarkOfSeveral.size() + 1;
 
 // The function of OpenJDK's library that its program calls. The program itself is small.
 constexpr std::string_view kOpenJDKEntry = "JLI_Launch";
-constexpr std::size_t kLargestOpenJDKLauncher = std::size_t{512} << 10;
+constexpr off_t kLargestOpenJDKLauncher = off_t{512} << 10;
+#ifdef __linux__
+constexpr bool kOpenJDKIgnoresName = true;
+#else
+constexpr bool kOpenJDKIgnoresName = false;  // there it may look at it
+#endif
 
 std::string beginningOf(const SString& path, std::size_t count) {
   std::string bytes(count, '\0');
   const FilePtr file = openFile(path, "rb");
   bytes.resize(file == nullptr ? 0 : std::fread(bytes.data(), 1, count, file.get()));
   return bytes;
+}
+
+bool isForSeveralProcessors(const std::string& bytes) {
+  return bytes.size() >= kLongestMark && bytes.starts_with(kMarkOfSeveral) &&
+         static_cast<unsigned char>(bytes[kMarkOfSeveral.size()]) < kFirstClassVersion;
+}
+
+bool isBinary(const std::string& bytes) {
+  return isForSeveralProcessors(bytes) ||
+         std::any_of(std::begin(kBinaryMarks), std::end(kBinaryMarks),
+                     [&](std::string_view mark) { return bytes.starts_with(mark); });
 }
 
 bool isSameTime(const timespec& a, const timespec& b) {
@@ -74,17 +96,13 @@ bool ProgramFile::operator==(const ProgramFile& other) const {
          isSameTime(changed, other.changed);
 }
 
-bool ProgramFile::isBinary() const {
-  const std::string mark = beginningOf(path, kBinaryMarks[0].size());
-  return std::find(std::begin(kBinaryMarks), std::end(kBinaryMarks), mark) !=
-         std::end(kBinaryMarks);
-}
-
-bool ProgramFile::isOpenJDKLauncher() const {
-#ifdef __linux__
-  return size <= static_cast<off_t>(kLargestOpenJDKLauncher) &&
-         beginningOf(path, static_cast<std::size_t>(size)).find(kOpenJDKEntry) != std::string::npos;
-#else
-  return false;  // there it may look at its name
-#endif
+ProgramFile::Kind ProgramFile::kind() const {
+  const bool isSmall = size <= kLargestOpenJDKLauncher;
+  const std::string bytes =
+      beginningOf(path, isSmall ? static_cast<std::size_t>(size) : kLongestMark);
+  if (!isBinary(bytes)) {
+    return Kind::Script;
+  }
+  const bool isOpenJDKs = isSmall && bytes.find(kOpenJDKEntry) != std::string::npos;
+  return kOpenJDKIgnoresName && isOpenJDKs ? Kind::OpenJDKLauncher : Kind::Binary;
 }

@@ -13,6 +13,13 @@
 #include "util/SString.h"
 
 struct ProgramFile {
+  enum class Kind {
+    Script,          // what another program reads: a shell's script, a Java class
+    Binary,          // what the processor runs: ELF, Mach-O
+    OpenJDKLauncher  // the program "java" of OpenJDK and its descendants, a binary that knows
+                     // itself by its file alone, never by the name that it was started by
+  };
+
   // Empty when nothing, or no ordinary file, is there.
   static std::optional<ProgramFile> at(const SString& path);
   // The absolute path behind all links; empty when nothing is there.
@@ -20,11 +27,8 @@ struct ProgramFile {
 
   // False after each change that the system tells of. The folder does not count.
   bool operator==(const ProgramFile& other) const;
-  // True for what the processor runs (ELF, Mach-O), false for scripts. Reads the file.
-  bool isBinary() const;
-  // True for the program "java" of OpenJDK and its descendants, which knows itself by its file
-  // alone, never by the name that it was started by. Reads the file.
-  bool isOpenJDKLauncher() const;
+  // Reads the file. What cannot be read is taken for a script.
+  Kind kind() const;
 
   SString path;    // absolute, without links
   SString folder;  // the one that the program finds itself in by its name: without links, too

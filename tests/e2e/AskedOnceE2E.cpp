@@ -60,6 +60,14 @@ class AskedOnce : public LauncherTest {
     fs::copy_file(java(), dir("copy/bin/java"));
     test::writeScript(dir("script/bin/java"), "#!/bin/sh\nexec '" + java() + "' \"$@\"\n");
   }
+  // In place of those that are there, and of the embedded files.
+  void makeHomesAnew(const std::string& way) {
+    for (const char* home : {"jdk", "link", "exe", "hard", "copy", "script"}) {
+      fs::remove_all(dir(home));
+    }
+    forgetFiles();
+    makeHomes(way);
+  }
   std::string java() const { return dir("jdk/bin/java"); }
 
   // As a program that may look at its name.
@@ -91,9 +99,8 @@ class AskedOnce : public LauncherTest {
   int starts() const {
     int count = 0;
     for (const char* home : {"jdk", "hard", "copy"}) {
-      const std::string lines =
-          fs::exists(dir(home) + "/starts") ? test::readFile(dir(home) + "/starts") : "";
-      count += static_cast<int>(std::count(lines.begin(), lines.end(), '\n'));
+      const std::string file = dir(home) + "/starts";
+      count += fs::exists(file) ? test::countOf("\n", test::readFile(file)) : 0;
     }
     return count;
   }
@@ -158,8 +165,43 @@ const Row kRows[] = {
      .jvmFiles = {kEighteen, kNineteen},
      .starts = 2},
     {.name = "one that fails, under each name",
-     .way = "fails",
+     .way = "ends with 1",
      .homes = {"jdk", "link"},
+     .jvmFiles = {kEighteen, kNineteen},
+     .starts = 2},
+    {.name = "one that is too old for the class",
+     .way = "is too old, 1",
+     .homes = {"jdk", "link", "exe"},
+     .jvmFiles = {kEighteen, kNineteen},
+     .starts = 1},
+    {.name = "one that is too old for the class, and shows its name",
+     .way = "is too old and shows its name",
+     .homes = {"jdk", "link"},
+     .jvmFiles = {kEighteen, kNineteen},
+     .starts = 2},
+    {.name = "one that says on its output that it is too old",
+     .way = "is too old for all to see",
+     .homes = {"jdk", "link"},
+     .jvmFiles = {kEighteen, kNineteen},
+     .starts = 2},
+    {.name = "one that is too old by another status",
+     .way = "is too old, 2",
+     .homes = {"jdk", "link"},
+     .jvmFiles = {kEighteen, kNineteen},
+     .starts = 2},
+    {.name = "the last status that is not the shell's",
+     .way = "ends with 125",
+     .homes = {"jdk"},
+     .jvmFiles = {kEighteen, kNineteen},
+     .starts = 1},
+    {.name = "the status of a program that cannot be run",
+     .way = "ends with 126",
+     .homes = {"jdk"},
+     .jvmFiles = {kEighteen, kNineteen},
+     .starts = 2},
+    {.name = "the status of a program that is not there",
+     .way = "ends with 127",
+     .homes = {"jdk"},
      .jvmFiles = {kEighteen, kNineteen},
      .starts = 2},
     {.name = "one that is ended by a signal",
@@ -180,10 +222,26 @@ const Row kRows[] = {
      .starts = 2,
      .hasty = "yes"},
     {.name = "an answer in several chunks",
-     .way = "says much",
+     .way = "says 9000",
      .homes = {"jdk", "link"},
      .jvmFiles = {kEighteen, kNineteen, kSeventeen},
      .starts = 1},
+    // With a line's end, the magic line and the version.
+    {.name = "64 KiB",
+     .way = "says " + std::to_string((64 << 10) - 1 - 11 - 7),
+     .homes = {"jdk"},
+     .jvmFiles = {kEighteen, kNineteen},
+     .starts = 1},
+    {.name = "more than 64 KiB",
+     .way = "says " + std::to_string((64 << 10) - 11 - 7),
+     .homes = {"jdk"},
+     .jvmFiles = {kEighteen, kNineteen},
+     .starts = 2},
+    {.name = "more than 1 MiB, of which the answer is cut off",
+     .way = "says " + std::to_string(1 << 20),
+     .homes = {"jdk"},
+     .jvmFiles = {kEighteen, kNineteen},
+     .starts = 2},
 };
 
 class AskedOnceRow : public AskedOnce, public testing::WithParamInterface<Row> {};
@@ -205,13 +263,9 @@ INSTANTIATE_TEST_SUITE_P(Rows, AskedOnceRow, testing::ValuesIn(kRows),
 
 // A script that becomes the same program is run each time: the launcher's words are the same.
 TEST_F(AskedOnce, NothingElseTells) {
-  for (const char* way : {"", "says much", "fails"}) {
+  for (const char* way : {"", "says 9000", "ends with 1", "is too old, 1"}) {
     SCOPED_TRACE(way);
-    fs::remove_all(dir("jdk"));
-    for (const char* home : {"link", "exe", "hard", "copy", "script"}) {
-      fs::remove_all(dir(home));
-    }
-    makeHomes(way);
+    makeHomesAnew(way);
     const std::vector<std::string> tags = {kEighteen, kNineteen, kTwoValues, kSeventeen};
     Result results[2];
     for (Result& result : results) {
@@ -225,14 +279,15 @@ TEST_F(AskedOnce, NothingElseTells) {
     }
     EXPECT_EQ(results[1].log, results[0].log);
     EXPECT_EQ(withoutProgress(results[1].out), withoutProgress(results[0].out));
-    EXPECT_NE(std::string::npos, results[0].log.find("Found matching JVM"));
+    const bool isGood = std::string(way) != "is too old, 1";
+    EXPECT_EQ(isGood, results[0].log.find("Found matching JVM") != std::string::npos);
   }
 }
 
 // 9,000 bytes are three chunks or, on a busy machine, more; the repetitions show as many as the
 // start.
 TEST_F(AskedOnce, TheProgressIsThatOfTheStart) {
-  makeHomes("says much");
+  makeHomes("says 9000");
   embedSearch({"jdk"}, {kEighteen, kNineteen, kEighteen});
   const std::string out = run().out;
   const std::string progress = out.substr(out.find("Machine...") + 10);
@@ -251,15 +306,62 @@ TEST_F(AskedOnce, AProgramThatMayLookAtItsNameIsAskedUnderEachName) {
   EXPECT_EQ(2, starts());
 }
 
-// Its word is not that of the packed one, that it prints properties and nothing else.
-TEST_F(AskedOnce, AClassOfTheInputFileIsAskedUnderEachName) {
-  makeHomes("");
-  embedSearch({"jdk", "link"}, {kEighteen, kNineteen});
-  const std::string input = test::writeFile(
-      dir("input"),
-      "VERIFY_CLASSPATH: \"\"\"x.jar\"\"\"\nVERIFY_CLASS_NAME: Mine\nACTION: SEARCH\n");
-  run({"-cv:in", input});
-  EXPECT_EQ(2, starts());
+// Nobody says of it, as of the packed one, that it prints properties and nothing else.
+TEST_F(AskedOnce, AClassOfTheInputFileIsAskedOnceUnderEachName) {
+  const std::vector<std::string> homes = {"jdk", "link"};
+  for (int names = 1; names <= 2; ++names) {
+    SCOPED_TRACE(names);
+    makeHomesAnew("");
+    embedSearch({homes.begin(), homes.begin() + names}, {kEighteen, kNineteen, kEighteen});
+    pack();
+    const std::string input = test::writeFile(
+        dir("input"),
+        "VERIFY_CLASSPATH: \"\"\"x.jar\"\"\"\nVERIFY_CLASS_NAME: Mine\nACTION: SEARCH\n");
+    run({"-cv:in", input});
+    EXPECT_EQ(names, starts());
+  }
+}
+
+// By a hint the home is DIR/jdk, by PATH it is DIR/jdk/, twice.
+TEST_F(AskedOnce, AHomeFromPathHasASlashAtItsEnd) {
+  struct SlashRow {
+    const char* way;
+    bool isOpenJDKs;
+    int starts;
+  };
+  const SlashRow rows[] = {
+      {"", true, 1}, {"", false, 1}, {"shows JAVA_HOME", true, 2}, {"ends with 1", true, 2}};
+  for (const SlashRow& row : rows) {
+    SCOPED_TRACE(row.way);
+    makeHomesAnew(row.way);
+    if (!row.isOpenJDKs) {
+      makeOtherKind();
+    }
+    setEnv("PATH", dir("jdk/bin") + ":" + dir("jdk/bin/"));
+    embedSearch({"jdk"}, {kEighteen});
+    pack();
+    run();
+    EXPECT_EQ(row.starts, starts());
+  }
+}
+
+// DIR/jdk with bin/java and DIR/jdk/bin with java: the same words, but for JAVA_HOME.
+TEST_F(AskedOnce, OneFileOfTwoHomesIsAskedForEachUnlessItIsOfOpenJDK) {
+  for (const bool isOpenJDKs : {true, false}) {
+    SCOPED_TRACE(isOpenJDKs);
+    makeHomesAnew("");
+    if (!isOpenJDKs) {
+      makeOtherKind();
+    }
+    embedSearch({"jdk"}, {kEighteen});
+    embed(FILE_TYPE_JVM, 20, "flat.jvm",
+          "DESC: Java\nJVM_EXE: java\nCLASSPATH: \"-cp \"\nCLASSPATH_SEPARATOR: \":\"\n"
+          "PATH_HINT: " +
+              dir("jdk/bin") + "\n" + kNineteen);
+    pack();
+    run();
+    EXPECT_EQ(isOpenJDKs ? 1 : 2, starts());
+  }
 }
 
 // Nothing but the file's time tells of the change.
@@ -281,6 +383,16 @@ TEST_F(AskedOnce, AfterAnotherCommandItIsAskedAgain) {
   embedInstructions({"FIND_JVM 0 0", "FIND_JVM 0 0", "LAUNCH @S2@ 0", "FIND_JVM 0 0"});
   run();
   EXPECT_EQ(3, starts());  // the wizard is the second
+}
+
+TEST_F(AskedOnce, AfterAnInstallerItIsAskedAgain) {
+  makeHomes("");
+  embedSearch({"jdk"}, {kEighteen, kSeventeen});
+  embed(FILE_TYPE_JVM_INSTALLER, 5, "installer", "#!/bin/sh\necho 'X: y' >jvm\n");
+  forgetFiles(FILE_TYPE_INSTRUCTIONS);
+  embedInstructions({"FIND_JVM 0 0", "FIND_JVM 0 0", "INSTALL_JVM 0", "FIND_JVM 0 0"});
+  run();
+  EXPECT_EQ(2, starts());
 }
 
 }  // namespace

@@ -33,14 +33,12 @@ void Scan::SetUp() {
     GTEST_SKIP() << "chroot is not allowed here";
   }
   const std::string jail = dir("jail");
-  fs::create_directories(jail + "/tmp");
-  fs::create_directories(jail + "/app");
-  // The shell, and the libraries of the shell and of a stub that is not static.
-  const std::string copy =
-      "mkdir -p \"$1/bin\" && cp /bin/sh /bin/rm \"$1/bin\" && "
-      "for f in $(ldd /bin/sh /bin/rm \"$2\" 2>/dev/null | grep -o '/[^ :]*\\.so[^ :]*'); do "
-      "mkdir -p \"$1${f%/*}\" && cp -L \"$f\" \"$1$f\"; done";
-  ASSERT_EQ(0, std::system(("set -- '" + jail + "' '" CORVANE_STUB "'; " + copy).c_str()));
+  for (const char* folder : {"/tmp", "/app", "/bin"}) {
+    fs::create_directories(jail + folder);
+  }
+  fs::copy("/bin/sh", jail + "/bin/sh");
+  fs::copy("/bin/rm", jail + "/bin/rm");
+  bringLibrariesOf("/bin/sh /bin/rm '" CORVANE_STUB "'");  // the stub need not be static
   setLauncherPath(jail + "/app/setup");
   setStartPath("/app/setup");
   setEnv("PATH", "/bin");
@@ -49,6 +47,13 @@ void Scan::SetUp() {
       _exit(124);
     }
   });
+}
+
+void Scan::bringLibrariesOf(const std::string& programs) {
+  const std::string copy = "for f in $(ldd " + programs +
+                           " 2>/dev/null | grep -o '/[^ :]*\\.so[^ :]*'); do "
+                           "mkdir -p \"$1${f%/*}\" && cp -L \"$f\" \"$1$f\" || exit 1; done";
+  ASSERT_EQ(0, std::system(("set -- '" + dir("jail") + "'; " + copy).c_str()));
 }
 
 std::string Scan::place(const std::string& home, const std::string& version) {

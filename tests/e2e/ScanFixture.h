@@ -20,6 +20,8 @@ class Scan : public LauncherTest {
   void setPrepareDisk(std::function<bool()> prepare) { m_prepareDisk = std::move(prepare); }
   // Makes a JVM at `home` on the disk; returns `home`.
   std::string place(const std::string& home, const std::string& version);
+  // Puts the shared libraries of these programs (in words of the shell) on the disk.
+  void bringLibrariesOf(const std::string& programs);
   // As `run`, with a temporary directory and a log on the disk.
   Result runInside(const std::vector<std::string>& args);
 

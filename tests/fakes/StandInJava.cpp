@@ -1,9 +1,11 @@
 // A compiled Java that counts its starts, for tests in which a script would not do: a line for each
-// in the file "starts" of its home, which it finds by its own file. In the file "way" stands how it
-// behaves. Like OpenJDK's it calls JLI_Launch; a test that wants another kind changes that name.
+// in the file "starts" of its home, which it finds by its own file, also without /proc. In the file
+// "way" stands how it behaves, with a number behind some ways. Like OpenJDK's it calls JLI_Launch;
+// a test that wants another kind changes that name.
+#include <sys/auxv.h>
 #include <unistd.h>
 
-#include <climits>
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -18,9 +20,9 @@ extern "C" __attribute__((visibility("default"), noinline)) const char* JLI_Laun
 namespace {
 
 std::string ownHome() {
-  char path[PATH_MAX] = {};
-  static_cast<void>(readlink("/proc/self/exe", path, sizeof path - 1) > 0);
-  const std::string file = path;
+  char* const path = realpath(reinterpret_cast<const char*>(getauxval(AT_EXECFN)), nullptr);
+  const std::string file = path == nullptr ? "" : path;
+  std::free(path);
   return file.substr(0, file.rfind("/bin/"));
 }
 
@@ -42,22 +44,48 @@ void leaveSomebody() {
   }
 }
 
-}  // namespace
+// As Java 7 refuses a class of Java 8.
+void refuseClass(std::FILE* stream) {
+  std::fputs(
+      "Exception in thread \"main\" java.lang.UnsupportedClassVersionError: Verify : "
+      "Unsupported major.minor version 52.0\n",
+      stream);
+}
 
-int main(int argc, char** argv) {
-  const std::string home = ownHome();
-  std::ofstream(home + "/starts", std::ios::app) << argv[0] << "\n";
-  std::string way;
-  std::getline(std::ifstream(home + "/way"), way);
+// The number behind `word` in `way`; -1 for another way.
+int numberBehind(const std::string& word, const std::string& way) {
+  return way.rfind(word, 0) == 0 ? std::atoi(way.c_str() + word.size()) : -1;
+}
+
+void say(const std::string& way, const char* name) {
   if (way == "calls JLI_Launch") {
     std::puts(JLI_Launch());
   } else if (way == "shows its name") {
-    std::fprintf(stderr, "%s: a warning\n", argv[0]);
+    std::fprintf(stderr, "%s: a warning\n", name);
   } else if (way == "shows JAVA_HOME") {
     std::printf("in %s\n", std::getenv("JAVA_HOME"));
-  } else if (way == "says much") {
-    std::puts(std::string(9000, '-').c_str());
-  } else if (way == "leaves somebody") {
+  } else if (const int count = numberBehind("says ", way); count > 0) {
+    std::puts(std::string(static_cast<std::size_t>(count), '-').c_str());
+  }
+}
+
+// Behaves; returns the exit status.
+int behave(const std::string& way, int argc, char** argv) {
+  say(way, argv[0]);
+  if (const int status = numberBehind("is too old, ", way); status >= 0) {
+    refuseClass(stderr);
+    return status;
+  }
+  if (way == "is too old for all to see") {
+    refuseClass(stdout);
+    return 1;
+  }
+  if (way == "is too old and shows its name") {
+    std::fprintf(stderr, "%s: ", argv[0]);
+    refuseClass(stderr);
+    return 1;
+  }
+  if (way == "leaves somebody") {
     leaveSomebody();
   } else if (way == "stays") {
     std::puts("1739021872");
@@ -68,5 +96,15 @@ int main(int argc, char** argv) {
   if (way == "dies") {
     raise(SIGKILL);
   }
-  return way == "fails" ? 1 : 0;
+  return std::max(numberBehind("ends with ", way), 0);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string home = ownHome();
+  std::ofstream(home + "/starts", std::ios::app) << argv[0] << "\n";
+  std::string way;
+  std::getline(std::ifstream(home + "/way"), way);
+  return behave(way, argc, argv);
 }

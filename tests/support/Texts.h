@@ -43,6 +43,9 @@ std::string errorOf(Step step) {
 // Every `from` in `text` becomes `to`: rows write HOME or DIR for folders that each run makes.
 std::string replaced(std::string text, const std::string& from, const std::string& to);
 
+// How often `part` is in `text`.
+int countOf(const std::string& part, const std::string& text);
+
 // `text` with DIR for the folder `scratch`, and cvj# for each temporary name.
 std::string normalised(const std::string& text, const std::string& scratch);
 

@@ -6,9 +6,11 @@
 #include <string>
 
 #include "support/JVMSupport.h"
+#include "support/TestAccess.h"
 
 namespace {
 
+using namespace std::string_literals;
 using test::sstr;
 using test::str;
 
@@ -48,6 +50,10 @@ const Row kRows[] = {
     {"background", "\"DIR/java\" a &", false},
     {"subshell", "\"DIR/java\" (a)", false},
     {"bytes of no alphabet outside quotes", "\"DIR/java\" \xc3\xa4", false},
+    {"a letter of Latin-1 outside quotes", "\"DIR/java\" \xe4", false},
+    {"such bytes in quotes", "\"DIR/java\" \"\xc3\xa4\"", true},
+    {"a byte of zero", "\"DIR/java\" a\0b"s, false},
+    {"a byte of zero in quotes", "\"DIR/java\" \"a\0b\""s, false},
     {"variable for the program", "\"DIR/$x/java\" a", false},
     {"nothing", "", false},
 };
@@ -91,5 +97,45 @@ TEST(VerificationQuestionTest, TheEnvironmentCountsAndJavaHomeApart) {
   EXPECT_EQ(first->environment, second->environment);
   EXPECT_NE(second->environment, third->environment);
 }
+
+// --- Asking ---
+
+#ifdef __linux__
+// A program that never answers the same.
+class VerificationMemoryTest : public testing::Test {
+ protected:
+  static std::string ask() {
+    const CommandText command = "\"/bin/cat\" /proc/sys/kernel/random/uuid";
+    ProcessRequest request;
+    request.command = command.bytes();
+    request.captures = true;
+    request.isTrial = true;
+    return str(VerificationMemory::ofRun().ask(command, request, true).output.text());
+  }
+
+ private:
+  const test::ScopedEnvironment m_home{"JAVA_HOME", "/opt/jdk"};
+};
+
+TEST_F(VerificationMemoryTest, TheSameAgain) {
+  const std::string first = ask();
+  EXPECT_EQ(37U, first.size());
+  EXPECT_EQ(first, ask());
+  EXPECT_EQ(first, ask());
+}
+
+TEST_F(VerificationMemoryTest, AnotherOnceAllIsForgotten) {
+  const std::string first = ask();
+  VerificationMemory::forget();
+  EXPECT_NE(first, ask());
+}
+
+TEST_F(VerificationMemoryTest, ACancelCountsBetweenRepetitions) {
+  const std::string first = ask();
+  EXPECT_EQ(first, ask());
+  PlatformTestAccess::setCanceled(true);
+  EXPECT_THROW(ask(), Canceled);
+}
+#endif
 
 }  // namespace

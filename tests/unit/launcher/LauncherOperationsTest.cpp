@@ -4,11 +4,14 @@
 #include <sys/stat.h>
 
 #include <functional>
+#include <memory>
 
 #include "archive/LauncherInputFiles.h"
 #include "fakes/FakeDiskScan.h"
 #include "fakes/FakeJVM.h"
+#include "jvm/VerificationMemory.h"
 #include "launcher/Launcher.h"
+#include "launcher/LauncherState.h"
 #include "support/ArchiveFixture.h"
 #include "support/ConsoleState.h"
 #include "support/JVMSupport.h"
@@ -445,6 +448,24 @@ const Row kInstallations[] = {
 TEST_F(LauncherOperations, Install) {
   for (const Row& row : kInstallations) {
     check(row);
+  }
+}
+
+// What it knew of the Javas is forgotten.
+TEST_F(LauncherOperations, AnInstallerMayHaveChangedAJava) {
+  const std::function<void()> ways[] = {
+      install<0>, [&] {
+        test::captureStdout(
+            [&] { Launcher::installJVM(false, false, "echo 'X: y' >jvm", sstr(m_dir / "tmp")); });
+      }};
+  for (const auto& installInOneWay : ways) {
+    load({installer("echo 'X: y' >jvm")});
+    PlatformImpl::setSystemTempDir(sstr(m_dir / "tmp"));
+    VerificationMemory::ofRun();
+    const std::weak_ptr<VerificationMemory> before = g_launcher.m_verificationMemory;
+    EXPECT_FALSE(before.expired());
+    installInOneWay();
+    EXPECT_TRUE(before.expired());
   }
 }
 
