@@ -62,10 +62,7 @@ class CommandCheck {
                        std::string(tagname::kCommand) + ": " + what, why, advice);
   }
 
-  bool hasType(std::int32_t type) const {
-    return std::any_of(m_setup.files.begin(), m_setup.files.end(),
-                       [type](const SetupFile& file) { return file.type == type; });
-  }
+  bool hasType(std::int32_t type) const { return m_setup.findType(type) != nullptr; }
 
   // --- What is run ---
 

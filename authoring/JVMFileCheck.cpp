@@ -29,15 +29,12 @@ bool isJVMFile(const SetupFile& file) {
   return file.type == FILE_TYPE_JVM && file.tagFile != nullptr;
 }
 
-// The number in an ILAUNCH of the line.
-std::optional<std::int32_t> launchedNumber(const SString& line) {
-  std::size_t position = 0;
-  const CommandGrammar* const command = findCommand(getTokenFromString(line, position));
-  std::int32_t id = 0;
-  const bool isLaunch = command != nullptr && command->command == Command::kILaunch &&
-                        convertToLong(getTokenFromString(line, position), id);
-  return isLaunch ? std::optional(id) : std::nullopt;
+bool namesAJVMFile(const Setup& setup, std::int32_t id) {
+  const SetupFile* const file = setup.findId(id);
+  return file != nullptr && file->type == FILE_TYPE_JVM;
 }
+
+using NoArguments = std::span<const ArgumentGrammar>;
 
 bool hasHints(const SetupFile& file) {
   return !firstValue(file, tagname::kPathHint).empty() ||
@@ -291,20 +288,37 @@ class JVMFileCheck {
 
 StatusFiles::StatusFiles(const Setup& setup) {
   for (const SetupFile& script : setup.files) {
-    const bool isScript = script.type == FILE_TYPE_INSTRUCTIONS && script.tagFile != nullptr;
-    const long count = isScript ? script.tagFile->getTagValueCount(tagname::kInstructions) : 0;
-    for (long i = 0; i < count; ++i) {
-      const auto number = launchedNumber(
-          script.tagFile->getTagValue(tagname::kInstructions, static_cast<unsigned long>(i)));
-      if (number) {
-        m_launched.insert(*number);
-      }
+    if (script.type != FILE_TYPE_INSTRUCTIONS) {
+      continue;
+    }
+    const StringDeque* const lines =
+        script.tagFile == nullptr ? nullptr : script.tagFile->getValue(tagname::kInstructions);
+    m_mayLaunchAny = m_mayLaunchAny || lines == nullptr;
+    for (long i = 0; lines != nullptr && i < lines->size(); ++i) {
+      addStatement(setup, (*lines)[i]);
+    }
+  }
+}
+
+void StatusFiles::addStatement(const Setup& setup, const SString& line) {
+  std::size_t position = 0;
+  const CommandGrammar* const command = findCommand(getTokenFromString(line, position));
+  for (const ArgumentGrammar& argument : command == nullptr ? NoArguments() : command->arguments) {
+    const SString word = getTokenFromString(line, position);
+    std::int32_t id = 0;
+    const bool isNumber = convertToLong(word, id);
+    if (argument.kind == ArgumentKind::kVerifiedFile && isNumber) {
+      m_verified.insert(id);
+    } else if (argument.kind == ArgumentKind::kLaunchedFile) {
+      m_launched.insert(id);
+      m_mayLaunchAny = m_mayLaunchAny || !isNumber || (id >= 0 && !namesAJVMFile(setup, id));
     }
   }
 }
 
 bool StatusFiles::contain(const SetupFile& file) const {
-  return isJVMFile(file) && m_launched.count(file.id) != 0 &&
+  const bool isLaunched = m_mayLaunchAny || m_launched.count(file.id) != 0;
+  return isJVMFile(file) && isLaunched && m_verified.count(file.id) == 0 &&
          firstValue(file, tagname::kJVMProperties).empty() && !hasHints(file);
 }
 

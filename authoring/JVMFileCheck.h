@@ -12,14 +12,21 @@
 namespace authoring {
 
 // The jvm files that only end the run with a status: ILAUNCH names such a file, and it has neither
-// JVM_PROPERTIES nor hints, on purpose, so that no search tries it (docs/check.md).
+// JVM_PROPERTIES nor hints, on purpose, so that no search tries it (docs/check.md). Where an ILAUNCH
+// may name any file (its number is wrong or a variable, or the script does not parse), each file
+// without both is one; a file that VERIFY names is none.
 class StatusFiles {
  public:
   explicit StatusFiles(const Setup& setup);
   bool contain(const SetupFile& file) const;
 
  private:
-  std::set<std::int32_t> m_launched;  // the numbers that the script names
+  void addStatement(const Setup& setup, const SString& line);
+
+  // The numbers that the script names.
+  std::set<std::int32_t> m_launched;
+  std::set<std::int32_t> m_verified;
+  bool m_mayLaunchAny = false;
 };
 
 // `file` is a jvm file that parses; `command` is the COMMAND of the launch script.

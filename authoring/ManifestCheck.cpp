@@ -104,14 +104,13 @@ const UserRow kUsers[] = {
 
 // True when a launch script calls it, or when there is none that tells.
 bool isCalled(const Setup& setup, const char* function) {
-  for (const SetupFile& file : setup.files) {
-    if (file.type == FILE_TYPE_LAUNCH_SCRIPT) {
-      return file.tagFile == nullptr ||
-             file.tagFile->getTagValue(tagname::kCommand, 0).find(function) != SString::npos ||
-             file.tagFile->getTagValue(tagname::kArchive, 0).find(function) != SString::npos;
-    }
+  const SetupFile* const script = setup.findType(FILE_TYPE_LAUNCH_SCRIPT);
+  if (script == nullptr || script->tagFile == nullptr) {
+    return true;
   }
-  return true;
+  const TagFile& tags = *script->tagFile;
+  return tags.getTagValue(tagname::kCommand, 0).find(function) != SString::npos ||
+         tags.getTagValue(tagname::kArchive, 0).find(function) != SString::npos;
 }
 
 template <typename Wanted>

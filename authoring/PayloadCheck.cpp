@@ -5,6 +5,7 @@
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/FileTypes.h"
+#include "authoring/Listing.h"
 #include "authoring/MainClass.h"
 #include "authoring/ProgramLook.h"
 #include "authoring/ZipArchive.h"
@@ -18,10 +19,6 @@ constexpr const char* kBuildAgain = "build or copy it again";
 
 bool isOfType(const SetupFile& file, std::int32_t type) {
   return file.type == type && file.isReadable;
-}
-
-std::string inPlural(std::int64_t count, const char* what) {
-  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
 class PayloadCheck {
@@ -106,18 +103,15 @@ class PayloadCheck {
                          "the launcher asks for no room to unpack it", advice);
     } else if (file.decompressed->files < actual.files || file.decompressed->bytes < actual.bytes) {
       m_findings.warning(file.entry,
-                         "of the archive " + file.name + " come " + inPlural(actual.files, "file") +
-                             " and " + inPlural(actual.bytes, "byte") +
-                             ", more than its sizes tell",
+                         "of the archive " + file.name + " come " + countOf(actual.files, "file") +
+                             " and " + countOf(actual.bytes, "byte") + ", more than its sizes tell",
                          "the launcher asks for too little room", advice);
     }
   }
 
   void checkMainClass() {
-    const auto script =
-        std::find_if(m_setup.files.begin(), m_setup.files.end(),
-                     [](const SetupFile& file) { return file.type == FILE_TYPE_LAUNCH_SCRIPT; });
-    if (script == m_setup.files.end() || script->tagFile == nullptr || m_hasUnknownJar ||
+    const SetupFile* const script = m_setup.findType(FILE_TYPE_LAUNCH_SCRIPT);
+    if (script == nullptr || script->tagFile == nullptr || m_hasUnknownJar ||
         !script->tagFile->getTagValue(tagname::kArchive, 0).empty() || hasOwnClassPath()) {
       return;
     }

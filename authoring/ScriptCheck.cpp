@@ -1,17 +1,17 @@
 #include "authoring/ScriptCheck.h"
 
 #include <algorithm>
-#include <cctype>
 #include <unordered_set>
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/FileTypes.h"
-#include "authoring/NearestName.h"
+#include "authoring/ScriptAdvice.h"
+#include "authoring/ScriptReferences.h"
 #include "authoring/TextPatterns.h"
 #include "instructions/LabelIndex.h"
 #include "instructions/ScriptSyntax.h"
 #include "instructions/VariableRef.h"
-#include "launcher/ScriptVariables.h"
+#include "tagfile/Quotes.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
@@ -19,20 +19,10 @@
 namespace authoring {
 namespace {
 
-// In which a misspelt one is looked for.
-constexpr std::size_t kMostLabels = 100;
-
 constexpr const char* kScriptEnds = "the script ends with an error here";
-
-struct Fault {
-  std::string what;  // empty: none
-  std::string advice;
-};
-
-// Why an "@...@" in `text` is no variable.
-Fault findReferenceFault(const SString& text);
-// The same for the name of a variable.
-Fault findVariableFault(const SString& name);
+constexpr const char* kWriteJVMNumber = "write the number of a jvm file";
+constexpr const char* kWriteBoolean = "write 1 or 0";
+constexpr const char* kWriteNumber = "write a number";
 
 class ScriptCheck {
  public:
@@ -44,24 +34,25 @@ class ScriptCheck {
   void warn(const std::string& what, const std::string& why, const std::string& advice);
   void checkLabels();
   void checkArguments(const CommandGrammar& command, std::size_t position);
+  void checkRest(const CommandGrammar& command, std::size_t position);
   void checkArgument(const SString& text, ArgumentKind kind);
   void checkKind(const SString& text, ArgumentKind kind);
-  void reportUnknown(const std::string& word);
 
   void boolean(const SString& text);
-  void number(const SString& text);
+  void number(const SString& text, const char* advice);
   void installOption(const SString& text);
   void label(const SString& text);
-  std::string adviceForLabel(const SString& text) const;
-  bool beginsALine(const SString& target);
+  bool isLabelWithMore(const SString& label);
   void launchedFile(const SString& text);
   void verifiedFile(const SString& text);
   void launcherPosition(const SString& text);
-  void launch(std::size_t position);
+  void launch(const CommandGrammar& command, std::size_t position);
+  void launchedName(const SString& name);
   void set(std::size_t position);
   void setValue(const VariableRef& variable, const SString& value);
+  void checkLostText(const VariableRef& variable, const SString& value, const SString& stored);
 
-  bool isNumber(const SString& text, std::int32_t& value);
+  bool isNumber(const SString& text, std::int32_t& value, const char* advice);
   bool isJVMFile(std::int32_t id) const;
 
   const Setup& m_setup;
@@ -69,7 +60,7 @@ class ScriptCheck {
   Findings& m_findings;
   const StringDeque& m_lines;
   const LabelIndex m_labels;
-  std::unordered_set<std::string> m_firstWords;  // of all lines, once somebody asks
+  std::unordered_set<std::string> m_labelWords;  // the first one of each label, once somebody asks
   long m_current = 0;
 };
 
@@ -110,7 +101,7 @@ std::set<Command> ScriptCheck::run() {
       commands.insert(command->command);
       checkArguments(*command, position);
     } else {
-      reportUnknown(word.c_str());
+      error("unknown command " + quotedText(word), adviceForCommand(word.c_str()));
     }
   }
   return commands;
@@ -118,23 +109,36 @@ std::set<Command> ScriptCheck::run() {
 
 void ScriptCheck::checkArguments(const CommandGrammar& command, std::size_t position) {
   if (command.command == Command::kLaunch) {
-    launch(position);
+    launch(command, position);
     return;
   }
   if (command.command == Command::kSet) {
     set(position);
     return;
   }
+  const std::size_t findings = m_findings.all().size();
   const std::size_t count = command.arguments.size();
   for (const ArgumentGrammar& argument : command.arguments) {
     const SString text = getTokenFromString(m_lines[m_current], position);
     if (text.empty()) {
       error(std::string(command.name) + " needs " + std::to_string(count) +
                 (count == 1 ? " argument" : " arguments"),
-            "");
+            "write " + exampleOf(command));
       return;
     }
     checkArgument(text, argument.kind);
+  }
+  if (command.command != Command::kComment && m_findings.all().size() == findings) {
+    checkRest(command, position);
+  }
+}
+
+// Words behind the last argument may be a comment, but hardly a number or a variable.
+void ScriptCheck::checkRest(const CommandGrammar& command, std::size_t position) {
+  const SString rest = getTokenFromString(m_lines[m_current], position);
+  if (isDigits(rest.view()) || (rest[0] == '@' && rest.back() == '@')) {
+    warn(quotedText(rest) + " is one argument too many for " + std::string(command.name),
+         "nobody reads it", "delete it");
   }
 }
 
@@ -153,7 +157,7 @@ void ScriptCheck::checkKind(const SString& text, ArgumentKind kind) {
       return boolean(text);
     case ArgumentKind::kNumber:
     case ArgumentKind::kSeconds:
-      return number(text);
+      return number(text, kWriteNumber);
     case ArgumentKind::kInstallOption:
       return installOption(text);
     case ArgumentKind::kLaunchedFile:
@@ -164,23 +168,11 @@ void ScriptCheck::checkKind(const SString& text, ArgumentKind kind) {
       return launcherPosition(text);
     case ArgumentKind::kLabel:
       return label(text);
-    case ArgumentKind::kFileName:  // any text
+    case ArgumentKind::kFileName:
+      return launchedName(text);
     case ArgumentKind::kAssignment:
       return;
   }
-}
-
-void ScriptCheck::reportUnknown(const std::string& word) {
-  std::string capitals = word;
-  std::transform(capitals.begin(), capitals.end(), capitals.begin(),
-                 [](unsigned char byte) { return static_cast<char>(std::toupper(byte)); });
-  std::string advice = didYouMean(word, kCommandGrammar);
-  if (looksLikeAComment(word)) {
-    advice = "a comment begins with // and a blank";
-  } else if (findCommand(capitals) != nullptr) {
-    advice = "write " + capitals;
-  }
-  error("unknown command " + quotedText(word), advice);
 }
 
 // --- Labels ---
@@ -197,26 +189,16 @@ void ScriptCheck::checkLabels() {
   }
 }
 
-bool ScriptCheck::beginsALine(const SString& target) {
-  if (m_firstWords.empty()) {
+// ":end // done", ": end"
+bool ScriptCheck::isLabelWithMore(const SString& label) {
+  if (m_labelWords.empty()) {
     for (long i = 0; i < m_lines.size(); ++i) {
-      std::size_t position = 0;
-      m_firstWords.emplace(getTokenFromString(m_lines[i], position).view());
+      if (m_lines[i][0] == ':') {
+        m_labelWords.emplace(firstWord(withoutBlanks(m_lines[i].view().substr(1))));
+      }
     }
   }
-  return m_firstWords.count(std::string(target.view())) != 0;
-}
-
-std::string ScriptCheck::adviceForLabel(const SString& text) const {
-  std::vector<std::string_view> labels;
-  for (long i = 1; i < m_lines.size() && labels.size() < kMostLabels; ++i) {
-    if (m_lines[i][0] == ':') {
-      labels.push_back(m_lines[i].view().substr(1));
-    }
-  }
-  const std::string_view near = nearestName(text, labels);
-  return near.size() < 3 ? "write a line :" + std::string(text.view())
-                         : "did you mean " + std::string(near) + "?";
+  return m_labelWords.count(std::string(label.view())) != 0;
 }
 
 void ScriptCheck::label(const SString& text) {
@@ -231,23 +213,25 @@ void ScriptCheck::label(const SString& text) {
   if (m_lines[0] == target) {
     error("the label " + name + " stands on the script's first line, where it is never found",
           "put a line with // in front of it");
-  } else if (beginsALine(target)) {
+  } else if (isLabelWithMore(text)) {
     error("the line of the label " + name + " holds more than the label, which is never found then",
-          "leave the label alone on its line");
+          "write " + std::string(target.view()) + " and nothing else on that line");
   } else {
-    error("there is no label " + name, adviceForLabel(text));
+    error("there is no label " + name, adviceForLabel(text, m_lines));
   }
 }
 
 // --- Arguments ---
 
 // Values that are known only at run time count as right.
-bool ScriptCheck::isNumber(const SString& text, std::int32_t& value) {
+bool ScriptCheck::isNumber(const SString& text, std::int32_t& value, const char* advice) {
   if (text.find('@') != SString::npos) {
     return false;
   }
   if (!convertToLong(text, value)) {
-    error(quotedText(text) + " is no number", "");
+    const std::string word(text.view());
+    error(quotedText(word) + " is no number",
+          isBareVariable(word) ? "write @" + word + "@" : advice);
     return false;
   }
   return true;
@@ -255,33 +239,34 @@ bool ScriptCheck::isNumber(const SString& text, std::int32_t& value) {
 
 void ScriptCheck::boolean(const SString& text) {
   std::int32_t value;
-  if (isNumber(text, value) && value != 0 && value != 1) {
-    error(quotedText(text) + " must be 0 or 1", "");
+  if (isNumber(text, value, kWriteBoolean) && value != 0 && value != 1) {
+    error(quotedText(text) + " must be 0 or 1", kWriteBoolean);
   }
 }
 
-void ScriptCheck::number(const SString& text) {
+void ScriptCheck::number(const SString& text, const char* advice) {
   std::int32_t value;
-  isNumber(text, value);
+  isNumber(text, value, advice);
 }
 
 void ScriptCheck::installOption(const SString& text) {
   std::int32_t value;
-  if (isNumber(text, value) && (value < 0 || value > 2)) {
-    error(quotedText(text) + " must be 0, 1 or 2", "");
+  const char* const advice =
+      "write 0 for a hidden installation, 1 for a visible one, 2 to let the user name a folder";
+  if (isNumber(text, value, advice) && (value < 0 || value > 2)) {
+    error(quotedText(text) + " must be 0, 1 or 2", advice);
   }
 }
 
 bool ScriptCheck::isJVMFile(std::int32_t id) const {
-  const auto file = std::find_if(m_setup.files.begin(), m_setup.files.end(),
-                                 [id](const SetupFile& f) { return f.id == id; });
-  return file != m_setup.files.end() && file->type == FILE_TYPE_JVM;
+  const SetupFile* const file = m_setup.findId(id);
+  return file != nullptr && file->type == FILE_TYPE_JVM;
 }
 
 // A negative number counts as intended: a way to end with status -1.
 void ScriptCheck::launchedFile(const SString& text) {
   std::int32_t id;
-  if (isNumber(text, id) && id >= 0 && !isJVMFile(id)) {
+  if (isNumber(text, id, kWriteJVMNumber) && id >= 0 && !isJVMFile(id)) {
     m_findings.error(m_script.at(tagname::kInstructions, m_current),
                      "no jvm file has the number " + std::to_string(id), "ILAUNCH does nothing",
                      "write the number of a jvm file, or -1 to end with status -1");
@@ -290,14 +275,14 @@ void ScriptCheck::launchedFile(const SString& text) {
 
 void ScriptCheck::verifiedFile(const SString& text) {
   std::int32_t id;
-  if (isNumber(text, id) && !isJVMFile(id)) {
-    error("no jvm file has the number " + std::to_string(id), "write the number of a jvm file");
+  if (isNumber(text, id, kWriteJVMNumber) && !isJVMFile(id)) {
+    error("no jvm file has the number " + std::to_string(id), kWriteJVMNumber);
   }
 }
 
 void ScriptCheck::launcherPosition(const SString& text) {
   std::int32_t position;
-  if (!isNumber(text, position)) {
+  if (!isNumber(text, position, "write the launcher's position, which counts from 0")) {
     return;
   }
   const bool exists = position >= 0 && static_cast<std::size_t>(position) < m_setup.files.size();
@@ -319,26 +304,42 @@ bool unquote(SString& text) {
   }
 }
 
-void ScriptCheck::launch(std::size_t position) {
+void ScriptCheck::launch(const CommandGrammar& command, std::size_t position) {
   SString file;
   const bool isClosed = readArgument(m_lines[m_current], position, file);
   const SString seconds = getTokenFromString(m_lines[m_current], position);
   if (!isClosed || seconds.empty() || !unquote(file)) {
     error("LAUNCH needs the jvm file's name and, behind it on the line, the seconds",
-          "write LAUNCH @S2@ 1");
+          "write " + exampleOf(command));
     return;
   }
   if (file.empty()) {
-    error("the jvm file's name is empty", "");
+    error("the jvm file's name is empty", "write " + exampleOf(command));
   }
   checkArgument(file, ArgumentKind::kFileName);
   checkArgument(seconds, ArgumentKind::kSeconds);
+  checkRest(command, position);
+}
+
+// LAUNCH reads a file of the user's disk.
+void ScriptCheck::launchedName(const SString& name) {
+  const std::string word(name.view());
+  const auto isStored = [&word](const SetupFile& file) {
+    return file.type == FILE_TYPE_JVM && file.name == word;
+  };
+  const auto stored = std::find_if(m_setup.files.begin(), m_setup.files.end(), isStored);
+  if (isBareVariable(word)) {
+    error("LAUNCH looks for a file " + word + " in the current folder", "write @" + word + "@");
+  } else if (stored != m_setup.files.end()) {
+    error("LAUNCH looks for a file " + word + " in the current folder, not in the setup",
+          "write ILAUNCH " + std::to_string(stored->id) + " and the seconds");
+  }
 }
 
 void ScriptCheck::set(std::size_t position) {
   const auto assignment = splitAssignment(m_lines[m_current].substr(position).view());
   if (!assignment) {
-    error("SET needs a variable, = and a value", "");
+    error("SET needs a variable, = and a value", "write SET N2 = 1");
     return;
   }
   const Fault fault = findVariableFault(assignment->name);
@@ -351,17 +352,36 @@ void ScriptCheck::set(std::size_t position) {
   setValue(variable, assignment->value);
 }
 
-void ScriptCheck::setValue(const VariableRef& variable, const SString& value) {
-  const bool inQuotes = value[0] == '"';
-  SString stored = value;
-  if (!unquote(stored)) {
-    error("the text lacks its closing quote", "");
+// What stands behind the part of a value that is stored. It may be a comment.
+void ScriptCheck::checkLostText(const VariableRef& variable, const SString& value,
+                                const SString& stored) {
+  const bool inQuotes = value[0] == kQuote;
+  const std::string lost = inQuotes
+                               ? textBehindQuote(value.view())
+                               : std::string(withoutBlanks(value.view().substr(stored.size())));
+  if (variable.isNumericVariable() && looksCalculated(inQuotes ? stored.view() : value.view())) {
+    warn("nothing is calculated", "the number in front of the sign is stored",
+         "write the number that is meant");
+  } else if (lost.empty() || looksLikeAComment(lost)) {
     return;
-  }
-  if (!inQuotes && stored != value) {
+  } else if (inQuotes) {
+    warn("text behind the closing quote is lost: " + quotedText(lost),
+         "a value that begins with a quote ends at the next single one",
+         "put all of the value into quotes and double those inside");
+  } else {
     warn("the value has several words without quotes", "only the first is stored",
          "put the value into double quotes");
   }
+}
+
+void ScriptCheck::setValue(const VariableRef& variable, const SString& value) {
+  const bool inQuotes = value[0] == kQuote;
+  SString stored = value;
+  if (!unquote(stored)) {
+    error("the text lacks its closing quote", "write a double quote at its end");
+    return;
+  }
+  checkLostText(variable, value, stored);
   const Fault fault = findReferenceFault(stored);
   std::int32_t number;
   if (!fault.what.empty()) {
@@ -369,36 +389,8 @@ void ScriptCheck::setValue(const VariableRef& variable, const SString& value) {
   } else if (inQuotes && stored.empty()) {
     error("an empty text stands in quotes", "leave out the quotes");
   } else if (variable.isNumericVariable()) {
-    isNumber(stored, number);
+    isNumber(stored, number, kWriteNumber);
   }
-}
-
-// --- Variables ---
-
-Fault findVariableFault(const SString& name) {
-  try {
-    VariableRef().init(name, "");
-    return {};
-  } catch (const LauncherException&) {
-    return {quotedText(name) + " is no variable",
-            "write N1 to N" + std::to_string(kNumericVariables) + " or S1 to S" +
-                std::to_string(kStringVariables)};
-  }
-}
-
-Fault findReferenceFault(const SString& text) {
-  for (Reference reference = findReference(text, 0); reference.kind != Reference::kNone;
-       reference = findReference(text, reference.end + 1)) {
-    if (reference.kind == Reference::kUnclosed) {
-      return {"the last @ lacks its second one", "write a single @ as @@"};
-    }
-    const Fault fault =
-        reference.kind == Reference::kVariable ? findVariableFault(reference.name(text)) : Fault();
-    if (!fault.what.empty()) {
-      return fault;
-    }
-  }
-  return {};
 }
 
 }  // namespace

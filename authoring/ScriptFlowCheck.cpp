@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "authoring/FileTypes.h"
 #include "authoring/ScriptPaths.h"
 #include "tagfile/TagNames.h"
 #include "tagfile/TextUtils.h"
@@ -32,7 +33,10 @@ class ScriptFlowCheck {
       return;
     }
     for (const ScriptStep& step : m_paths.steps()) {
-      checkLaunch(step.state);
+      if (!isEnd(step.state) && m_paths.commandAt(step.state.line) != nullptr) {
+        checkLaunch(step.state);
+        checkArguments(step.state);
+      }
     }
     checkTests();
     checkEnds();
@@ -52,11 +56,7 @@ class ScriptFlowCheck {
   // --- What LAUNCH gets ---
 
   void checkLaunch(const ScriptState& state) {
-    if (isEnd(state)) {
-      return;
-    }
-    const CommandGrammar* const command = m_paths.commandAt(state.line);
-    if (command == nullptr || command->command != Command::kLaunch) {
+    if (m_paths.commandAt(state.line)->command != Command::kLaunch) {
       return;
     }
     const KnownText file = ScriptPaths::launchedFile(state, m_lines[state.line]);
@@ -97,6 +97,63 @@ class ScriptFlowCheck {
                        "LAUNCH is reached, too, when the " + name(file.setBy) + " fails",
                        "the name of the jvm file is empty then, and the script ends with an error",
                        "put JMP0 @N1@ and a label between them");
+    }
+  }
+
+  // --- What other commands get ---
+
+  // Arguments that hold references, where their values are known.
+  void checkArguments(const ScriptState& state) {
+    const CommandGrammar& command = *m_paths.commandAt(state.line);
+    const std::vector<SString> words = m_paths.wordsAt(state.line);
+    for (std::size_t i = 0; i < words.size(); ++i) {
+      if (words[i].find('@') == SString::npos) {
+        continue;
+      }
+      if (command.arguments[i].kind != ArgumentKind::kLabel) {
+        checkNumber(state, words[i]);
+      } else if (i == 0 || mayBeZero(state, words[0])) {
+        checkLabel(state, words[i]);
+      }
+    }
+  }
+
+  static bool mayBeZero(const ScriptState& state, const SString& word) {
+    const auto text = state.evaluate(word);
+    std::int32_t number = 0;
+    return !text || (convertToLong(text->c_str(), number) && number == 0);
+  }
+
+  void checkNumber(const ScriptState& state, const SString& word) {
+    const KnownText value = state.argument(word);
+    std::int32_t number = 0;
+    const bool isText = value.kind == KnownText::kText;
+    if (value.kind == KnownText::kUnknown ||
+        (isText && convertToLong(value.text.c_str(), number))) {
+      return;
+    }
+    const char* const what = value.kind == KnownText::kHome      ? "the home of a Java"
+                             : value.kind == KnownText::kJVMFile ? "the name of a jvm file"
+                             : value.text.empty()                ? "empty"
+                                                                 : "another text";
+    reportArgument(state, word, std::string("is ") + what + " here, and no number",
+                   "write a number, or a variable that holds one");
+  }
+
+  void checkLabel(const ScriptState& state, const SString& word) {
+    const auto name = state.evaluate(word);
+    if (name && !m_paths.hasLabel(*name)) {
+      const std::string what = name->empty() ? "is empty" : "is " + quotedText(*name);
+      reportArgument(state, word, what + " here, and no label is called so",
+                     name->empty() ? "set it to the name of a label" : "write a line :" + *name);
+    }
+  }
+
+  void reportArgument(const ScriptState& state, const SString& word, const std::string& fault,
+                      const std::string& advice) {
+    if (m_reportedArguments.emplace(state.line, word.view()).second) {
+      m_findings.error(at(state.line), std::string(word.view()) + " " + fault,
+                       "the script ends with an error here", advice);
     }
   }
 
@@ -255,6 +312,7 @@ class ScriptFlowCheck {
   Findings& m_findings;
   const ScriptPaths m_paths;
   std::set<std::pair<long, long>> m_reported;  // a LAUNCH, and what has set its argument
+  std::set<std::pair<long, std::string>> m_reportedArguments;  // of a line
 };
 
 }  // namespace

@@ -84,6 +84,29 @@ KnownText ScriptPaths::launchedFile(const ScriptState& state, const SString& lin
   return {KnownText::kUnknown, "", state.line};
 }
 
+std::vector<SString> ScriptPaths::wordsAt(long line) const {
+  std::vector<SString> words;
+  std::size_t position = 0;
+  (void)getTokenFromString(m_lines[line], position);
+  for (const ArgumentGrammar& argument : commandAt(line)->arguments) {
+    SString word;
+    if (argument.kind == ArgumentKind::kAssignment) {
+      break;
+    }
+    if (argument.kind == ArgumentKind::kFileName) {
+      SString file;
+      (void)readArgument(m_lines[line], position, file);
+    } else {
+      word = getTokenFromString(m_lines[line], position);
+      if (word.empty()) {
+        break;
+      }
+    }
+    words.push_back(word);
+  }
+  return words;
+}
+
 void ScriptPaths::add(std::size_t from, ScriptState state, bool isFound) {
   const auto [entry, isNew] = m_indexOf.try_emplace(state.key(), m_steps.size());
   const std::size_t index = entry->second;

@@ -44,6 +44,12 @@ class ScriptPaths {
   }
   // What the first argument of the LAUNCH in that line stands for.
   static KnownText launchedFile(const ScriptState& state, const SString& line);
+  // The arguments of the line's command as they are written, as many as there are; empty ones for
+  // the name of a jvm file, which may be several words. None for an assignment.
+  std::vector<SString> wordsAt(long line) const;
+  bool hasLabel(const std::string& name) const {
+    return m_labels.find(SString(":" + name)) != LabelIndex::kNone;
+  }
 
  private:
   void follow(std::size_t index);

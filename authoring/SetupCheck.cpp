@@ -26,12 +26,6 @@ namespace {
 
 using Names = std::vector<SString>;
 
-const SetupFile* findFirst(const Setup& setup, std::int32_t type) {
-  const auto file = std::find_if(setup.files.begin(), setup.files.end(),
-                                 [type](const SetupFile& f) { return f.type == type; });
-  return file == setup.files.end() ? nullptr : &*file;
-}
-
 // --- The tags of one file ---
 
 // What stands between two signs of a kind somewhere in the texts of a setup: names of tags of the
@@ -245,7 +239,7 @@ const NeedRow kNeeds[] = {
 
 void checkNeeds(const Setup& setup, const std::set<Command>& commands, Findings& findings) {
   for (const NeedRow& row : kNeeds) {
-    if (commands.count(row.command) != 0 && findFirst(setup, row.type) == nullptr) {
+    if (commands.count(row.command) != 0 && setup.findType(row.type) == nullptr) {
       findings.error({setup.label, 0}, row.what, row.why,
                      "add a file of the type " + std::string(fileTypeName(row.type)));
     }
@@ -254,7 +248,7 @@ void checkNeeds(const Setup& setup, const std::set<Command>& commands, Findings&
 
 // The commands of the instruction script; nothing when it has errors, since one may be a command.
 std::optional<std::set<Command>> checkInstructions(const Setup& setup, Findings& findings) {
-  const SetupFile* const script = findFirst(setup, FILE_TYPE_INSTRUCTIONS);
+  const SetupFile* const script = setup.findType(FILE_TYPE_INSTRUCTIONS);
   if (script == nullptr) {
     findings.error({setup.label, 0}, "no instruction script",
                    "the launcher says nothing and ends with status -1",

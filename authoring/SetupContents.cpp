@@ -1,5 +1,6 @@
 #include "authoring/SetupContents.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <cstring>
@@ -179,6 +180,18 @@ std::string defaultStub() {
 }
 
 }  // namespace
+
+const SetupFile* Setup::findType(std::int32_t type) const {
+  const auto file = std::find_if(files.begin(), files.end(),
+                                 [type](const SetupFile& f) { return f.type == type; });
+  return file == files.end() ? nullptr : &*file;
+}
+
+const SetupFile* Setup::findId(std::int32_t id) const {
+  const auto file =
+      std::find_if(files.begin(), files.end(), [id](const SetupFile& f) { return f.id == id; });
+  return file == files.end() ? nullptr : &*file;
+}
 
 Setup loadSetup(const Manifest& manifest, const std::string& stub) {
   Setup setup;

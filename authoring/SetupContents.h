@@ -23,6 +23,10 @@ struct Setup {
   std::optional<Stub> stubMark;  // nothing for a manifest, or a program that is none of ours
   std::vector<SetupFile> files;  // in the order of the index
   Findings findings;             // of loading: what does not parse or lies outside the file
+
+  // The first one, which is what the launcher takes, or null.
+  const SetupFile* findType(std::int32_t type) const;
+  const SetupFile* findId(std::int32_t id) const;
 };
 
 // The file is taken as a launcher file when it ends with our trailer, as a manifest when it begins

@@ -6,9 +6,7 @@
 
 #include "authoring/FileTypes.h"
 #include "authoring/TextPatterns.h"
-#include "tagfile/Quotes.h"
 #include "tagfile/TextUtils.h"
-#include "util/LauncherException.h"
 
 namespace authoring {
 namespace {
@@ -36,21 +34,6 @@ std::string_view tagNameIn(std::string_view line) {
 std::string_view valueIn(const TagSource& tag, const SourceLine& line) {
   const std::string_view text = line.text;
   return line.number == tag.head.number ? withoutBlanks(text.substr(text.find(':') + 1)) : text;
-}
-
-// What stands behind the closing quote of a value in quotes.
-std::string textBehindQuote(std::string_view value) {
-  if (value.empty() || value[0] != kQuote) {
-    return "";
-  }
-  try {
-    const SString text(value);
-    std::size_t position = 1;
-    (void)parseStringArgument(text, position, true);
-    return std::string(withoutBlanks(text.view().substr(std::min(position, text.size()))));
-  } catch (const LauncherException&) {
-    return "";  // reported when the file was loaded
-  }
 }
 
 // True for a line that its author takes for the end of the block.

@@ -1,7 +1,5 @@
 #include "authoring/TextCheck.h"
 
-#include <algorithm>
-
 #include "archive/LauncherFileFormat.h"
 #include "authoring/CommandCheck.h"
 #include "authoring/EncodingCheck.h"
@@ -16,11 +14,9 @@
 namespace authoring {
 namespace {
 
-// The first of a type, which alone counts.
 const SetupFile* findTagFile(const Setup& setup, std::int32_t type) {
-  const auto file = std::find_if(setup.files.begin(), setup.files.end(),
-                                 [type](const SetupFile& f) { return f.type == type; });
-  return file == setup.files.end() || file->tagFile == nullptr ? nullptr : &*file;
+  const SetupFile* const file = setup.findType(type);
+  return file == nullptr || file->tagFile == nullptr ? nullptr : file;
 }
 
 void checkWriting(const Setup& setup, Findings& findings) {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "tagfile/Quotes.h"
 #include "tagfile/TextUtils.h"
+#include "util/LauncherException.h"
 
 namespace authoring {
 namespace {
@@ -10,6 +12,9 @@ namespace {
 constexpr std::string_view kCommentMarks[] = {"#", "//", ";", "/*", "<!--"};
 // What only a shell can read.
 constexpr std::string_view kBeyondQuotes[] = {"$(", "`", "<<", " #"};
+
+constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kCalculations = "+-*/%";
 
 // ASCII, whatever the locale.
 bool isCapital(char byte) {
@@ -60,6 +65,30 @@ std::size_t findTrailingComment(std::string_view value) {
     }
   }
   return std::string_view::npos;
+}
+
+bool looksCalculated(std::string_view value) {
+  const bool isReference = value.starts_with('@');
+  const std::size_t end = isReference ? value.find('@', 1) : value.find_first_not_of(kDigits);
+  if (end == value.npos || end == 0) {
+    return false;
+  }
+  const std::string_view rest = withoutBlanks(value.substr(isReference ? end + 1 : end));
+  return !rest.empty() && !looksLikeAComment(rest) && kCalculations.find(rest[0]) != rest.npos;
+}
+
+std::string textBehindQuote(std::string_view value) {
+  if (value.empty() || value[0] != kQuote) {
+    return "";
+  }
+  try {
+    const SString text(value);
+    std::size_t position = 1;
+    (void)parseStringArgument(text, position, true);
+    return std::string(withoutBlanks(text.view().substr(std::min(position, text.size()))));
+  } catch (const LauncherException&) {
+    return "";
+  }
 }
 
 std::string_view firstWord(std::string_view text) {

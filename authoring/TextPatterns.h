@@ -3,6 +3,7 @@
 #define CORVANE_AUTHORING_TEXTPATTERNS_H
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace authoring {
@@ -21,6 +22,13 @@ bool isHex(std::string_view text);
 bool looksLikeAComment(std::string_view line);
 // Where a comment seems to begin behind a value: at a blank before # or //; npos without one.
 std::size_t findTrailingComment(std::string_view value);
+
+// What stands behind the closing quote of a value in quotes, where nobody reads it; empty when
+// there is nothing, or no closing quote.
+std::string textBehindQuote(std::string_view value);
+
+// True for a number or a reference with a sign behind it: "2-1", "@N1@ + 1".
+bool looksCalculated(std::string_view value);
 
 // The bytes up to the first blank.
 std::string_view firstWord(std::string_view text);

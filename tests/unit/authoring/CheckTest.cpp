@@ -53,13 +53,15 @@ struct ScriptRow {
 const std::vector<ScriptRow> kScriptRows = {
     {"every command",
      "// comment\nINITIALIZE_UI\nFIND_JVM 0 1\nJMP0 @N1@ none\nVERIFY 0 1 2\nINSTALL_JVM 2\n"
-     "SET S1 = a\nSET n5 = 12\nSET S10 = \"a \"\"b\"\"\"\nSET S2 = @S1@x@@\nLAUNCH @S2@ 1\n"
+     "SET S1 = a\nSET n5 = 12\nSET S10 = \"a \"\"b\"\"\"\nSET S2 = @S1@x@@@@\nSET S3 = x@@\nLAUNCH "
+     "@S2@ 1\n"
      "LAUNCH \"a b\" 0\nLAUNCH a 5\nILAUNCH 2 0\nILAUNCH -1 0\nEXECUTE_LAUNCHER 4\nGOTO "
      "end\n:none\n:end",
      {}},
     {"values known at run time only",
      "FIND_JVM @N1@ @N2@\nVERIFY @N1@ @N1@ @N1@\nILAUNCH @N1@ @N1@\nEXECUTE_LAUNCHER @N1@\n"
-     "INSTALL_JVM @N1@\nGOTO @S1@\nJMP0 @N1@ x@N2@\nSET N1 = @S1@",
+     "INSTALL_JVM @N1@\nJMP0 @N1@ x@N2@\nSET N1 = @S1@\n:x0\n"
+     "ILAUNCH -1 0",
      {}},
     {"words behind the arguments are ignored", "FIND_JVM 1 1 really\nGOTO x y\n:x", {}},
 
@@ -77,28 +79,41 @@ const std::vector<ScriptRow> kScriptRows = {
       "begins with // and a blank"}},
     {"several findings, in the order of the lines",
      "X\nY\n//",
-     {"i:2: error: unknown command \"X\"; the script ends with an error here",
-      "i:3: error: unknown command \"Y\"; the script ends with an error here"}},
+     {"i:2: error: unknown command \"X\"; the script ends with an error here; the commands are "
+      "FIND_JVM, GOTO, ILAUNCH, INITIALIZE_UI, INSTALL_JVM, JMP0, LAUNCH, SET, VERIFY, "
+      "EXECUTE_LAUNCHER",
+      "i:3: error: unknown command \"Y\"; the script ends with an error here; the commands are "
+      "FIND_JVM, GOTO, ILAUNCH, INITIALIZE_UI, INSTALL_JVM, JMP0, LAUNCH, SET, VERIFY, "
+      "EXECUTE_LAUNCHER"}},
 
     {"missing arguments",
      "FIND_JVM 1\nGOTO\nILAUNCH 2\nINSTALL_JVM\nJMP0 1\nVERIFY 1 1\nEXECUTE_LAUNCHER",
-     {"i:2: error: FIND_JVM needs 2 arguments; the script ends with an error here",
-      "i:3: error: GOTO needs 1 argument; the script ends with an error here",
-      "i:4: error: ILAUNCH needs 2 arguments; the script ends with an error here",
-      "i:5: error: INSTALL_JVM needs 1 argument; the script ends with an error here",
-      "i:6: error: JMP0 needs 2 arguments; the script ends with an error here",
-      "i:7: error: VERIFY needs 3 arguments; the script ends with an error here",
-      "i:8: error: EXECUTE_LAUNCHER needs 1 argument; the script ends with an error here"}},
+     {"i:2: error: FIND_JVM needs 2 arguments; the script ends with an error here; write FIND_JVM "
+      "1 1",
+      "i:3: error: GOTO needs 1 argument; the script ends with an error here; write GOTO LABEL",
+      "i:4: error: ILAUNCH needs 2 arguments; the script ends with an error here; write ILAUNCH "
+      "NUMBER 1",
+      "i:5: error: INSTALL_JVM needs 1 argument; the script ends with an error here; write "
+      "INSTALL_JVM 1",
+      "i:6: error: JMP0 needs 2 arguments; the script ends with an error here; write JMP0 @N1@ "
+      "LABEL",
+      "i:7: error: VERIFY needs 3 arguments; the script ends with an error here; write VERIFY 1 1 "
+      "NUMBER",
+      "i:8: error: EXECUTE_LAUNCHER needs 1 argument; the script ends with an error here; write "
+      "EXECUTE_LAUNCHER POSITION"}},
     {"booleans",
      "FIND_JVM 2 x\nVERIFY -1 0 2\nFIND_JVM 01 +0",
-     {"i:2: error: \"2\" must be 0 or 1; the script ends with an error here",
-      "i:2: error: \"x\" is no number; the script ends with an error here",
-      "i:3: error: \"-1\" must be 0 or 1; the script ends with an error here"}},
+     {"i:2: error: \"2\" must be 0 or 1; the script ends with an error here; write 1 or 0",
+      "i:2: error: \"x\" is no number; the script ends with an error here; write 1 or 0",
+      "i:3: error: \"-1\" must be 0 or 1; the script ends with an error here; write 1 or 0"}},
     {"install options",
      "INSTALL_JVM 0\nINSTALL_JVM 3\nINSTALL_JVM -1\nINSTALL_JVM x",
-     {"i:3: error: \"3\" must be 0, 1 or 2; the script ends with an error here",
-      "i:4: error: \"-1\" must be 0, 1 or 2; the script ends with an error here",
-      "i:5: error: \"x\" is no number; the script ends with an error here"}},
+     {"i:3: error: \"3\" must be 0, 1 or 2; the script ends with an error here; write 0 for a "
+      "hidden installation, 1 for a visible one, 2 to let the user name a folder",
+      "i:4: error: \"-1\" must be 0, 1 or 2; the script ends with an error here; write 0 for a "
+      "hidden installation, 1 for a visible one, 2 to let the user name a folder",
+      "i:5: error: \"x\" is no number; the script ends with an error here; write 0 for a hidden "
+      "installation, 1 for a visible one, 2 to let the user name a folder"}},
     {"jvm files by number",
      "ILAUNCH 3 0\nILAUNCH 99 0\nVERIFY 1 1 1\nVERIFY 1 1 -1\nILAUNCH 2 x",
      {"i:2: error: no jvm file has the number 3; ILAUNCH does nothing; write the number of a jvm "
@@ -109,7 +124,7 @@ const std::vector<ScriptRow> kScriptRows = {
       "number of a jvm file",
       "i:5: error: no jvm file has the number -1; the script ends with an error here; write the "
       "number of a jvm file",
-      "i:6: error: \"x\" is no number; the script ends with an error here"}},
+      "i:6: error: \"x\" is no number; the script ends with an error here; write a number"}},
     {"launchers by position",
      "EXECUTE_LAUNCHER 5\nEXECUTE_LAUNCHER 6\nEXECUTE_LAUNCHER -1",
      {"i:2: error: position 5 of the file index holds no launcher; the script ends with an error "
@@ -133,7 +148,7 @@ const std::vector<ScriptRow> kScriptRows = {
     {"label with more on its line",
      "GOTO x\n:x here",
      {"i:2: error: the line of the label \"x\" holds more than the label, which is never found "
-      "then; the script ends with an error here; leave the label alone on its line"}},
+      "then; the script ends with an error here; write :x and nothing else on that line"}},
     {"label twice",
      "GOTO x\n:x\n:x",
      {"i:4: warning: the label \":x\" stands further up, too; the first one is always taken; give "
@@ -166,32 +181,35 @@ const std::vector<ScriptRow> kScriptRows = {
       "script ends with an error here; write LAUNCH @S2@ 1"}},
     {"LAUNCH with something else than seconds",
      "LAUNCH \"a b\" soon\nLAUNCH a @N9@\nLAUNCH \"\" 1",
-     {"i:2: error: \"soon\" is no number; the script ends with an error here",
+     {"i:2: error: \"soon\" is no number; the script ends with an error here; write a number",
       "i:3: error: \"N9\" is no variable; the script ends with an error here; write N1 to N5 or S1 "
       "to S10",
-      "i:4: error: the jvm file's name is empty; the script ends with an error here"}},
+      "i:4: error: the jvm file's name is empty; the script ends with an error here; write LAUNCH "
+      "@S2@ 1"}},
 
     {"SET",
      "SET S1\nSET X = 1\nSET N6 = 1\nSET = 1\nSET N1 = x\nSET N1 =\nSET S1 =\nSET S1 = \"\"\n"
      "SET S1 = \"a\nSET S1 = a b\nSET S1=a=b\nSET N1 = 12abc\nSET N1 = x y\nSET N1 = \"x\"",
-     {"i:2: error: SET needs a variable, = and a value; the script ends with an error here",
+     {"i:2: error: SET needs a variable, = and a value; the script ends with an error here; write "
+      "SET N2 = 1",
       "i:3: error: \"X\" is no variable; the script ends with an error here; write N1 to N5 or S1 "
       "to S10",
       "i:4: error: \"N6\" is no variable; the script ends with an error here; write N1 to N5 or S1 "
       "to S10",
       "i:5: error: \"\" is no variable; the script ends with an error here; write N1 to N5 or S1 "
       "to S10",
-      "i:6: error: \"x\" is no number; the script ends with an error here",
-      "i:7: error: \"\" is no number; the script ends with an error here",
+      "i:6: error: \"x\" is no number; the script ends with an error here; write a number",
+      "i:7: error: \"\" is no number; the script ends with an error here; write a number",
       "i:9: error: an empty text stands in quotes; the script ends with an error here; leave out "
       "the quotes",
-      "i:10: error: the text lacks its closing quote; the script ends with an error here",
+      "i:10: error: the text lacks its closing quote; the script ends with an error here; write a "
+      "double quote at its end",
       "i:11: warning: the value has several words without quotes; only the first is stored; put "
       "the value into double quotes",
       "i:14: warning: the value has several words without quotes; only the first is stored; put "
       "the value into double quotes",
-      "i:14: error: \"x\" is no number; the script ends with an error here",
-      "i:15: error: \"x\" is no number; the script ends with an error here"}},
+      "i:14: error: \"x\" is no number; the script ends with an error here; write a number",
+      "i:15: error: \"x\" is no number; the script ends with an error here; write a number"}},
 };
 
 std::vector<std::string> ofScript(std::vector<std::string> lines) {

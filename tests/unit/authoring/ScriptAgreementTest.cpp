@@ -24,9 +24,11 @@ std::vector<std::string> firstWords() {
 
 // Each of these variables is 1, which fits everywhere; "1" is a label, too.
 const std::vector<std::string> kArguments = {
-    "0",    "1",       "2",  "-1", "x",    "1a",  "@N1@",       "@S10@", "@n5@",       "@N6@",
-    "@",    "@1@",     "y",  "S1", "N1",   "=",   "N6",         "S1=1",  "\"x\"",      "\"x",
-    "\"\"", "\"x y\"", "x@", "+1", "N1=x", "=\"", "\"x\"\"y\"", "1\"",   "99999999999"};
+    "0",           "1",    "2",       "-1",       "x",         "1a",         "@N1@",
+    "@S10@",       "@n5@", "@N6@",    "@",        "@1@",       "y",          "S1",
+    "N1",          "=",    "N6",      "S1=1",     "\"x\"",     "\"x",        "\"\"",
+    "\"x y\"",     "x@",   "+1",      "N1=x",     "=\"",       "\"x\"\"y\"", "1\"",
+    "99999999999", "@@",   "a@@@N1@", "@N1@@@@@", "\"@@@S1@\""};
 
 constexpr int kLines = 20000;
 
@@ -40,7 +42,7 @@ authoring::SetupFile scriptOf(const std::string& line) {
 // Findings about what the script asks for, not about how it is written: the interpreter runs it.
 bool isSoft(const authoring::Finding& finding) {
   for (const char* const text :
-       {"no jvm file has the number", "of the file index holds no launcher"}) {
+       {"no jvm file has the number", "of the file index holds no launcher", "looks for a file"}) {
     if (finding.what.find(text) != std::string::npos) {
       return true;
     }

@@ -78,6 +78,18 @@ const std::vector<SoundRow> kRows = {
      {.script = "INSTRUCTIONS:\n//\nSET N5 = 0\n:again\nFIND_JVM 1 0\nGOTO found@N1@\n:found1\n"
                 "LAUNCH @S2@ 1\nGOTO end\n:found0\nGOTO round@N5@\n:round0\nSET N5 = 1\n"
                 "INSTALL_JVM 2\nGOTO again\n:round1\nILAUNCH 69 0\n:end\n/:\n"}},
+    {"comments behind statements",
+     {.script = "INSTRUCTIONS:\n// a\nINITIALIZE_UI // b\nSET N2 = 5 // c\nSET S5 = a // d\n"
+                "SET S6 = \"a b\" // e\nFIND_JVM 1 1 // f\nJMP0 @N1@ none // g\n"
+                "LAUNCH @S2@ 1 # h\nGOTO end // i\n:none\nILAUNCH 69 0 really\n:end\n/:\n"}},
+    {"numbers, signs and labels that look odd",
+     {.script = "INSTRUCTIONS:\n:top\nSET N2 = -1\nSET N3 = \"4 apples\"\nSET S5=a=b-c\n"
+                "SET S6 = me@@home\nSET S7 = \"@@@@ @N2@\"\nSET S9 =\n"
+                "FIND_JVM 01 +1\nSET S8 = \"no java/1\"\nJMP0 @n1@ @s8@\nLAUNCH \"@S2@\" 0\n"
+                "GOTO end-2\n:no java/1\nILAUNCH 069 0\n:end-2\n/:\n"}},
+    {"a number of a jvm file that a variable holds",
+     {.script = "INSTRUCTIONS:\n//\nFIND_JVM 1 1\nSET N4 = 69\nJMP0 @N1@ none\nLAUNCH @S2@ 1\n"
+                "GOTO end\n:none\nILAUNCH @N4@ 0\n:end\n/:\n"}},
     {"a status by a tag of its own",
      {.launchScript = "COMMAND: %IF_EXISTS%(\"STATUS\",\"exit @STATUS@;\") exec "
                       "\"@JVM_HOME@/@JVM_EXE@\" %CP%() %RUNTIME_JAVAARGS%() Setup\n",
