@@ -14,7 +14,7 @@ std::string ask(const std::string& question, const std::string& proposed) {
   std::cout << question << (proposed.empty() ? "" : " [" + proposed + "]") << ": " << std::flush;
   std::string answer;
   if (!std::getline(std::cin, answer)) {
-    std::cout << std::endl;
+    std::cout << '\n' << std::flush;
     throw AuthoringError("the answers ended; nothing was made");
   }
   const std::size_t first = answer.find_first_not_of(" \t");

@@ -13,6 +13,7 @@ constexpr const char* kShowThem = "; `corvane-pack list` shows what there is";
 
 std::vector<std::string> allNames(const LauncherFile& launcher) {
   std::vector<std::string> names;
+  names.reserve(static_cast<std::size_t>(launcher.index.size()));
   for (long i = 0; i < launcher.index.size(); ++i) {
     names.emplace_back(launcher.index.at(i)->getFileName().view());
   }

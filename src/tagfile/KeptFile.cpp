@@ -65,10 +65,11 @@ FilePtr KeptFile::openKept() const {
   }
   const int descriptor = fcntl(m_descriptor, F_DUPFD_CLOEXEC, 0);
   FilePtr file(descriptor == -1 ? nullptr : fdopen(descriptor, "rb"));
-  if (file != nullptr) {
-    std::rewind(file.get());
-  } else if (descriptor != -1) {
+  if (file == nullptr && descriptor != -1) {
     close(descriptor);
+  }
+  if (file != nullptr && std::fseek(file.get(), 0, SEEK_SET) != 0) {
+    file = nullptr;
   }
   return file;
 }
