@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "authoring/ShellWords.h"
 #include "launchscript/FunctionArguments.h"
 #include "launchscript/MacroHandler.h"
 
@@ -40,7 +41,8 @@ class NameReader : public MacroHandler {
 // Replaces the calls by what is known of their results, and collects them.
 class CallReader : public MacroHandler {
  public:
-  explicit CallReader(std::vector<FunctionCall>& calls) : m_calls(calls) {}
+  CallReader(std::vector<FunctionCall>& calls, std::string_view text)
+      : m_calls(calls), m_hasPlainQuotes(hasPlainQuotes(text)) {}
 
   CommandText processMacro(const MacroText& text, char /*delimiter*/, std::size_t start,
                            std::size_t& end) const override {
@@ -51,21 +53,30 @@ class CallReader : public MacroHandler {
       throw Unreadable();
     }
     end = reader.position() - 1;
-    add(function->function, arguments);
+    m_calls.push_back(describe(function->function, arguments, text.buffer(), start, end));
     const CommandText result = resultOf(function->function, arguments);
     return result.empty() ? CommandText(kStandIn) : result;
   }
 
  private:
-  void add(Function function, const CommandTexts& arguments) const {
-    FunctionCall call{function, {}};
+  // The text in front of `start` is final, so that its quotes are read once.
+  FunctionCall describe(Function function, const CommandTexts& arguments, const CommandText& text,
+                        std::size_t start, std::size_t end) const {
+    const std::string_view bytes = text.bytes().view();
+    FunctionCall call{.function = function, .arguments = {}};
     for (const CommandText& argument : arguments) {
       call.arguments.emplace_back(argument.bytes().view());
     }
-    m_calls.push_back(std::move(call));
+    m_quotes.readTo(bytes, start);
+    call.isInQuotes = m_quotes.areOpen() || !m_hasPlainQuotes;
+    call.before = start > 0 ? bytes[start - 1] : '\0';
+    call.behind = end + 1 < bytes.size() ? bytes[end + 1] : '\0';
+    return call;
   }
 
   std::vector<FunctionCall>& m_calls;
+  mutable ShellQuotes m_quotes;  // in front of the call
+  const bool m_hasPlainQuotes;
 };
 
 CommandText argument(const CommandTexts& arguments, std::size_t index) {
@@ -127,7 +138,7 @@ CommandModel readCommand(const SString& text) {
   CommandModel model;
   const NameReader tags(model.tags);
   try {
-    const CommandText called = CallReader(model.calls).resolve(text, kFunctionMark);
+    const CommandText called = CallReader(model.calls, text.view()).resolve(text, kFunctionMark);
     const CommandText named = tags.resolve(called, kTagMark);
     const CommandText whole = NameReader(model.variables).resolve(named, kEnvironmentMark);
     model.text = std::string(whole.bytes().view());

@@ -14,6 +14,9 @@ namespace authoring {
 struct FunctionCall {
   Function function;
   std::vector<std::string> arguments;
+  bool isInQuotes = false;  // of the shell, or it cannot be known
+  char before = '\0';       // the byte in front of the call; the null byte at the beginning
+  char behind = '\0';       // the byte behind the call; the null byte at the end
 };
 
 struct CommandModel {

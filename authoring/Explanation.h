@@ -28,7 +28,7 @@ struct ExplainedLog {
 // For people: one line for each Java, then what was chosen and how the wizard ended. Nothing in it
 // can steer a terminal.
 std::string explainAsText(const ExplainedLog& log);
-// For programs, in ASCII: docs/explain.md tells the form.
+// For programs, in ASCII: docs/authoring.md, "Explaining a log", tells the form.
 std::string explainAsJson(const ExplainedLog& log);
 
 }  // namespace authoring

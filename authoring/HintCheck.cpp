@@ -23,6 +23,9 @@ struct VariableRow {
   std::string_view name;
 };
 constexpr VariableRow kHomeVariables[] = {{"JAVA_HOME"}, {"JDK_HOME"}, {"JRE_HOME"}};
+// Folders of Javas that are none themselves.
+constexpr std::string_view kFoldersOfHomes[] = {"/usr/lib/jvm", "/usr/lib64/jvm", "/usr/java",
+                                                "/Library/Java/JavaVirtualMachines"};
 // What absolute folders begin with, behind their slash.
 constexpr std::string_view kRootFolders[] = {"usr/", "opt/", "Library/", "home/", "etc/", "var/"};
 
@@ -97,10 +100,25 @@ class HintCheck {
     if (exe.starts_with("./")) {
       warn(quotedText(exe) + " begins with ./", "folders of PATH and of a scan do not end with it",
            "write " + exe.substr(2));
+    } else if (exe.find("//") != std::string::npos) {
+      warn(quotedText(exe) + " holds two slashes together",
+           "folders of PATH and of a scan do not end with it", "write one slash");
+    } else if (exe.starts_with("JAVA_HOME/") || exe.starts_with("JVM_HOME/")) {
+      warn(quotedText(exe) + " begins with the name of a variable",
+           "the path is put behind the home of each Java",
+           "write " + exe.substr(exe.find('/') + 1));
+    } else if (isMisspeltJava(exe.substr(exe.rfind('/') + 1))) {
+      warn(quotedText(exe) + " is not the java of a Java", "the verify class is not run by it",
+           "write " + exe.substr(0, exe.rfind('/') + 1) + "java");
     } else if (exe.ends_with(".exe") || exe.ends_with("javaw")) {
       warn(quotedText(exe) + " is a program of Windows", "no Java on Unix has it",
            "write bin/java");
     }
+  }
+
+  static bool isMisspeltJava(const std::string& name) {
+    static constexpr std::string_view kOthers[] = {"Java", "JAVA", "javac", "jar", "jre", "jdk"};
+    return std::find(std::begin(kOthers), std::end(kOthers), name) != std::end(kOthers);
   }
 
   // --- PATH_HINT ---
@@ -135,15 +153,22 @@ class HintCheck {
     const std::string plain = hint.ends_with('/') ? hint.substr(0, hint.size() - 1) : hint;
     if (findTrailingComment(hint) != std::string::npos) {
       warn(quoted + " holds a comment", "it belongs to the name of the folder", "delete it");
-    } else if (hint.find(':') != std::string::npos) {
-      warn(quoted + " holds a colon", "it is one name and not a list",
-           "write a line for each folder");
+    } else if (hint.size() > 1 && holds(hint.substr(0, 1), "'") && hint.back() == '\'') {
+      warn(quoted + " has single quotes", "they belong to the name of the folder",
+           "leave them out");
+    } else if (hint.find(':') != std::string::npos || hint.find(";/") != std::string::npos) {
+      warn(quoted + (holds(hint, ":") ? " holds a colon" : " holds a semicolon"),
+           "it is one name and not a list", "write a line for each folder");
     } else if (!m_exe.empty() && plain.ends_with(exe)) {
       warn(quoted + " names the program", "JVM_EXE is put behind it once more",
            "write the home, " + plain.substr(0, plain.size() - exe.size()) + "/");
     } else if (!folder.empty() && plain.ends_with(folder)) {
       warn(quoted + " ends with the folder of JVM_EXE", "JVM_EXE is put behind it once more",
            "write the home, " + plain.substr(0, plain.size() - folder.size()) + "/");
+    } else if (std::find(std::begin(kFoldersOfHomes), std::end(kFoldersOfHomes), plain) !=
+               std::end(kFoldersOfHomes)) {
+      warn(quoted + " is a folder of Javas and no home of one", "folders in it are not looked at",
+           "write a line for each Java in it");
     } else {
       checkRelative(hint);
     }
@@ -170,6 +195,9 @@ class HintCheck {
     } else if (!isVariableName(name)) {
       warn(quotedText(name) + " is no name of an environment variable", "nothing is found by it",
            "write one name in each line, such as JAVA_HOME, without signs around it");
+    } else if (name == "PATH" && m_exe.find('/') != std::string::npos) {
+      warn("PATH holds folders of programs and no homes", "they are looked at anyway, as such",
+           "leave it out");
     } else {
       checkSpelling(name);
     }

@@ -7,7 +7,9 @@
 #include <vector>
 
 #include "archive/LauncherFileFormat.h"
+#include "authoring/ArgumentCheck.h"
 #include "authoring/FileTypes.h"
+#include "authoring/JavaOptions.h"
 #include "authoring/TagFileCheck.h"
 #include "authoring/TextPatterns.h"
 #include "instructions/ScriptGrammar.h"
@@ -47,15 +49,14 @@ class JVMFileCheck {
   JVMFileCheck(const Setup& setup, const SetupFile& file, const CommandModel& command,
                Findings& findings)
       : m_setup(setup), m_file(file), m_command(command), m_findings(findings) {
-    const std::string exe = firstValue(file, tagname::kJVMExe);
-    m_isJava = exe.substr(exe.rfind('/') + 1) == "java";
+    m_isJava = isJavaPath(firstValue(file, tagname::kJVMExe));
   }
 
   void run() {
     usesVariable() ? checkVariable() : checkOption();
     checkClasspathSeparator();
     checkSystem();
-    checkArguments();
+    checkOwnClasspath();
     checkEnvironment();
     checkRecorded();
   }
@@ -109,7 +110,12 @@ class JVMFileCheck {
             "the tag is what stands in front of a class path, and Java would take it for a class",
             named("write ", tagname::kClasspath) + ": \"-cp \", and entries as " +
                 tagname::kJVMClasspath);
-    } else if (option[0] == '-' && option.back() != '=' && !isWhitespace(option.back())) {
+    } else if (m_isJava && !isOptionOfJava(option)) {
+      error(tagname::kClasspath,
+            valued(tagname::kClasspath, option) + " is no option for a class path",
+            "Java does not take it, and no Java is accepted",
+            named("write ", tagname::kClasspath) + ": \"-cp \"");
+    } else if (option[0] == '-' && !endsForPath(option)) {
       error(tagname::kClasspath,
             valued(tagname::kClasspath, option) + " does not end with its blank",
             "the class path follows at once, as in " + option + "a.jar",
@@ -118,11 +124,35 @@ class JVMFileCheck {
     }
   }
 
+  // In front of an entry, or of further ones.
+  static bool endsForPath(const std::string& option) {
+    return option.back() == '=' || option.back() == ':' || isWhitespace(option.back());
+  }
+
+  // False for what is surely none, such as "cp " and "-cp=".
+  static bool isOptionOfJava(const std::string& option) {
+    const std::string_view text = withoutBlanks(option);
+    const std::string_view last = text.substr(text.find_last_of(kBlanks) + 1);
+    const bool isOther = last.find_first_of("@#$%:") != last.npos || last.starts_with("-D") ||
+                         last.starts_with("-X") || last == "--class-path=";
+    return isOther || isClasspathOption(last);
+  }
+
   void needOption() {
     if (m_isJava) {
       error(tagname::kClasspath, named(tagname::kClasspath, " is missing"),
             "the class path stands in the command without an option, and no Java is accepted",
             named("write ", tagname::kClasspath) + ": \"-cp \"");
+    }
+  }
+
+  void checkOwnClasspath() {
+    const std::string entries = value(tagname::kJVMClasspath);
+    const auto fault = usesVariable() ? std::nullopt : findShellFault(entries);
+    if (fault) {
+      error(tagname::kJVMClasspath, valued(tagname::kJVMClasspath, entries) + " " + fault->what,
+            fault->why + ", and no Java is accepted",
+            "put the path into double quotes, written as \"\"\"/opt/my lib.jar\"\"\"");
     }
   }
 
@@ -165,6 +195,9 @@ class JVMFileCheck {
     const std::string option = value(tagname::kSystem);
     if (option.empty() && m_isJava && isUsed) {
       reportSystem(calls > 0, tagname::kSystem, "-D");
+    } else if (m_isJava && !option.empty() && !isPropertyOption(option)) {
+      report(calls > 0, tagname::kSystem, valued(tagname::kSystem, option) + " sets no property",
+             "Java knows -D alone for that", named("write ", tagname::kSystem) + ": -D");
     } else if (!option.empty() && isWhitespace(option.back())) {
       error(tagname::kSystem, valued(tagname::kSystem, option) + " ends with a blank",
             "Java takes the property behind it for a class",
@@ -185,55 +218,24 @@ class JVMFileCheck {
     }
   }
 
+  static bool isPropertyOption(const std::string& option) {
+    const std::string_view text = withoutBlanks(option);
+    return text == "-D" || text.ends_with(" -D") || text.find('@') != text.npos;
+  }
+
   void reportSystem(bool isCalled, const char* tag, const std::string& meant) {
-    const std::string what = named(tag, " is missing");
-    const std::string advice = named("write ", tag) + ": " + meant;
-    isCalled ? error(tag, what, "SYSTEMPROP makes no property that Java understands", advice)
-             : warn(tag, what, "the properties of a side file would not be understood", advice);
+    report(isCalled, tag, named(tag, " is missing"),
+           isCalled ? "SYSTEMPROP makes no property that Java understands"
+                    : "the properties of a side file would not be understood",
+           named("write ", tag) + ": " + meant);
   }
 
-  // --- Arguments and the environment ---
-
-  void checkArguments() {
-    const SString arguments = m_file.tagFile->getTagValue(tagname::kReqJavaArgs, 0);
-    if (arguments.empty()) {
-      return;
-    }
-    if (!hasClosedQuotes(arguments)) {
-      error(tagname::kReqJavaArgs, named(tagname::kReqJavaArgs, ": a quote is not closed"),
-            "the shell refuses each command for this Java, and none is accepted",
-            "close the quote");
-    }
-    for (const std::string& name : namesIn(arguments, kFunctionMark)) {
-      if (findFunction(name) != nullptr) {
-        error(tagname::kReqJavaArgs,
-              named(tagname::kReqJavaArgs, ": the function ") + name + " is not called here",
-              "a search puts the value into its command as it stands, and no Java is accepted",
-              "write it into COMMAND");
-      }
-    }
-    if (m_command.isReadable && !isNamedInCommand() && !m_command.text.empty()) {
-      warn(tagname::kReqJavaArgs, named(tagname::kReqJavaArgs, " is not part of COMMAND"),
-           "the arguments count for a search, but not for the wizard",
-           "write %RUNTIME_JAVAARGS%() or @REQ_JAVA_ARGS@ into COMMAND");
-    }
+  void report(bool isError, const char* tag, const std::string& what, const std::string& why,
+              const std::string& advice) {
+    isError ? error(tag, what, why, advice) : warn(tag, what, why, advice);
   }
 
-  // By a tag of the author's own, too.
-  bool isNamedInCommand() const {
-    std::vector<std::string> pending = m_command.tags;
-    std::set<std::string> named;
-    while (!pending.empty()) {
-      const std::string name = pending.back();
-      pending.pop_back();
-      if (named.insert(name).second) {
-        const auto names = namesIn(m_file.tagFile->getTagValue(name.c_str(), 0), kTagMark);
-        pending.insert(pending.end(), names.begin(), names.end());
-      }
-    }
-    return m_command.count(Function::kRuntimeJavaArgs) > 0 ||
-           named.count(tagname::kReqJavaArgs) != 0;
-  }
+  // --- The environment ---
 
   void checkEnvironment() {
     const long count = countOwnValues(m_file, kJVMFileTags, tagname::kSetEnvForWizard);
@@ -266,7 +268,35 @@ class JVMFileCheck {
     } else if (text.find('$') != std::string_view::npos) {
       m_findings.warning(place, what + " holds a $", "no shell reads it: it stays as it stands",
                          "set the variable in COMMAND");
+    } else if (holdsMacro(text)) {
+      m_findings.warning(place, what + " holds a macro", "values are taken as they stand",
+                         "set the variable in COMMAND");
+    } else if (holdsAssignment(text)) {
+      m_findings.warning(place, what + " sets one variable only",
+                         "the rest of the line belongs to its value",
+                         "write a line for each variable");
     }
+  }
+
+  // @TAG@, #VARIABLE#, or the call of a function.
+  static bool holdsMacro(std::string_view text) {
+    const std::vector<std::string> functions = namesIn(SString(text), kFunctionMark);
+    bool isMacro = std::any_of(functions.begin(), functions.end(), [](const std::string& name) {
+      return findFunction(name) != nullptr;
+    });
+    for (const char mark : {kTagMark, kEnvironmentMark}) {
+      const std::vector<std::string> names = namesIn(SString(text), mark);
+      isMacro = isMacro || std::any_of(names.begin(), names.end(), looksLikeATag);
+    }
+    return isMacro;
+  }
+
+  // "b; C=d" and "b C=d", but not "-Da=b C=d": that may be a list of options.
+  static bool holdsAssignment(std::string_view text) {
+    const std::string_view first = firstWord(text);
+    const std::string_view second = firstWord(withoutBlanks(text.substr(first.size())));
+    return first.find_first_of("=-") == first.npos &&
+           looksLikeATag(second.substr(0, second.find('='))) && second.find('=') != second.npos;
   }
 
   void checkRecorded() {

@@ -5,8 +5,8 @@
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/FileTypes.h"
+#include "authoring/JavaCall.h"
 #include "authoring/Listing.h"
-#include "authoring/MainClass.h"
 #include "authoring/ProgramLook.h"
 #include "authoring/ZipArchive.h"
 #include "tagfile/TagNames.h"

@@ -1,6 +1,7 @@
 #include "authoring/PropertyCheck.h"
 
 #include <algorithm>
+#include <cctype>
 #include <map>
 #include <optional>
 #include <string>
@@ -22,6 +23,8 @@ constexpr std::string_view kAnyEnd = "...";
 constexpr std::string_view kSpecification = "java.specification.version";
 constexpr std::string_view kVersion = "java.version";
 constexpr std::string_view kArchitecture = "os.arch";
+constexpr std::string_view kSystem = "os.name";
+constexpr std::string_view kBits = "sun.arch.data.model";
 
 // What every Java tells of itself.
 struct PropertyRow {
@@ -47,26 +50,57 @@ constexpr PropertyRow kKnownProperties[] = {
     {"java.vm.specification.name"},
     {"java.vm.specification.vendor"},
     {"java.vm.specification.version"},
-    {"os.name"},
+    {kSystem},
     {"os.version"},
-    {"sun.arch.data.model"},
+    {kBits},
     {"sun.boot.library.path"},
     {"sun.cpu.endian"},
     {"sun.management.compiler"},
 };
 
-// Names of processors that no Java uses on Unix.
-struct ArchitectureRow {
+bool isKnownProperty(std::string_view name) {
+  return std::any_of(std::begin(kKnownProperties), std::end(kKnownProperties),
+                     [name](const PropertyRow& row) { return row.name == name; });
+}
+
+// Texts that no Java on Unix uses. Capitals do not count in `written`.
+struct WrongTextRow {
+  std::string_view property;
   std::string_view written;
   const char* meant;
 };
-constexpr ArchitectureRow kArchitectures[] = {
-    {"x64", "amd64"}, {"x86-64", "amd64"}, {"arm64", "aarch64"}, {"armv8", "aarch64"},
-    {"64", "amd64"},  {"x86_32", "i386"},  {"x32", "i386"},      {"i686", "i386"},
+constexpr WrongTextRow kWrongTexts[] = {
+    {kArchitecture, "x64", "amd64"},
+    {kArchitecture, "x86-64", "amd64"},
+    {kArchitecture, "arm64", "aarch64"},
+    {kArchitecture, "armv8", "aarch64"},
+    {kArchitecture, "64", "amd64"},
+    {kArchitecture, "x86_32", "i386"},
+    {kArchitecture, "x32", "i386"},
+    {kArchitecture, "i686", "i386"},
+    {kArchitecture, "amd64", "amd64"},
+    {kArchitecture, "aarch64", "aarch64"},
+    {kArchitecture, "x86_64", "x86_64"},
+    {kSystem, "linux", "Linux"},
+    {kSystem, "gnu/linux", "Linux"},
+    {kSystem, "mac os x", "Mac OS X"},
+    {kSystem, "macos", "Mac OS X"},
+    {kSystem, "darwin", "Mac OS X"},
+    {kSystem, "freebsd", "FreeBSD"},
+    {kBits, "64bit", "64"},
+    {kBits, "64-bit", "64"},
+    {kBits, "amd64", "64"},
+    {kBits, "32bit", "32"},
+    {kBits, "32-bit", "32"},
 };
 
 bool isNamed(std::string_view text, std::string_view bytes) {
   return text.find_first_of(bytes) != std::string_view::npos;
+}
+
+bool isSameButCapitals(std::string_view text, std::string_view small) {
+  const auto isSame = [](unsigned char a, unsigned char b) { return std::tolower(a) == b; };
+  return std::equal(text.begin(), text.end(), small.begin(), small.end(), isSame);
 }
 
 // True when `text`, or a longer one if `isPrefix`, is numbered as the lines of Java are:
@@ -79,7 +113,8 @@ bool isSpecificationVersion(std::string_view text, bool isPrefix) {
   if (text.empty()) {
     return isPrefix;
   }
-  const bool isNumber = isDigits(text) && text[0] != '0' && text.size() <= 3;
+  // "8..." is surely meant for Java 8; "2..." stands for 20 and on.
+  const bool isNumber = isDigits(text) && text[0] != '0' && text.size() <= 3 && text != "8";
   return isNumber && (isPrefix || text.size() > 1 || text == "9");
 }
 
@@ -93,7 +128,10 @@ class PropertyCheck {
       const SString text =
           m_file.tagFile->getTagValue(tagname::kJVMProperties, static_cast<unsigned long>(m_line));
       const auto property = splitAssignment(text.view());
-      if (property) {
+      if (property && property->value.empty() && isKnownProperty(property->name.view())) {
+        error("nothing is expected of " + std::string(property->name.view()),
+              "Java says something there, and none is accepted", "write what it is to say, or ...");
+      } else if (property) {
         checkLine(std::string(property->name.view()), std::string(property->value.view()));
       } else {
         warn(quotedText(text) + " has no equals sign", "it is ignored", "write name = value");
@@ -193,6 +231,12 @@ class PropertyCheck {
       error("the quotes belong to the text that is compared", kNoJava, "leave them out");
       return false;
     }
+    if (holdsName(expected)) {
+      error("nothing is filled in here: " + quotedText(expected),
+            std::string("the text is compared byte for byte, and ") + kNoJava,
+            "write the text itself");
+      return false;
+    }
     if (isNamed(expected, "*|")) {
       error("there are no patterns such as " + quotedText(expected),
             std::string("the text is compared byte for byte, and ") + kNoJava,
@@ -200,6 +244,18 @@ class PropertyCheck {
       return false;
     }
     return true;
+  }
+
+  // "$NAME", "@NAME@" or "#NAME#".
+  static bool holdsName(const std::string& text) {
+    const std::size_t dollar = text.find('$');
+    const bool isVariable = dollar != std::string::npos && dollar + 1 < text.size() &&
+                            (text[dollar + 1] == '{' || isVariableName(text.substr(dollar + 1, 1)));
+    const std::string_view inner = text.size() > 2 ? std::string_view(text).substr(1) : "";
+    const bool isMacro = isNamed(text.substr(0, 1), "@#%") &&
+                         isVariableName(inner.substr(0, inner.find(text[0]))) &&
+                         inner.find(text[0]) != inner.npos;
+    return isVariable || isMacro;
   }
 
   void checkKnown(const std::string& name, const std::string& expected) {
@@ -210,18 +266,15 @@ class PropertyCheck {
       checkSpecification(name, text, isOpen);
     } else if (name == kVersion) {
       checkVersion(text, isOpen);
-    } else if (name == kArchitecture) {
-      checkArchitecture(text);
     } else {
       checkSpelling(name);
+      checkWrongText(name, text);
     }
   }
 
   void checkSpelling(const std::string& name) {
-    const auto isKnown = [&name](const PropertyRow& row) { return row.name == name; };
     const std::string hint = didYouMean(name, kKnownProperties);
-    if (std::none_of(std::begin(kKnownProperties), std::end(kKnownProperties), isKnown) &&
-        !hint.empty()) {
+    if (!isKnownProperty(name) && !hint.empty()) {
       warn("Java has no property " + quotedText(name) + " of its own",
            "the answer is empty, and no Java is accepted that expects something else", hint);
     }
@@ -263,9 +316,9 @@ class PropertyCheck {
     }
     const bool isOld = isDigits(text) && text.size() == 1 && text[0] <= '8' &&
                        !isSpecificationVersion(text, isOpen);
-    if (isOld || (isOpen && text == "8")) {
+    if (isOld || text.starts_with("8u")) {
       error("no Java says " + quotedText(text) + " for " + std::string(kVersion),
-            "it begins with 1. up to Java 8", "write 1." + text + kAnyEnd.data());
+            "it begins with 1. up to Java 8", "write 1." + text.substr(0, 1) + kAnyEnd.data());
     } else if (!isOpen && (isDigits(text) || (text.starts_with("1.") && text.size() == 3))) {
       warn(std::string(kVersion) + " is to be " + quotedText(text) + " and nothing more",
            "a Java with updates, such as " + text + (isDigits(text) ? ".0.2" : ".0_442") +
@@ -274,11 +327,12 @@ class PropertyCheck {
     }
   }
 
-  void checkArchitecture(const std::string& text) {
-    for (const ArchitectureRow& row : kArchitectures) {
-      if (text == row.written) {
-        error("no Java on Unix says " + quotedText(text) + " for " + std::string(kArchitecture),
-              kNoJava, std::string("write ") + row.meant);
+  void checkWrongText(const std::string& name, const std::string& text) {
+    for (const WrongTextRow& row : kWrongTexts) {
+      if (row.property == name && isSameButCapitals(text, row.written) && text != row.meant) {
+        error("no Java on Unix says " + quotedText(text) + " for " + name, kNoJava,
+              std::string("write ") + row.meant);
+        return;
       }
     }
   }

@@ -20,8 +20,9 @@ std::string lineNumber(std::int32_t number) {
   return "line " + std::to_string(number);
 }
 
+// The first colon of the line ends it.
 bool isBlock(const TagSource& tag) {
-  return tag.head.text.ends_with(':');
+  return tag.head.text.find(':') + 1 == tag.head.text.size();
 }
 
 // The name of the tag that the line would begin outside a block; empty when it would begin none.

@@ -7,6 +7,7 @@
 #include "authoring/JVMFileCheck.h"
 #include "authoring/MacroCircle.h"
 #include "authoring/PropertyCheck.h"
+#include "authoring/RequiredArguments.h"
 #include "authoring/ScriptFlowCheck.h"
 #include "authoring/TagFileCheck.h"
 #include "tagfile/TagNames.h"
@@ -40,6 +41,7 @@ void checkJVMFiles(const Setup& setup, const CommandModel& command, Findings& fi
       checkProperties(file, findings);
       checkHints(file, findings);
       checkJVMFile(setup, file, command, findings);
+      checkRequiredArguments(file, command, findings);
     }
   }
   checkSearchAll(setup, statusFiles, findings);

@@ -10,8 +10,6 @@ namespace authoring {
 namespace {
 
 constexpr std::string_view kCommentMarks[] = {"#", "//", ";", "/*", "<!--"};
-// What only a shell can read.
-constexpr std::string_view kBeyondQuotes[] = {"$(", "`", "<<", " #"};
 
 constexpr std::string_view kDigits = "0123456789";
 constexpr std::string_view kCalculations = "+-*/%";
@@ -32,6 +30,15 @@ bool isLetter(char byte) {
 bool isVariableName(std::string_view text) {
   const auto fits = [](char byte) { return isLetter(byte) || isDigit(byte) || byte == '_'; };
   return !text.empty() && !isDigit(text[0]) && std::all_of(text.begin(), text.end(), fits);
+}
+
+bool isAssignment(std::string_view word) {
+  const std::size_t equals = word.find('=');
+  return equals != word.npos && isVariableName(word.substr(0, equals));
+}
+
+bool isJavaPath(std::string_view path) {
+  return path.substr(path.rfind('/') + 1) == "java";
 }
 
 bool looksLikeATag(std::string_view text) {
@@ -93,26 +100,6 @@ std::string textBehindQuote(std::string_view value) {
 
 std::string_view firstWord(std::string_view text) {
   return text.substr(0, text.find_first_of(kBlanks));
-}
-
-bool hasClosedQuotes(std::string_view command) {
-  for (const std::string_view unread : kBeyondQuotes) {
-    if (command.find(unread) != std::string_view::npos) {
-      return true;
-    }
-  }
-  char open = '\0';
-  for (std::size_t i = 0; i < command.size(); ++i) {
-    const char byte = command[i];
-    if (byte == '\\' && open != '\'') {
-      ++i;
-    } else if (open != '\0') {
-      open = byte == open ? '\0' : open;
-    } else if (byte == '"' || byte == '\'') {
-      open = byte;
-    }
-  }
-  return open == '\0';
 }
 
 }  // namespace authoring

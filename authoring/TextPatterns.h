@@ -10,6 +10,10 @@ namespace authoring {
 
 // A letter or "_", then letters, digits and "_".
 bool isVariableName(std::string_view text);
+// NAME=VALUE in front of a command.
+bool isAssignment(std::string_view word);
+// java, or a path that ends with /java.
+bool isJavaPath(std::string_view path);
 // Capitals, digits and "_" from a capital on, two bytes or more: what authors call a tag.
 bool looksLikeATag(std::string_view text);
 // Digits alone, at least one.
@@ -32,10 +36,6 @@ bool looksCalculated(std::string_view value);
 
 // The bytes up to the first blank.
 std::string_view firstWord(std::string_view text);
-
-// The shell's quotes: false when one of them is not closed. True for a text with substitutions,
-// here-documents or comments, which this does not read.
-bool hasClosedQuotes(std::string_view command);
 
 }  // namespace authoring
 

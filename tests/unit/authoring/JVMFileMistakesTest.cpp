@@ -316,6 +316,48 @@ const std::vector<mistakes::Mistake> kRows = {
      "DESC: Java 17\nJVM_HOME: /opt/java\nJVM_FILE: /tmp/cvj1",
      {"j:3: warning: JVM_FILE is written by the launcher; this looks like its copy for the Java of "
       "one machine; leave out JVM_HOME, JVM_FILE and JVM_TEMP"}},
+    {"two slashes in JVM_EXE",
+     "j",
+     "bin/java",
+     "bin//java",
+     {"j:2: warning: JVM_EXE: \"bin//java\" holds two slashes together; folders of PATH and of a "
+      "scan do not end with it; write one slash"}},
+    {"JVM_EXE in capitals",
+     "j",
+     "bin/java",
+     "bin/Java",
+     {"j:2: warning: JVM_EXE: \"bin/Java\" is not the java of a Java; the verify class is not run "
+      "by it; write bin/java"}},
+    {"name of a variable in JVM_EXE",
+     "j",
+     "bin/java",
+     "JAVA_HOME/bin/java",
+     {"j:2: warning: JVM_EXE: \"JAVA_HOME/bin/java\" begins with the name of a variable; the path "
+      "is put behind the home of each Java; write bin/java"}},
+    {"PATH among the variables",
+     "j",
+     "PLATFORM_HINT: JAVA_HOME",
+     "PLATFORM_HINT: PATH",
+     {"j:6: warning: PLATFORM_HINT: PATH holds folders of programs and no homes; they are looked "
+      "at anyway, as such; leave it out"}},
+    {"single quotes about a folder",
+     "j",
+     "/usr/lib/jvm/java-17",
+     "'/opt/my jdk'",
+     {"j:9: warning: PATH_HINT: \"'/opt/my jdk'\" has single quotes; they belong to the name of "
+      "the folder; leave them out"}},
+    {"list with semicolons",
+     "j",
+     "/usr/lib/jvm/java-17",
+     "/opt/jdk;/opt/jre",
+     {"j:9: warning: PATH_HINT: \"/opt/jdk;/opt/jre\" holds a semicolon; it is one name and not a "
+      "list; write a line for each folder"}},
+    {"folder of Javas",
+     "j",
+     "/usr/lib/jvm/java-17",
+     "/usr/lib/jvm/",
+     {"j:9: warning: PATH_HINT: \"/usr/lib/jvm/\" is a folder of Javas and no home of one; folders "
+      "in it are not looked at; write a line for each Java in it"}},
 };
 
 TEST(JVMFileMistakes, AreFoundAtTheirLines) {

@@ -168,6 +168,60 @@ const std::vector<mistakes::Mistake> kRows = {
      "JVM_PROPERTIES:\n  java.specification.version = 17\n/:\n",
      "",
      {"j: warning: JVM_PROPERTIES is missing; hints are not looked at and VERIFY accepts no JVM"}},
+    {"8 and three full stops",
+     "j",
+     "java.specification.version = 17",
+     "java.specification.version = 8...",
+     {"j:4: error: JVM_PROPERTIES: no Java says \"8\" for java.specification.version; it is 1.8 "
+      "and less up to Java 8, and a whole number from Java 9 on; write 1.8"}},
+    {"update of Java 8",
+     "j",
+     "java.specification.version = 17",
+     "java.version = 8u...",
+     {"j:4: error: JVM_PROPERTIES: no Java says \"8u\" for java.version; it begins with 1. up to "
+      "Java 8; write 1.8..."}},
+    {"system in small letters",
+     "j",
+     "java.specification.version = 17",
+     "os.name = linux",
+     {"j:4: error: JVM_PROPERTIES: no Java on Unix says \"linux\" for os.name; no Java is "
+      "accepted; write Linux"}},
+    {"another name of the system",
+     "j",
+     "java.specification.version = 17",
+     "os.name = macOS",
+     {"j:4: error: JVM_PROPERTIES: no Java on Unix says \"macOS\" for os.name; no Java is "
+      "accepted; write Mac OS X"}},
+    {"architecture in capitals",
+     "j",
+     "java.specification.version = 17",
+     "os.arch = AMD64",
+     {"j:4: error: JVM_PROPERTIES: no Java on Unix says \"AMD64\" for os.arch; no Java is "
+      "accepted; write amd64"}},
+    {"bits with a word",
+     "j",
+     "java.specification.version = 17",
+     "sun.arch.data.model = 64-bit",
+     {"j:4: error: JVM_PROPERTIES: no Java on Unix says \"64-bit\" for sun.arch.data.model; no "
+      "Java is accepted; write 64"}},
+    {"tag as what is expected",
+     "j",
+     "java.specification.version = 17",
+     "java.home = @JVM_HOME@",
+     {"j:4: error: JVM_PROPERTIES: nothing is filled in here: \"@JVM_HOME@\"; the text is compared "
+      "byte for byte, and no Java is accepted; write the text itself"}},
+    {"variable as what is expected",
+     "j",
+     "java.specification.version = 17",
+     "java.home = $JAVA_HOME",
+     {"j:4: error: JVM_PROPERTIES: nothing is filled in here: \"$JAVA_HOME\"; the text is compared "
+      "byte for byte, and no Java is accepted; write the text itself"}},
+    {"nothing expected",
+     "j",
+     "java.specification.version = 17",
+     "java.vendor =",
+     {"j:4: error: JVM_PROPERTIES: nothing is expected of java.vendor; Java says something there, "
+      "and none is accepted; write what it is to say, or ..."}},
 };
 
 TEST(PropertyMistakes, AreFoundAtTheirLines) {

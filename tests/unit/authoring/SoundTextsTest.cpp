@@ -9,6 +9,9 @@ using mistakes::Texts;
 
 const std::vector<std::string> kNothing;
 
+const std::string kPlain =
+    "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" %CP%() %RUNTIME_JAVAARGS%() Setup\n";
+
 struct SoundRow {
   std::string name;
   Texts texts;
@@ -34,13 +37,14 @@ const std::vector<SoundRow> kRows = {
      {.launchScript = "COMMAND: %CP%()exec \"@JVM_HOME@/@JVM_EXE@\" -Dcp=\"#CLASSPATH#\" Setup\n",
       .jvmFiles = {"JVM_EXE: bin/java\nJVM_PROPERTIES: java.version = 1.8...\nUSE_CP_ENV_VAR: 1\n"
                    "CP_ENV_VAR: CLASSPATH\nCLASSPATH_SEPARATOR: \":\"\n",
-                   mistakes::kOtherJavaFile, mistakes::kNoJavaFile}}},
+                   mistakes::kOtherJavaFile + "USE_CP_ENV_VAR: 1\nCP_ENV_VAR: CLASSPATH\n",
+                   mistakes::kNoJavaFile}}},
     {"what a shell can do",
      {.launchScript = "DESC: Caf\\u00e9\nCOMMAND: cd \"$HOME\" && LANG=C MODE='a b' exec "
                       "\"@JVM_HOME@/bin/java\" %RUNTIME_JAVAARGS%() %CP%(\"\"\"$(dirname "
                       "\"\"%LAUNCHER_DIR%()\"\")/lib.jar\"\"\") -Duser=#USER# "
                       "-Dmore=\"#A##LC_ALL##JAVA_OPTS#\" -Dtmp=%TEMP_DIR%() "
-                      "-Dby=ann@example.org -Dload=100% Setup 2>>setup.err || exit 3\n"}},
+                      "-Dby=ann@example.org -Dload=100% Setup 2>>setup.err\n"}},
     {"tags of the author's own",
      {.launchScript =
           "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" @MEMORY@ %IF_EXISTS%(\"NATIVE\",\"@NATIVE@\") "
@@ -63,6 +67,50 @@ const std::vector<SoundRow> kRows = {
            "CLASSPATH: --class-path=\nCLASSPATH_SEPARATOR: \":\"\nSYSTEM: -D\n"
            "SYSTEM_SEPARATOR: \"=\"\n",
            mistakes::kOtherJavaFile, mistakes::kNoJavaFile}}},
+    {"values that end with a colon",
+     {.launchScript = kPlain,
+      .jvmFiles = {"JVM_EXE: bin/java\nJVM_PROPERTIES: java.specification.version = 21\n"
+                   "CLASSPATH: -Xbootclasspath/a:\nCLASSPATH_SEPARATOR: :\n",
+                   mistakes::kOtherJavaFile, mistakes::kNoJavaFile}}},
+    {"options for a class path with more in front",
+     {.launchScript = kPlain,
+      .jvmFiles = {"JVM_EXE: bin/java\nJVM_PROPERTIES: java.specification.version = 21\n"
+                   "VERIFY_ARGS: \"-Xint \"\nCLASSPATH: \"@VERIFY_ARGS@-cp \"\n"
+                   "CLASSPATH_SEPARATOR: \":\"\n",
+                   "JVM_EXE: bin/java\nJVM_PROPERTIES: java.specification.version = 17\n"
+                   "CLASSPATH: -Djava.class.path=\nCLASSPATH_SEPARATOR: \":\"\n",
+                   mistakes::kNoJavaFile}}},
+    {"a class that Java reads from its source",
+     {.launchScript = "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" %CP%() %RUNTIME_JAVAARGS%() "
+                      "\"%LAUNCHER_DIR%()/Setup.java\"\n"}},
+    {"entries and properties in quotes",
+     {.launchScript = "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" %CP% ( \"\"\"my lib.jar\"\"\" , "
+                      "\"a.jar:b.jar\", ) "
+                      "%SYSTEMPROP%(\"t\",\"\"\"b c;d\"\"\") \"%SYSTEMPROP%(\"u\",\"v w\")\" "
+                      "%SYSTEMPROP%(\"d\",\"%LAUNCHER_DIR%()\") %RUNTIME_JAVAARGS%() Setup\n"
+                      "ARCHIVE: \"\"\"%LAUNCHER_DIR%()/my lib.jar\"\"\"\n"}},
+    {"arguments that a shell reads",
+     {.jvmFiles = {mistakes::kOtherJavaFile +
+                       "REQ_JAVA_ARGS: --add-opens java.base/java.lang=ALL-UNNAMED "
+                       "-Dq=\"a b;c\" '-Dx=a&b' -Dy=a\\;b @MORE@ $OPTIONS\n"
+                       "MORE: -Xss1m\nJVM_CLASSPATH: \"\"\"/opt/my lib.jar\"\"\"\n",
+                   mistakes::kJavaFile, mistakes::kNoJavaFile}}},
+    {"variables for the wizard",
+     {.jvmFiles = {mistakes::kOtherJavaFile +
+                       "SET_ENV_FOR_WIZARD:\nLC_ALL=C\nFOO=\nA_B = c d\n"
+                       "OPTIONS=-Da=b -Dc=d\nMAIL=a@b.c\nPART=50%\nX=y z=1\n/:\n",
+                   mistakes::kJavaFile, mistakes::kNoJavaFile}}},
+    {"the arguments of the user given on by a function",
+     {.launchScript =
+          "COMMAND: wizard() { exec \"$JAVA_HOME/bin/java\" %CP%() %RUNTIME_JAVAARGS%() "
+          "Setup \"$*\"; }; wizard\n"}},
+    {"a program that is looked for first",
+     {.launchScript =
+          "COMMAND: test -x \"@JVM_HOME@/@JVM_EXE@\" || exit 70; J=\"@JVM_HOME@/@JVM_EXE@\"; "
+          "exec \"$J\" %CP%() %RUNTIME_JAVAARGS%() Setup 2>&1 <file\n"}},
+    {"Java without a class",
+     {.launchScript =
+          "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" %CP%() %RUNTIME_JAVAARGS%() -version\n"}},
     {"a Java that is no java",
      {.script = "INSTRUCTIONS: FIND_JVM 1 1\n",
       .launchScript = "COMMAND: @JVM_HOME@/@JVM_EXE@ %CP%() setup.scm\n",

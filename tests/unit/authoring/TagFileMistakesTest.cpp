@@ -107,7 +107,9 @@ const std::vector<mistakes::Mistake> kRows = {
      {"j:11: warning: the line holds a typographic quote (U+201C); to the launcher it is a letter "
       "like any other; write a double quote",
       "j:11: warning: the line holds a typographic quote (U+201D); to the launcher it is a letter "
-      "like any other; write a double quote"}},
+      "like any other; write a double quote",
+      "j:11: error: CLASSPATH: \"\342\200\234-cp \342\200\235\" is no option for a class path; "
+      "Java does not take it, and no Java is accepted; write CLASSPATH: \"-cp \""}},
     {"zero byte",
      "j",
      "-Xmx1g",
@@ -118,7 +120,9 @@ const std::vector<mistakes::Mistake> kRows = {
      "-Xmx1g",
      "\342\200\223Xmx1g",
      {"j:15: warning: the line holds a dash (U+2013); to the launcher it is a letter like any "
-      "other; write a hyphen"}},
+      "other; write a hyphen",
+      "j:15: error: REQ_JAVA_ARGS: \"\342\200\223Xmx1g\" is no option; Java takes it for the "
+      "class, and no Java is accepted; write options alone, such as -Xmx512m"}},
     {"UTF-16",
      "j",
      "DESC",
