@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <map>
 
 #include "authoring/AuthoringError.h"
@@ -15,8 +16,18 @@
 namespace authoring {
 namespace {
 
+// Who names the folder of a setup means the manifest in it.
+std::string whatToName(const std::string& folder) {
+  const std::filesystem::path manifest = std::filesystem::path(folder) / "manifest.json";
+  std::error_code ignored;
+  return std::filesystem::exists(manifest, ignored) ? "the file in it: " + manifest.string()
+                                                    : "a file";
+}
+
 [[noreturn]] void fail(const std::string& path, int error) {
-  throw AuthoringError(inputLabel(path) + ": " + std::strerror(error));
+  throw AuthoringError(inputLabel(path) + (error == EISDIR
+                                               ? " is a folder; name " + whatToName(path)
+                                               : std::string(": ") + std::strerror(error)));
 }
 
 FilePtr reopen(int open) {

@@ -30,6 +30,10 @@ namespace {
 
 constexpr int kStatusFindings = 1;
 constexpr int kStatusUsage = 2;
+constexpr const char* kWhereToBegin =
+    "Start with: corvane-pack new DIR. A tutorial and all other pages are among the documents of\n"
+    "this package (on Linux in /usr/share/doc/corvane-pack/docs); each command has a manual page,\n"
+    "such as corvane-pack-new(1).";
 
 struct Arguments {
   authoring::PackOptions pack;
@@ -260,6 +264,7 @@ int main(int argc, char** argv) {
   for (CLI::App* const each : app.get_subcommands([](CLI::App*) { return true; })) {
     addVersion(*each);
   }
+  app.footer(kWhereToBegin);  // last, or each command would repeat it
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {

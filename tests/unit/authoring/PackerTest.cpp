@@ -280,7 +280,8 @@ TEST_F(PackerTest, SaysWhatIsWrongWithAnIndex) {
   }
   EXPECT_EQ("DIR/none: No such file or directory",
             errorOf([&] { authoring::readLauncherFile(m_dir / "none"); }));
-  EXPECT_EQ("DIR: Is a directory", errorOf([&] { authoring::readLauncherFile(m_dir.path()); }));
+  EXPECT_EQ("DIR is a folder; name a file",
+            errorOf([&] { authoring::readLauncherFile(m_dir.path()); }));
 }
 
 }  // namespace
