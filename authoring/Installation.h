@@ -1,7 +1,7 @@
 // Installation: what was installed with this program, or built beside it.
 //
 //   PREFIX/bin/corvane-pack   PREFIX/libexec/corvane/: the stubs   PREFIX/share/corvane/:
-//   verify.jar
+//   verify.jar, verify-java8.jar
 //
 // In a build's folder the stubs stand beside the program, and verify.jar in ../java.
 #ifndef CORVANE_AUTHORING_INSTALLATION_H

@@ -22,7 +22,7 @@ if(NOT CMAKE_CROSSCOMPILING)
   install(DIRECTORY examples DESTINATION ${corvane_doc_dir} USE_SOURCE_PERMISSIONS
           PATTERN CMakeLists.txt EXCLUDE)
   if(CORVANE_JAVA)
-    install(FILES ${CORVANE_JAVA_JARS_DIR}/verify.jar
+    install(FILES ${CORVANE_JAVA_JARS_DIR}/verify.jar ${CORVANE_JAVA_JARS_DIR}/verify-java8.jar
             DESTINATION ${CMAKE_INSTALL_DATADIR}/corvane)
   endif()
 endif()

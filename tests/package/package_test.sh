@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Unpacks the .deb of a build into an empty root and goes an author's way there: asks the installed
-# program for its version, checks and packs the installed sample with the installed class, and runs
-# it. Status 77: there are no tools for it.
+# program for its version, follows the installed tutorial, builds, packs and checks the installed
+# sample with the installed class, and runs it. Status 77: there are no tools for it.
 #
 # Usage: tests/package/package_test.sh BUILD_DIR
 set -euo pipefail
 
 build=$1
-for tool in cpack dpkg-deb dpkg-shlibdeps; do
+tests=$(cd -- "$(dirname -- "$0")/.." && pwd)
+for tool in cpack dpkg-deb dpkg-shlibdeps javac jar jlink python3; do
     command -v "$tool" >/dev/null || {
         echo "Skipped: there is no $tool"
         exit 77
@@ -51,9 +52,14 @@ for page in man1/corvane-pack.1 man1/corvane-launcher.1 man5/corvane-launcher-fi
     run "looking for $page" test -s "$here/usr/share/man/$page"
 done
 
+run "following the tutorial" \
+    python3 -B "$tests/tutorial_test.py" "$pack" "$doc/docs/tutorial.md"
+
 cp -R -- "$doc/examples/sample" "$scratch/setup"
 cd -- "$scratch/setup"
-run "packing the sample" "$pack" pack manifest.json --base "$build/java" --output setup
+run "compiling the sample" javac -Xlint:-options --release 8 -d classes wizard/textbox/*.java
+run "making its jar" jar --create --file textbox-setup.jar -C classes . -C . payload
+run "packing it" "$pack" pack manifest.json --output setup
 run "checking it" "$pack" check setup
 wants "corvane-launcher-any"
 run "running it" env CI=true ./setup -silent -dest "$scratch/installed"
