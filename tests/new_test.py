@@ -24,7 +24,8 @@ for word; do
 done
 case " $* " in
 *" Verify "*)
-    major=$(unzip -p "$jar" Verify.class | od -An -j6 -N2 -tu1 | awk '{ print $1 * 256 + $2 }')
+    major=$("@PYTHON@" -c 'import sys, zipfile
+print(int.from_bytes(zipfile.ZipFile(sys.argv[1]).read("Verify.class")[6:8], "big"))' "$jar")
     [ "$major" -le $((@CLASS@ + 44)) ] || exit 1
     echo 1739021872
     echo @NAME@
@@ -56,7 +57,7 @@ def fake_java(home, version, bits=64):
     program = home / "bin" / "java"
     name = "1.8" if version == 8 else str(version)
     program.write_text(JAVA.replace("@CLASS@", str(version)).replace("@NAME@", name)
-                       .replace("@BITS@", str(bits)))
+                       .replace("@BITS@", str(bits)).replace("@PYTHON@", sys.executable))
     program.chmod(0o755)
 
 
