@@ -78,7 +78,7 @@ bool forbidRedirection() {
 bool hideProc() {
 #ifdef __linux__
   return (unshare(CLONE_NEWNS) == 0 || unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0) &&
-         mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+         mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == 0 &&
          mount("none", "/proc", "tmpfs", 0, nullptr) == 0;
 #else
   return false;

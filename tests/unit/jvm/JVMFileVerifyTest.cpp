@@ -9,6 +9,7 @@
 #include "platform/TrialLimits.h"
 #include "support/JVMSupport.h"
 #include "support/TestAccess.h"
+#include "support/Valgrind.h"
 
 namespace {
 
@@ -370,6 +371,9 @@ TEST_F(VerifyTest, AcceptsAHomeOfAnyName) {
 
 // More than any system passes on: the shell does not start, and the candidate answers nothing.
 TEST_F(VerifyTest, RefusesWhatCannotBeStarted) {
+  if (test::isUnderValgrind()) {
+    GTEST_SKIP() << test::kNoFailingExec;
+  }
   const std::string home = test::makeFakeJVM(m_dir / "jdk", FakeJVM::RightValues);
   TagFile tags;
   test::addTags(tags, kRequirements);

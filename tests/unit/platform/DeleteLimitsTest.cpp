@@ -127,13 +127,12 @@ TEST(DeleteLimits, AnotherFolderInTheSamePlaceIsNotEntered) {
 
 // Mounts of this process's own; false where that is not permitted.
 bool enterPrivateMounts() {
-  return unshare(CLONE_NEWNS) == 0 &&
-         mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+  return unshare(CLONE_NEWNS) == 0 && mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
 struct MountRow {
   const char* name;
-  const char* type;    // null: `source` is bound
+  std::string type;    // "none": `source` is bound
   const char* source;  // below the scratch folder
   const char* target;
   const char* log;
@@ -142,11 +141,11 @@ struct MountRow {
 const MountRow kMountRows[] = {
     {"another file system", "tmpfs", nullptr, "tree/a",
      "WARNING: Could not delete $/tree/a :  Device or resource busy\n"},
-    {"a folder of the same one", nullptr, "outside", "tree/a",
+    {"a folder of the same one", "none", "outside", "tree/a",
      "WARNING: Could not delete $/tree/a :  Device or resource busy\n"},
-    {"the tree itself", nullptr, "outside", "tree",
+    {"the tree itself", "none", "outside", "tree",
      "WARNING: Could not delete $/tree :  Device or resource busy\n"},
-    {"a file", nullptr, "outside/kept", "tree/f",
+    {"a file", "none", "outside/kept", "tree/f",
      "WARNING: Could not delete $/tree/f :  Device or resource busy\n"},
 };
 
@@ -164,8 +163,8 @@ TEST(DeleteLimits, WhatIsMountedInATreeIsNotEntered) {
                 enterPrivateMounts();
                 const std::string source = folder / (row.source == nullptr ? "" : row.source);
                 const std::string target = folder / row.target;
-                EXPECT_EQ(0, mount(source.c_str(), target.c_str(), row.type,
-                                   row.type == nullptr ? MS_BIND : 0, nullptr));
+                EXPECT_EQ(0, mount(source.c_str(), target.c_str(), row.type.c_str(),
+                                   row.type == "none" ? MS_BIND : 0, nullptr));
                 const std::string inside = target + "/mounted";
                 const bool isFile = std::string(row.target) == "tree/f";
                 if (!isFile) {

@@ -17,6 +17,7 @@
 #include "support/Restrictions.h"
 #include "support/TestAccess.h"
 #include "support/TestFiles.h"
+#include "support/Valgrind.h"
 #include "util/LauncherException.h"
 
 namespace {
@@ -251,6 +252,9 @@ TEST(ProcessTest, FailuresOfTheSystemAreThrown) {
 }
 
 TEST(ProcessTest, CommandsUpToTheSystemsLimit) {
+  if (test::isUnderValgrind()) {
+    GTEST_SKIP() << test::kNoFailingExec;
+  }
   const std::string tooLong = "Error starting /bin/sh: Argument list too long";
   for (const auto& [size, wanted] : {std::pair<std::size_t, std::string>{131000, "5"},
                                      {130963, "5"},

@@ -12,6 +12,7 @@
 #include "support/OwnProcess.h"
 #include "support/TestAccess.h"
 #include "support/TestFiles.h"
+#include "support/Valgrind.h"
 
 namespace {
 
@@ -122,6 +123,9 @@ TEST(TrialTest, EndlessOutputEndsInTime) {
 }
 
 TEST(TrialTest, AShellThatDoesNotStartIsAResult) {
+  if (test::isUnderValgrind()) {
+    GTEST_SKIP() << test::kNoFailingExec;
+  }
   const ProcessResult result = PlatformImpl::executeProcess(trialOf(std::string(200000, 'x')));
   EXPECT_EQ("Error starting /bin/sh: Argument list too long", std::string(result.startError));
   EXPECT_EQ("", std::string(result.output.beginning()));
