@@ -1,7 +1,8 @@
-# Two interface targets: corvane_settings for all of our code, corvane_stub_settings for what is
-# shipped to users.
+# Interface targets: corvane_settings for all of our code, corvane_stub_settings for what is shipped
+# to users and for the floors that it is measured beside, corvane_stub_layout for the stubs alone.
 add_library(corvane_settings INTERFACE)
 add_library(corvane_stub_settings INTERFACE)
+add_library(corvane_stub_layout INTERFACE)
 
 target_compile_options(corvane_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor
@@ -75,5 +76,13 @@ if(CORVANE_STATIC)
     endif()
   else()
     target_link_options(corvane_stub_settings INTERFACE -static)
+  endif()
+  set(start_first ${CMAKE_SOURCE_DIR}/cmake/start-first.ld)
+  set(CMAKE_REQUIRED_LINK_OPTIONS -Wl,-T,${start_first})
+  check_cxx_source_compiles("int main() { return 0; }" CORVANE_HAS_START_FIRST)
+  unset(CMAKE_REQUIRED_LINK_OPTIONS)
+  if(CORVANE_HAS_START_FIRST)
+    target_link_options(corvane_stub_layout INTERFACE -Wl,-T,${start_first})
+    set_target_properties(corvane_stub_layout PROPERTIES INTERFACE_LINK_DEPENDS ${start_first})
   endif()
 endif()
