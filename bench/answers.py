@@ -1,4 +1,5 @@
 """How long a user waits for the answer which Java will do, and how many are started for it."""
+import json
 import os
 import pathlib
 import re
@@ -9,9 +10,10 @@ import plot
 from measure import compare, interleaved, java_starts
 
 MOST_JAVAS = 8
-SAMPLE = pathlib.Path(__file__).parent.parent / "examples" / "sample"
+SAMPLE = pathlib.Path(__file__).parent.parent / "examples" / "sample" / "manifest.json"
 FIND = [("instructions", "INSTRUCTIONS:\nFIND_JVM 0 0\n/:\n")]
 UNWANTED = ["90", "91", "92", "93"]
+NO_JAVA_IN_PATH = ["PATH=/nonexistent"]  # so that the homes of the hints are the only ones
 PARTS_OF_ROOT = ("bin", "lib", "lib64", "usr/bin", "usr/lib", "usr/lib64", "etc", "proc", "dev")
 
 
@@ -20,18 +22,19 @@ class Answers:
         self.rows, self.growth = [], []
 
     def table(self):
-        lines = ["| what is asked | starts before | now | ms before | now | ratio |", "|---|---|---|---|---|---|"]
-        for what, starts, (now, before, ratio, _) in self.rows:
-            lines.append(f"| {what} | {starts[0]} | {starts[1]} | {before:.0f} | {now:.0f} | {ratio:.2f} |")
-        lines += ["", "| Javas | starts before | now | ms before | now |", "|---|---|---|---|---|"]
-        for count, starts, (now, before, _, _) in self.growth:
-            lines.append(f"| {count} | {starts[0]} | {starts[1]} | {before:.0f} | {now:.0f} |")
+        lines = ["| what is asked | starts before | now | ms before | now | ratio | rounds |",
+                 "|---|---|---|---|---|---|---|"]
+        for what, starts, (now, before, ratio, _), rounds in self.rows:
+            lines.append(f"| {what} | {starts[0]} | {starts[1]} | {before:.0f} | {now:.0f} | {ratio:.2f} | {rounds} |")
+        lines += ["", "| Javas | starts before | now | ms before | now | rounds |", "|---|---|---|---|---|---|"]
+        for count, starts, (now, before, _, _), rounds in self.growth:
+            lines.append(f"| {count} | {starts[0]} | {starts[1]} | {before:.0f} | {now:.0f} | {rounds} |")
         return "\n".join(lines) + "\n"
 
     def plot(self):
         return plot.lines("Processor time to the first suitable Java, five descriptions", "Javas", "ms", {
-            "before": [(count, result[1]) for count, _, result in self.growth],
-            "each asked once": [(count, result[0]) for count, _, result in self.growth]})
+            "asked each time": [(count, result[1]) for count, _, result, _ in self.growth],
+            "asked once": [(count, result[0]) for count, _, result, _ in self.growth]})
 
 
 def version_of(home):
@@ -51,17 +54,22 @@ def homes_and_links(folder, homes):
     return [*places, homes[0]]
 
 
-def sample_tags(is_before):
-    """The sample's jvm files on a machine whose only Java suits none of them."""
-    tags = []
-    for path in sorted(SAMPLE.glob("jvm/*.tag")):
-        text = re.sub(r"PATH_HINT:.*?/:\n", "", path.read_text(), flags=re.DOTALL)
-        text = re.sub(r"(specification.version = [\d.]+)", r"\1-other", text)
-        if is_before:
-            text = text.replace("@VERIFY_ARGS@", "").replace(
-                "java.specification.version = 1.8", "java.version = 1.8")
+def sample_parts(build):
+    """The sample's verify archive, and its jvm files as if no Java here suited them: their hints for
+    other homes are taken out, and they want a version that there is not."""
+    files = json.loads(SAMPLE.read_text())["files"]
+    archives = [("verify", build / "java" / entry["path"]) for entry in files if entry["type"] == "verify"]
+    tags, wanted = [], 0
+    for entry in (entry for entry in files if entry["type"] == "jvm"):
+        text = re.sub(r"^PATH_HINT:.*?^/:\n", "", (SAMPLE.parent / entry["path"]).read_text(),
+                      flags=re.DOTALL | re.MULTILINE)
+        text, changes = re.subn(r"^( *java\.specification\.version *=).*", r"\1 none", text, flags=re.MULTILINE)
+        wanted += changes
         tags.append(("jvm", text))
-    return tags
+    if wanted == 0 or len(archives) != 1:
+        raise SystemExit(f"{SAMPLE}: no jvm file there wants a java.specification.version, or there is not one "
+                         "verify archive; bench/answers.py needs both.")
+    return archives, tags
 
 
 def make_root(folder, homes):
@@ -84,36 +92,40 @@ def make_root(folder, homes):
 
 
 class Asker:
-    """Asks a question with the stubs of before and now."""
+    """Asks a question with the stubs of before and now: the same files behind each."""
 
     def __init__(self, bench, before_stub):
         self.bench = bench
-        self.stubs = {"now": "corvane-launcher", "before": str(before_stub)}
+        self.stubs = {"now": "corvane-launcher", "before": before_stub}
         self.verify = [("verify", bench.build / "java" / "verify.jar")]
 
-    def pack(self, name, tags):
-        """`tags` by stub; returns the setups by stub."""
-        return {when: self.bench.pack(f"{name}-{when}", self.verify, tags[when] + FIND, stub)
+    def pack(self, name, tags, verify=None):
+        return {when: self.bench.pack(f"{name}-{when}", verify or self.verify, tags + FIND, stub)
                 for when, stub in self.stubs.items()}
 
-    def compare(self, commands):
+    def compare(self, name, commands):
         starts = java_starts(commands["before"]), java_starts(commands["now"])
-        times = interleaved(commands, max(5, self.bench.rounds // 4))
-        return starts, compare(times, "now", "before")
+        if 0 in starts:
+            raise SystemExit(f"{name}: no Java was started ({starts[0]} before, {starts[1]} now): "
+                             + " ".join(commands["now"]))
+        rounds = max(5, self.bench.rounds // 4)
+        times = interleaved(commands, rounds)
+        self.bench.tell(f"{name}: {starts[0]} starts, now {starts[1]}")
+        return starts, compare(times, "now", "before"), rounds
 
-    def ask(self, name, tags, environment=()):
-        setups = self.pack(name, tags if isinstance(tags, dict) else {"now": tags, "before": tags})
-        return self.compare({when: ["env", *environment, setup, "-cv:tempdir", str(self.bench.scratch)]
-                             for when, setup in setups.items()})
+    def ask(self, name, tags, environment, verify=None):
+        setups = self.pack(name, tags, verify)
+        return self.compare(name, {when: ["env", *environment, setup, "-cv:tempdir", str(self.bench.scratch)]
+                                   for when, setup in setups.items()})
 
     def search_all(self, tags, homes):
         root = self.bench.scratch / "root"
         root.mkdir()
         inside = make_root(root, homes)
-        setups = self.pack("all", {"now": tags, "before": tags})
+        setups = self.pack("all", tags)
         for when, setup in setups.items():
             shutil.move(setup, root / when)
-        return self.compare({when: [*inside, f"/{when}", "-cv:tempdir", "/tmp", "-cv:in", "/search"]
+        return self.compare("all", {when: [*inside, f"/{when}", "-cv:tempdir", "/tmp", "-cv:in", "/search"]
                              for when in setups})
 
 
@@ -125,13 +137,13 @@ def measure_answers(bench, homes, before_stub, jvm_tags):
     suited = [*UNWANTED, version_of(homes[0])]
     for count in range(1, MOST_JAVAS + 1):
         chosen = places[MOST_JAVAS - count:]
-        answers.growth.append((count, *asker.ask(f"grow{count}", jvm_tags(chosen, suited))))
+        answers.growth.append((count, *asker.ask(f"grow{count}", jvm_tags(chosen, suited), NO_JAVA_IN_PATH)))
+    verify, tags = sample_parts(bench.build)
     one_java = [f"JAVA_HOME={homes[0]}", f"PATH={homes[0]}/bin:/usr/bin:/bin"]
     answers.rows.append(("the sample, one Java that does not suit, by JAVA_HOME and PATH",
-                         *asker.ask("sample", {"now": sample_tags(False), "before": sample_tags(True)},
-                                    one_java)))
+                         *asker.ask("sample", tags, one_java, verify)))
     none = jvm_tags(places, [*UNWANTED, "94"])
-    answers.rows.append(("five jvm files, eight Javas, none suits", *asker.ask("none", none)))
+    answers.rows.append(("five jvm files, eight Javas, none suits", *asker.ask("none", none, NO_JAVA_IN_PATH)))
     if os.geteuid() == 0 and shutil.which("unshare"):
         answers.rows.append(("the same by SEARCH_ALL", *asker.search_all(jvm_tags([], [*UNWANTED, "94"]), homes)))
     return answers

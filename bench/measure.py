@@ -40,9 +40,9 @@ def compare(times, ours, peer):
 
 
 def java_starts(command):
-    """How often the command starts a program bin/java; None without strace."""
+    """How often the command starts a program bin/java."""
     if shutil.which("strace") is None:
-        return None
+        raise SystemExit("strace counts the starts of Java: install it, or say --without-answers.")
     with tempfile.NamedTemporaryFile("r") as trace:
         subprocess.run(["strace", "-f", "-qq", "-e", "trace=execve", "-o", trace.name, *command],
                        stdin=DEVNULL, stdout=DEVNULL, stderr=DEVNULL, check=False)

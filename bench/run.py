@@ -12,10 +12,13 @@ import plot
 from answers import measure_answers
 from measure import compare, interleaved
 
-SIZES = (1000, 3000, 10000, 30000, 100000, 200000, 500000, 1000000)
+SIZES = (1000, 3000, 10000, 30000, 100000, 300000, 1000000)
 PAYLOADS_MB = (1, 10, 100)
 DOCS = pathlib.Path(__file__).parent.parent / "docs"
-BEGIN, END = "<!-- bench/run.sh writes from here -->\n", "<!-- to here -->\n"
+FILES_FOR_PAGE = 1000000
+ABOUT = """Each command of a row runs in turn with the others, round by round; what counts is processor time.
+Peers that are not installed are left out: find, bfs, fd, makeself, tar, unshare (for SEARCH_ALL, as root).
+The tree of files lies in TMPDIR."""
 
 
 def installed(*names):
@@ -33,12 +36,17 @@ class Bench:
 
     def add(self, what, commands, rounds=None):
         """One row for each peer of the first command."""
-        times = interleaved(commands, rounds or self.rounds)
+        rounds = rounds or self.rounds
+        times = interleaved(commands, rounds)
         ours, *peers = commands
         for peer in peers:
-            self.rows.append((what, peer, *compare(times, ours, peer)))
-            print(f"{what} / {peer}: {self.rows[-1][4]:.2f}", file=sys.stderr)
+            self.rows.append((what, peer, *compare(times, ours, peer), rounds))
+            self.tell(f"{what} / {peer}: {self.rows[-1][4]:.2f}")
         return times
+
+    @staticmethod
+    def tell(text):
+        print(text, file=sys.stderr, flush=True)
 
     def pack(self, name, files, tags, stub="corvane-launcher"):
         """Packs a setup of `files` (type, path) and `tags` (type, text); returns its path."""
@@ -59,11 +67,16 @@ class Bench:
     # --- What is measured ---
 
     def start(self):
-        self.add("start", {"corvane-launcher -cv:version": [self.program("corvane-launcher"), "-cv:version"],
-                           "a static program of C": [self.program("bench_floor")]}, self.rounds * 5)
+        """Of copies: a file that was written at once lies in the cache in larger parts than one that a
+        linker wrote here and there, and users have such files."""
+        for name in ("corvane-launcher", "bench_floor"):
+            shutil.copy(self.program(name), self.scratch / name)
+        self.add("start", {"corvane-launcher -cv:version": [str(self.scratch / "corvane-launcher"), "-cv:version"],
+                           "a static program of C": [str(self.scratch / "bench_floor")]}, self.rounds * 5)
 
     def scan(self, largest):
         tree = self.scratch / "tree"
+        check_room(self.scratch, largest)
         made = 0
         for size in (size for size in SIZES if size <= largest):
             grow_tree(tree, made, size)
@@ -122,6 +135,13 @@ class Bench:
                   "its two commands": [java, java]}, self.rounds * 5)
 
 
+def check_room(folder, files):
+    """Fails before the work rather than in it."""
+    free = os.statvfs(folder).f_favail
+    if 0 < free < files * 1.1:
+        raise SystemExit(f"{folder} has room for {free:,} files only: let TMPDIR name another disk, or say --files.")
+
+
 def grow_tree(root, made, wanted):
     """Files in folders of ten folders each, about 17 a folder; four Javas among them."""
     folders = [root]
@@ -129,8 +149,9 @@ def grow_tree(root, made, wanted):
         folders.append(folders[(number - 1) // 10] / f"folder{number}")
     for folder in folders:
         folder.mkdir(exist_ok=True)
+    places = [str(folder) for folder in folders]
     for number in range(made, wanted):
-        (folders[number % len(folders)] / f"some-file-{number}.txt").touch()
+        os.close(os.open(f"{places[number % len(places)]}/some-file-{number}.txt", os.O_WRONLY | os.O_CREAT))
     for number in range(4):
         home = folders[len(folders) // 4 * number] / "bin"
         home.mkdir(exist_ok=True)
@@ -156,47 +177,72 @@ def real_homes():
 
 
 def table(rows):
-    lines = ["| what | peer | ours, ms | peer, ms | ratio | difference, ms |", "|---|---|---|---|---|---|"]
-    for what, peer, ours, theirs, ratio, difference in rows:
-        lines.append(f"| {what} | {peer} | {ours:.2f} | {theirs:.2f} | {ratio:.2f} | {difference:+.2f} |")
+    lines = ["| what | peer | ours, ms | peer, ms | ratio | difference, ms | rounds |", "|---|---|---|---|---|---|---|"]
+    for what, peer, ours, theirs, ratio, difference, rounds in rows:
+        lines.append(f"| {what} | {peer} | {ours:.2f} | {theirs:.2f} | {ratio:.2f} | {difference:+.2f} | {rounds} |")
     return "\n".join(lines) + "\n"
 
 
-def write_docs(text):
-    page = DOCS / "performance.md"
-    before, _, rest = page.read_text().partition(BEGIN)
-    page.write_text(before + BEGIN + text + END + rest.partition(END)[2])
+class Page:
+    """docs/performance.md: what is measured stands between marks, part by part. A part that is not measured stays."""
+
+    def __init__(self, may_write):
+        self.path, self.may_write = DOCS / "performance.md", may_write
+
+    def write(self, part, table_text, plot_name, plot_svg):
+        text = f"\n{table_text}\n![{part}]({plot_name})\n\n"
+        print(text)
+        if not self.may_write:
+            return
+        begin, end = f"<!-- bench/run.sh writes from here: {part} -->\n", "<!-- to here -->\n"
+        before, found, rest = self.path.read_text().partition(begin)
+        _, found_end, after = rest.partition(end)
+        if not (found and found_end):
+            raise SystemExit(f"{self.path}: the marks of the part \"{part}\" are missing.")
+        self.path.write_text(before + begin + text + end + after)
+        (DOCS / plot_name).write_text(plot_svg)
+
+    def leave(self, part, reason):
+        Bench.tell(f"{self.path}: the part \"{part}\" stays as it was: {reason}.")
+
+
+def read_options():
+    options = argparse.ArgumentParser(
+        prog="bench/run.sh", formatter_class=argparse.RawDescriptionHelpFormatter, epilog=ABOUT,
+        description="Measures the launcher beside its peers and writes docs/performance.md's tables and plots.")
+    options.add_argument("build", type=pathlib.Path, nargs="?", help=argparse.SUPPRESS)
+    options.add_argument("--rounds", type=int, default=40, metavar="N",
+                         help="how often a command runs (default 40); short ones oftener, long ones less often")
+    options.add_argument("--files", type=int, default=FILES_FOR_PAGE, metavar="N",
+                         help=f"the largest tree to scan, 1,000 or more (default {FILES_FOR_PAGE:,}, as the page shows)")
+    options.add_argument("--before", metavar="STUB", type=pathlib.Path,
+                         help="a stub to compare answers with, in place of one that asks each time")
+    options.add_argument("--without-answers", action="store_true",
+                         help="leave out what starts a Java often; the page keeps that part")
+    options.add_argument("--no-docs", action="store_true", help="print the tables only")
+    options = options.parse_args()
+    if options.rounds < 1 or options.files < SIZES[0]:
+        raise SystemExit(f"bench/run.sh: --rounds must be 1 or more, and --files {SIZES[0]:,} or more.")
+    return options
 
 
 def main():
-    options = argparse.ArgumentParser()
-    options.add_argument("build", type=pathlib.Path)
-    options.add_argument("--rounds", type=int, default=40)
-    options.add_argument("--files", type=int, default=200000)
-    options.add_argument("--before", type=pathlib.Path)
-    options.add_argument("--no-docs", action="store_true")
-    options = options.parse_args()
+    options = read_options()
+    page, homes = Page(not options.no_docs), real_homes()
     with tempfile.TemporaryDirectory(prefix="corvane-bench-") as scratch:
         bench = Bench(options.build.resolve(), options.rounds, pathlib.Path(scratch))
         bench.start()
         bench.scan(options.files)
         bench.unpack()
-        homes = real_homes()
-        answers = None
         if homes:
             bench.whole_run(homes[0])
-            if options.before:
-                answers = measure_answers(bench, homes, options.before.resolve(), jvm_tags)
-    text = f"\nMedians of {options.rounds} rounds or more.\n\n" + table(bench.rows)
-    text += "\n![scan](performance-scan.svg)\n"
-    if answers:
-        text += "\n" + answers.table() + "\n![answer](performance-answer.svg)\n"
-    print(text)
-    if not options.no_docs:
-        write_docs(text + "\n")
-        (DOCS / "performance-scan.svg").write_text(plot.scans(bench.scans))
-        if answers:
-            (DOCS / "performance-answer.svg").write_text(answers.plot())
+        page.write("peers", table(bench.rows), "performance-scan.svg", plot.scans(bench.scans))
+        if options.without_answers or not homes:
+            page.leave("answers", "no Java is in /usr/lib/jvm" if not homes else "--without-answers")
+        else:
+            before = str(options.before.resolve()) if options.before else "bench_forgetful"
+            answers = measure_answers(bench, homes, before, jvm_tags)
+            page.write("answers", answers.table(), "performance-answer.svg", answers.plot())
 
 
 if __name__ == "__main__":

@@ -1,15 +1,13 @@
 #!/bin/sh
-# Measures the launcher beside its peers and writes docs/performance.md's table and plots.
-#
-#   bench/run.sh [--rounds N] [--files N] [--before STUB] [--no-docs]
-#
-# --rounds  how often each command runs (default 40)       --files   the largest tree (default 200000)
-# --before  a stub of an earlier state, to compare with    --no-docs prints the table only
-#
-# Needs Python 3; peers that are not installed are left out. Run it on a quiet machine.
+# Measures the launcher beside its peers and writes the tables and plots of docs/performance.md.
+# "bench/run.sh --help" tells the options. What the page shows is a run without any, as root, on a
+# quiet machine with strace, bfs, fd-find, makeself and two Javas.
 set -eu
 cd "$(dirname "$0")/.."
+case " $* " in
+  *" --help "* | *" -h "*) exec python3 -B bench/run.py --help ;;
+esac
 cmake --preset release >/dev/null
-cmake --build --preset release --target corvane-launcher corvane-launcher-any corvane-pack verify_jar \
-  textbox_setup_jar bench_floor bench_java bench_scan >/dev/null
+cmake --build --preset release --target corvane-launcher corvane-pack verify_jar verify_java8_jar \
+  bench_floor bench_java bench_scan bench_forgetful >/dev/null
 exec python3 -B bench/run.py build/release "$@"

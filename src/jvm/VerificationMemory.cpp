@@ -88,6 +88,15 @@ bool isWorthKeeping(const VerificationQuestion& question, const ProcessResult& r
          result.status < kLeastStatusOfShell && ProgramFile::at(question.name) == question.program;
 }
 
+// What a program may find by its name and by JAVA_HOME, behind all links.
+SString placesOf(const VerificationQuestion& question) {
+  SString places = ProgramFile::withoutLinks(directoryOf(question.name));
+  places += '\0';
+  places += ProgramFile::withoutLinks(question.javaHome);
+  places += '\0';
+  return places + baseNameOf(question.name);
+}
+
 // The same as a start does, up to where the Java would be run.
 ProcessResult repeat(const ProcessResult& result, const ProcessRequest& request) {
   const WorkingDirectory during(request.workingDir);
@@ -113,12 +122,10 @@ std::optional<VerificationQuestion> VerificationQuestion::of(const CommandText& 
   if (!program) {
     return std::nullopt;
   }
-  const SString home = PlatformImpl::getEnvironmentVariable(kJavaHome);
   return VerificationQuestion{.name = name,
                               .words = command.bytes().substr(end + 1),
                               .workingDir = workingDir,
-                              .javaHome = home,
-                              .realHome = ProgramFile::withoutLinks(home),
+                              .javaHome = PlatformImpl::getEnvironmentVariable(kJavaHome),
                               .environment = environmentWithoutJavaHome(),
                               .program = *std::move(program)};
 }
@@ -142,10 +149,12 @@ ProcessResult VerificationMemory::ask(const CommandText& command, const ProcessR
 void VerificationMemory::keep(const VerificationQuestion& question, const ProcessResult& result,
                               bool isPackedClass) {
   const ProgramFile::Kind kind = question.program.kind();
-  if (kind != ProgramFile::Kind::Script) {
-    m_answers.push_back(
-        {question, result, isPackedClass ? namesFor(question, kind, result) : Names::None});
+  if (kind == ProgramFile::Kind::Script) {
+    return;
   }
+  const Names names = isPackedClass ? namesFor(question, kind, result) : Names::None;
+  m_answers.push_back(
+      {question, result, names, names == Names::InSameFolder ? placesOf(question) : SString()});
 }
 
 // A program that looks at its name finds the same parts beside itself where only a folder on the
@@ -164,14 +173,16 @@ VerificationMemory::Names VerificationMemory::namesFor(const VerificationQuestio
 
 bool VerificationMemory::answers(const Answer& answer, const VerificationQuestion& question) {
   const VerificationQuestion& earlier = answer.question;
-  const bool isSameName = earlier.name == question.name && earlier.javaHome == question.javaHome;
-  const bool isSameFolder = answer.names == Names::InSameFolder &&
-                            earlier.program.folder == question.program.folder &&
-                            earlier.realHome == question.realHome &&
-                            baseNameOf(earlier.name) == baseNameOf(question.name);
-  return (isSameName || isSameFolder || answer.names == Names::All) &&
-         earlier.program == question.program && earlier.words == question.words &&
-         earlier.workingDir == question.workingDir && earlier.environment == question.environment;
+  return earlier.program == question.program && earlier.words == question.words &&
+         earlier.workingDir == question.workingDir && earlier.environment == question.environment &&
+         holdsForName(answer, question);
+}
+
+bool VerificationMemory::holdsForName(const Answer& answer, const VerificationQuestion& question) {
+  const VerificationQuestion& earlier = answer.question;
+  return (earlier.name == question.name && earlier.javaHome == question.javaHome) ||
+         answer.names == Names::All ||
+         (answer.names == Names::InSameFolder && answer.places == placesOf(question));
 }
 
 const ProcessResult* VerificationMemory::find(const VerificationQuestion& question) const {

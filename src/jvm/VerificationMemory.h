@@ -27,7 +27,6 @@ struct VerificationQuestion {
   SString words;  // the rest of the command
   SString workingDir;
   SString javaHome;
-  SString realHome;     // JAVA_HOME without links
   SString environment;  // without JAVA_HOME
   ProgramFile program;
 };
@@ -52,11 +51,13 @@ class VerificationMemory {
     VerificationQuestion question;
     ProcessResult result;
     Names names;
+    SString places;  // for InSameFolder only
   };
 
   void keep(const VerificationQuestion& question, const ProcessResult& result, bool isPackedClass);
   static Names namesFor(const VerificationQuestion& question, ProgramFile::Kind kind,
                         const ProcessResult& result);
+  static bool holdsForName(const Answer& answer, const VerificationQuestion& question);
   static bool answers(const Answer& answer, const VerificationQuestion& question);
   const ProcessResult* find(const VerificationQuestion& question) const;
 

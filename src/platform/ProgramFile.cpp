@@ -9,7 +9,6 @@
 #include <string>
 #include <string_view>
 
-#include "tagfile/Paths.h"
 #include "tagfile/StreamUtils.h"
 
 namespace {
@@ -77,7 +76,6 @@ SString ProgramFile::withoutLinks(const SString& path) {
 std::optional<ProgramFile> ProgramFile::at(const SString& path) {
   ProgramFile program;
   program.path = withoutLinks(path);
-  program.folder = withoutLinks(directoryOf(path));
   struct stat status = {};
   if (program.path.empty() || stat(program.path.c_str(), &status) != 0 ||
       !S_ISREG(status.st_mode)) {

@@ -25,13 +25,12 @@ struct ProgramFile {
   // The absolute path behind all links; empty when nothing is there.
   static SString withoutLinks(const SString& path);
 
-  // False after each change that the system tells of. The folder does not count.
+  // False after each change that the system tells of.
   bool operator==(const ProgramFile& other) const;
   // Reads the file. What cannot be read is taken for a script.
   Kind kind() const;
 
-  SString path;    // absolute, without links
-  SString folder;  // the one that the program finds itself in by its name: without links, too
+  SString path;  // absolute, without links
   dev_t device = 0;
   ino_t inode = 0;
   off_t size = 0;

@@ -1,6 +1,7 @@
 #include "tagfile/TagFile.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -58,6 +59,20 @@ void appendTag(SString& text, const SString& key, const StringDeque& values) {
     text += kBlockEnd;
     text += '\n';
   }
+}
+
+// Opens a file and leaves nothing in it. O_TRUNC would do that, too; but some file systems bring a
+// file that was cut to the disk as soon as it is closed, even one that was empty before.
+int openEmpty(const SString& path) {
+  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, kNewFileMode);
+  struct stat status = {};
+  if (file != -1 && fstat(file, &status) == 0 && status.st_size > 0 && ftruncate(file, 0) != 0) {
+    const int error = errno;
+    close(file);
+    errno = error;
+    return -1;
+  }
+  return file;
 }
 
 }  // namespace
@@ -230,7 +245,7 @@ void TagFile::setDynamicJVMTags(const SString& home, const SString& fileName, bo
 }
 
 int TagFile::write(const SString& path) const {
-  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode);
+  const int file = openEmpty(path);
   if (file == -1) {
     return errno;
   }
