@@ -190,7 +190,7 @@ class Page:
         self.path, self.may_write = DOCS / "performance.md", may_write
 
     def write(self, part, table_text, plot_name, plot_svg):
-        text = f"\n{table_text}\n![{part}]({plot_name})\n\n"
+        text = f"\n{table_text}\n![{plot_name.removeprefix('performance-').removesuffix('.svg')}]({plot_name})\n\n"
         print(text)
         if not self.may_write:
             return
