@@ -2,6 +2,7 @@
 
 #include <archive.h>
 #include <archive_entry.h>
+#include <locale.h>
 
 #include <filesystem>
 #include <memory>
@@ -18,6 +19,26 @@ constexpr std::size_t kBlockSize = 65536;
 constexpr int kHow =
     ARCHIVE_EXTRACT_PERM | ARCHIVE_EXTRACT_SECURE_SYMLINKS | ARCHIVE_EXTRACT_SECURE_NODOTDOT;
 
+// libarchive turns the names of a zip, which are UTF-8, into the charset of the locale, and loses
+// those that this charset lacks. In a UTF-8 locale they are files' names as they stand.
+class Utf8Names {
+ public:
+  Utf8Names()
+      : m_locale(newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr)), m_before(uselocale(m_locale)) {}
+  ~Utf8Names() {
+    uselocale(m_before);
+    if (m_locale != nullptr) {
+      freelocale(m_locale);
+    }
+  }
+  Utf8Names(const Utf8Names&) = delete;
+  Utf8Names& operator=(const Utf8Names&) = delete;
+
+ private:
+  locale_t m_locale;  // null where the system has none of that name
+  locale_t m_before;
+};
+
 bool leaves(const fs::path& name) {
   const fs::path normal = name.lexically_normal();
   return name.empty() || name.is_absolute() || *normal.begin() == "..";
@@ -25,7 +46,10 @@ bool leaves(const fs::path& name) {
 
 void checkEntry(const std::string& archive, archive_entry* entry) {
   const char* const text = archive_entry_pathname(entry);
-  const fs::path name = text == nullptr ? "" : text;
+  if (text == nullptr) {
+    throw AuthoringError(archive + " has an entry whose name cannot be read; take a .tar.gz");
+  }
+  const fs::path name = text;
   const std::string label = archive + ": the entry \"" + name.string() + "\" ";
   const char* const link = archive_entry_symlink(entry);
   const char* const hardLink = archive_entry_hardlink(entry);
@@ -52,6 +76,7 @@ void placeIn(const std::string& folder, archive_entry* entry) {
 }  // namespace
 
 void unpackArchive(const std::string& path, const std::string& folder) {
+  const Utf8Names whileReading;
   const std::unique_ptr<archive, decltype(&archive_read_free)> reader(archive_read_new(),
                                                                       &archive_read_free);
   archive_read_support_filter_all(reader.get());

@@ -7,6 +7,7 @@ import subprocess
 import sys
 import tarfile
 import tempfile
+import zipfile
 
 PROGRAM = sys.argv[1]
 JAVA = b"#!/bin/sh\necho \"ran $*\" >>\"$RECORD\"\nexit 5\n"
@@ -54,8 +55,21 @@ ROWS = [
 ]
 
 
-def run(folder, *words, **env):
-    return subprocess.run(words, cwd=folder, text=True, capture_output=True, stdin=subprocess.DEVNULL,
+# The same for "java.zip"; None of a mode: as systems without modes write it.
+ZIP_ROWS = [
+    ("a zip", [("jdk/bin/java", JAVA, 0o100755), ("jdk/lib/" + WEIRD, b"lib", 0o100644),
+               ("jdk/link", b"lib", 0o120777)], 0, ""),
+    ("a zip without modes", [("jdk/bin/java", JAVA, None)], 1, " " + NO_JAVA),
+    ("out of a zip", [("jdk/bin/java", JAVA, 0o100755), ("jdk/../../x", b"x", 0o100644)], 1,
+     f': the entry "jdk/../../x" {REFUSED}'),
+    ("out by a zip's link", [("jdk/bin/java", JAVA, 0o100755), ("jdk/l", b"/etc", 0o120777)], 1,
+     f': the entry "jdk/l" {REFUSED}'),
+    ("no archive", None, 1, None),
+]
+
+
+def run(folder, *words, given="", **env):
+    return subprocess.run(words, cwd=folder, text=True, capture_output=True, input=given,
                           env={"PATH": os.environ["PATH"], "HOME": str(folder), "LC_ALL": "C.UTF-8", **env})
 
 
@@ -117,16 +131,75 @@ SCRIPT = """INSTRUCTIONS:
 """
 
 
-def try_setup(option):
+def try_zip(name, members, status, error):
     with tempfile.TemporaryDirectory() as place:
         place = pathlib.Path(place)
-        archive(place / "java.tar.gz", GOOD)
-        (place / "m.json").write_text(MANIFEST)
-        (place / "i.tag").write_text(SCRIPT.format(option))
-        (place / "l.tag").write_text('DESC: x\nCOMMAND: exec "@JVM_HOME@/@JVM_EXE@" %CP%("a") Main\n')
-        run(place, PROGRAM, "bundle-java", "java.tar.gz", "--output", "out")
-        run(place, PROGRAM, "pack", "m.json", "--output", "setup")
-        (place / "tmp").mkdir()
+        if members is None:
+            (place / "java.zip").write_text("no archive")
+        else:
+            with zipfile.ZipFile(place / "java.zip", "w") as made:
+                for member, content, mode in members:
+                    info = zipfile.ZipInfo(member)
+                    info.create_system = 0 if mode is None else 3
+                    info.external_attr = (mode or 0) << 16
+                    made.writestr(info, content)
+        ran = run(place, PROGRAM, "bundle-java", "java.zip", "--output", "out")
+        good = check(name, ran.returncode, status)
+        if status:
+            good &= error is None or check(name, ran.stderr, f"corvane-pack: java.zip{error}\n")
+            good &= check(name + ", told", ran.stderr.startswith("corvane-pack: java.zip"), True)
+            return good & check(name + ", left", names(place), ["java.zip"])
+        (place / "target").mkdir()
+        ran = run(place / "target", "../out")
+        wanted = ["bin", "bin/java", "jvm", "lib", "lib/" + WEIRD, "link"]
+        return good & check(name + ", run", (ran.returncode, names(place / "target")), (0, wanted))
+
+
+# name, what is in the user's folder, what he answers, status, whether the wizard ran, what is there then
+PROMPT_ROWS = [
+    ("the user's folder", [], "here", 5, True,
+     ["bin", "bin/java", WEIRD, "jvm", "lib", "lib/" + WEIRD, "lib/link", "release"]),
+    ("a folder with the user's own files", ["mine"], "here", 5, True,
+     ["bin", "bin/java", WEIRD, "jvm", "lib", "lib/" + WEIRD, "lib/link", "mine", "release"]),
+    ("a folder that has one of the names", ["release"], "here", 255, False, ["release"]),
+    ("no answer", [], None, 255, False, []),
+    ("a folder that is not there", [], "there", 255, False, []),
+    ("an answer is one word", [], "here and now", 5, True,
+     ["bin", "bin/java", WEIRD, "jvm", "lib", "lib/" + WEIRD, "lib/link", "release"]),
+]
+
+
+def try_prompt(name, before, answer, status, has_run, after):
+    with prepared_setup(2) as place:
+        place = pathlib.Path(place)
+        folder = place / "here"
+        folder.mkdir()
+        for file in before:
+            (folder / file).write_text("")
+        given = f"{place / answer}\n" if answer else ""
+        ran = run(place, "./setup", "-cv:tempdir", str(place / "tmp"), given=given,
+                  RECORD=str(place / "record"))
+        got = (ran.returncode, (place / "record").exists(), names(folder), names(place / "tmp"))
+        return check(f"INSTALL_JVM 2, {name}", got, (status, has_run, sorted(after), []))
+
+
+def prepared_setup(option):
+    """A folder with a setup that installs its Java, and an empty one for temporary files."""
+    made = tempfile.TemporaryDirectory()
+    place = pathlib.Path(made.name)
+    archive(place / "java.tar.gz", GOOD)
+    (place / "m.json").write_text(MANIFEST)
+    (place / "i.tag").write_text(SCRIPT.format(option))
+    (place / "l.tag").write_text('DESC: x\nCOMMAND: exec "@JVM_HOME@/@JVM_EXE@" %CP%("a") Main\n')
+    run(place, PROGRAM, "bundle-java", "java.tar.gz", "--output", "out")
+    run(place, PROGRAM, "pack", "m.json", "--output", "setup")
+    (place / "tmp").mkdir()
+    return made
+
+
+def try_setup(option):
+    with prepared_setup(option) as place:
+        place = pathlib.Path(place)
         ran = run(place, "./setup", "-cv:tempdir", str(place / "tmp"), RECORD=str(place / "record"))
         record = place / "record"
         got = (ran.returncode, record.read_text() if record.exists() else "", names(place / "tmp"))
@@ -134,7 +207,8 @@ def try_setup(option):
 
 
 def main():
-    results = [try_row(*row) for row in ROWS] + [try_setup(0), try_setup(1)]
+    results = [try_row(*row) for row in ROWS] + [try_zip(*row) for row in ZIP_ROWS]
+    results += [try_setup(0), try_setup(1)] + [try_prompt(*row) for row in PROMPT_ROWS]
     print(f"{results.count(True)} rows passed, {results.count(False)} failed")
     return 0 if all(results) else 1
 
