@@ -1,10 +1,13 @@
 #include "authoring/BundleCommand.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
 
 #include "authoring/JavaBundle.h"
+#include "authoring/Listing.h"
+#include "authoring/SafeText.h"
 
 namespace authoring {
 namespace {
@@ -15,8 +18,9 @@ struct BundleOptions {
 };
 
 int bundle(const BundleOptions& options) {
-  const long long files = bundleJava(options.source, options.output);
-  std::printf("%s: a Java of %lld file%s\n", options.output.c_str(), files, files == 1 ? "" : "s");
+  const std::int64_t files = bundleJava(options.source, options.output);
+  std::printf("%s: a Java of %s\n", safeText(options.output).c_str(),
+              countOf(files, "file").c_str());
   return 0;
 }
 

@@ -69,6 +69,10 @@ bool looksLikeManifest(std::string_view bytes) {
   return rest.starts_with("{") || rest.starts_with("//") || rest.starts_with("/*");
 }
 
+bool isText(std::string_view bytes) {
+  return std::all_of(bytes.begin(), bytes.end(), isTextByte);
+}
+
 std::string lookOf(std::string_view bytes) {
   if (bytes.empty()) {
     return "an empty file";
@@ -84,7 +88,7 @@ std::string lookOf(std::string_view bytes) {
   if (looksLikeManifest(bytes)) {
     return "a manifest";
   }
-  return std::all_of(bytes.begin(), bytes.end(), isTextByte) ? "a text" : "other data";
+  return isText(bytes) ? "a text" : "other data";
 }
 
 std::string lookOf(std::FILE* file) {

@@ -15,6 +15,8 @@ std::string lookOf(std::FILE* file);
 // True when the bytes may begin a manifest: a brace or a comment behind blanks and a byte order
 // mark.
 [[nodiscard]] bool looksLikeManifest(std::string_view bytes);
+// No control characters but those of lines and blanks.
+[[nodiscard]] bool isText(std::string_view bytes);
 // The first bytes, as many as are looked at.
 std::string firstBytes(std::FILE* file);
 

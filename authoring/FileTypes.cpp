@@ -1,9 +1,10 @@
 #include "authoring/FileTypes.h"
 
 #include <array>
-#include <cstdio>
 
 #include "archive/LauncherFileFormat.h"
+#include "authoring/NearestName.h"
+#include "authoring/SafeText.h"
 
 namespace authoring {
 namespace {
@@ -30,6 +31,10 @@ std::optional<std::int32_t> fileTypeFromName(std::string_view name) {
     }
   }
   return std::nullopt;
+}
+
+std::string nearestFileType(std::string_view name) {
+  return std::string(nearestName(name, {kTypeNames.begin(), kTypeNames.end()}));
 }
 
 std::string allFileTypeNames() {
@@ -64,16 +69,11 @@ std::string findNameFault(std::string_view name) {
 }
 
 std::string printable(std::string_view text) {
-  std::string shown;
-  for (const char byte : text) {
-    const auto value = static_cast<unsigned char>(byte);
-    if (value >= ' ' && value != 0x7F && value != '\\') {
-      shown += byte;
-      continue;
-    }
-    char escape[5];
-    std::snprintf(escape, sizeof escape, "\\x%02X", static_cast<unsigned>(value));
-    shown += escape;
+  std::string shown = safeText(text.substr(0, text.find('\\')));
+  for (std::size_t at = text.find('\\'); at != text.npos;) {
+    const std::size_t next = text.find('\\', at + 1);
+    shown += "\\x5C" + safeText(text.substr(at + 1, next == text.npos ? next : next - at - 1));
+    at = next;
   }
   return shown;
 }

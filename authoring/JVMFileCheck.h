@@ -12,9 +12,9 @@
 namespace authoring {
 
 // The jvm files that only end the run with a status: ILAUNCH names such a file, and it has neither
-// JVM_PROPERTIES nor hints, on purpose, so that no search tries it (docs/check.md). Where an ILAUNCH
-// may name any file (its number is wrong or a variable, or the script does not parse), each file
-// without both is one; a file that VERIFY names is none.
+// JVM_PROPERTIES nor hints, on purpose, so that no search tries it (docs/check.md). Where an
+// ILAUNCH may name any file (its number is wrong or a variable, or the script does not parse), each
+// file without both is one; a file that VERIFY names is none.
 class StatusFiles {
  public:
   explicit StatusFiles(const Setup& setup);

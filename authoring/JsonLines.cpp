@@ -7,6 +7,9 @@
 namespace authoring {
 namespace {
 
+// Deeper than any manifest. The paths of a hostile text would grow with the square of its size.
+constexpr int kDeepest = 16;
+
 // Counts the lines that the parser has read.
 class CountingIterator {
  public:
@@ -77,11 +80,14 @@ class PathTracker {
 JsonLines::Json JsonLines::parse(const std::string& text, const KeyListener& doubledKey) {
   std::int32_t line = 1;
   PathTracker tracker;
-  const auto remember = [&](int, Json::parse_event_t event, const Json& parsed) {
+  const auto remember = [&](int depth, Json::parse_event_t event, const Json& parsed) {
+    if (depth > kDeepest) {
+      return true;
+    }
     const std::string path = tracker.follow(event, parsed);
     const bool isNew = m_lines.try_emplace(path, line).second;
     if (event == Json::parse_event_t::key && !isNew) {
-      doubledKey(path);
+      doubledKey(path, line);
     }
     return true;
   };

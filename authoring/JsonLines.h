@@ -14,11 +14,10 @@ namespace authoring {
 class JsonLines {
  public:
   using Json = nlohmann::json;
-  // Called with each key: the path of its object, and its name.
-  using KeyListener = std::function<void(const std::string& path)>;
+  using KeyListener = std::function<void(const std::string& path, std::int32_t line)>;
 
-  // Parses a text in which comments may stand, and remembers the lines. Throws Json::parse_error.
-  // `doubledKey` is called with the path of a key that stands twice in its object.
+  // Parses a text in which comments may stand, and remembers the lines of what does not lie deep.
+  // Throws Json::parse_error. `doubledKey` is called for a key that stands in its object already.
   Json parse(const std::string& text, const KeyListener& doubledKey);
 
   // The line of a value by its path, as in "files[2].path": of its key, or of its first byte in a

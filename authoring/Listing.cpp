@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "authoring/FileTypes.h"
+#include "authoring/SafeText.h"
 #include "authoring/StubRecognition.h"
 
 namespace authoring {
@@ -88,17 +89,18 @@ std::string countOf(std::int64_t count, const char* what) {
 }
 
 std::string listAsTable(const std::string& path, const LauncherFile& launcher) {
+  const std::string name = safeText(path);
   const std::string size = countOf(launcher.size, "byte");
   const auto stub = recognizeStub(launcher);
   const std::string end = (stub ? ", stub " + describeStub(*stub) : "") + "\n";
   if (!launcher.hasTrailer) {
-    return path + ": no embedded files, " + size + end;
+    return name + ": no embedded files, " + size + end;
   }
   std::vector<Row> rows = {kHeader};
   for (long i = 0; i < launcher.index.size(); ++i) {
     rows.push_back(rowOf(i, *launcher.index.at(i)));
   }
-  return path + ": " + countOf(launcher.index.size(), "file") + ", " + size + ", purpose " +
+  return name + ": " + countOf(launcher.index.size(), "file") + ", " + size + ", purpose " +
          std::to_string(launcher.purpose) + end + (rows.size() == 1 ? "" : asTable(rows));
 }
 
@@ -123,7 +125,7 @@ std::string listAsJson(const LauncherFile& launcher) {
     }
     json["files"].push_back(file);
   }
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return json.dump(2, ' ', true, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace authoring

@@ -1,5 +1,7 @@
 #include "authoring/Manifest.h"
 
+#include <sys/stat.h>
+
 #include <cstring>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -7,11 +9,15 @@
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/AuthoringError.h"
+#include "authoring/FileKind.h"
+#include "authoring/FileLook.h"
 #include "authoring/FileTypes.h"
 #include "authoring/Installation.h"
 #include "authoring/JsonLines.h"
 #include "authoring/SeekableInput.h"
+#include "authoring/StubRecognition.h"
 #include "tagfile/StreamUtils.h"
+#include "tagfile/TextUtils.h"
 
 namespace authoring {
 namespace {
@@ -20,7 +26,6 @@ namespace fs = std::filesystem;
 using Json = nlohmann::json;
 using Folders = std::vector<std::string>;
 
-constexpr std::int32_t kUnknownType = -1;
 constexpr std::int64_t kLargestNumber = 0x7FFFFFFF;
 
 class ManifestReader {
@@ -32,7 +37,10 @@ class ManifestReader {
   Manifest read();
 
  private:
+  Manifest read(const Json& json, Manifest manifest);
   [[noreturn]] void fail(const std::string& where, const std::string& what) const;
+  void refuseKeys(const Json& json, const std::string& where,
+                  const std::vector<std::string>& keys) const;
   // Calls `read`. Where faults are collected, one of its faults is one of these, and `fallback` is
   // returned.
   template <class Value, class Read>
@@ -105,6 +113,17 @@ std::string withoutExceptionName(const std::string& what) {
   return place == std::string::npos ? what : what.substr(place + std::strlen(kPlace));
 }
 
+// Of "line 11, column 3: reason".
+ManifestFault asFault(const std::string& path, const std::string& error) {
+  constexpr std::string_view kLine = "line ";
+  const std::size_t column = error.find("column ");
+  std::int32_t line = 0;
+  (void)convertToLong(error.substr(std::min(kLine.size(), error.size())).c_str(), line);
+  ManifestFault fault(path, line, error);
+  fault.what = error.substr(std::min(column, error.size()));
+  return fault;
+}
+
 std::string readWhole(std::FILE* file) {
   std::string bytes;
   char chunk[4096];
@@ -122,14 +141,21 @@ Json ManifestReader::parse() {
   if (isUtf16(m_source.text)) {
     fail("", "this is UTF-16; save it as UTF-8");
   }
+  if (!looksLikeManifest(m_source.text) && !isText(m_source.text)) {
+    fail("", "this is no manifest; it looks like " +
+                 (findStubMark(m_source.text) ? "a launcher" : lookOf(m_source.text)));
+  }
   // A key that stands twice would silently win over the first.
-  const auto refuseDoubledKey = [this](const std::string& path) {
-    fail(path, "this key stands twice in one object; remove one of them");
+  const auto refuseDoubledKey = [this](const std::string& path, std::int32_t line) {
+    attempt(0, [&]() -> int {
+      throw ManifestFault(m_source.label, line,
+                          path + ": this key stands twice in one object; remove one of them");
+    });
   };
   try {
     return m_lines.parse(m_source.text, refuseDoubledKey);
   } catch (const Json::parse_error& e) {
-    throw AuthoringError(m_source.label + ": " + withoutExceptionName(e.what()));
+    throw asFault(m_source.label, withoutExceptionName(e.what()));
   }
 }
 
@@ -138,13 +164,23 @@ void ManifestReader::expectObject(const Json& json, const std::string& where,
   if (!json.is_object()) {
     fail(where, "this must be an object, as in { \"" + keys.front() + "\": ... }");
   }
+  refuseKeys(json, where, keys);
+}
+
+void ManifestReader::refuseKeys(const Json& json, const std::string& where,
+                                const std::vector<std::string>& keys) const {
+  std::string known;
+  for (const std::string& name : keys) {
+    known += known.empty() ? name : ", " + name;
+  }
   for (const auto& [key, value] : json.items()) {
     if (std::find(keys.begin(), keys.end(), key) == keys.end()) {
-      std::string known;
-      for (const std::string& name : keys) {
-        known += known.empty() ? name : ", " + name;
-      }
-      fail(where, "unknown key " + shown(key) + "; the keys here are " + known);
+      attempt(0, [&, &name = key]() -> int {
+        throw ManifestFault(m_source.label,
+                            m_lines.lineOf(where + (where.empty() ? "" : ".") + name),
+                            where + (where.empty() ? "" : ": ") + "unknown key " + shown(name) +
+                                "; the keys here are " + known);
+      });
     }
   }
 }
@@ -168,9 +204,13 @@ std::string ManifestReader::readText(const Json& json, const std::string& where)
 // --- The manifest ---
 
 Manifest ManifestReader::read() {
-  const Json json = parse();
   Manifest manifest;
   manifest.path = m_source.label;
+  const std::optional<Json> parsed = attempt(std::optional<Json>(), [&] { return parse(); });
+  return parsed ? read(*parsed, manifest) : manifest;
+}
+
+Manifest ManifestReader::read(const Json& json, Manifest manifest) {
   attempt(0, [&] { return expectObject(json, "", {"purpose", "stub", "files"}), 0; });
   manifest.purpose = attempt(0, [&] {
     return json.contains("purpose") ? readNumber(json["purpose"], "purpose", 255) : 0;
@@ -178,7 +218,8 @@ Manifest ManifestReader::read() {
   manifest.stub = attempt(std::string(), [&] {
     return json.contains("stub") ? findFile(readText(json["stub"], "stub"), "stub") : "";
   });
-  const Json files = attempt(Json(Json::array()), [&] { return readList(json); });
+  const Json files = attempt(Json(), [&] { return readList(json); });
+  manifest.isRead = files.is_array();
   std::set<std::int32_t> givenIds = takeGivenIds(files);
   std::int32_t nextId = 1;
   for (std::size_t i = 0; i < files.size(); ++i) {
@@ -237,7 +278,9 @@ ManifestFile ManifestReader::readFile(const Json& json, const std::string& where
   file.path = attempt(std::string(), [&] {
     return path.empty() ? "" : findFile(path, where + ".path", lastFolders);
   });
-  file.name = attempt(std::string(), [&] { return readName(json, path, where); });
+  if (json.contains("name") || !file.path.empty()) {
+    file.name = attempt(std::string(), [&] { return readName(json, path, where); });
+  }
   file.decompressed = attempt(std::optional<DecompressedSize>(),
                               [&] { return readDecompressed(json, where + ".decompressed"); });
   return file;
@@ -255,7 +298,10 @@ std::int32_t ManifestReader::readType(const Json& json, const std::string& where
   const std::string name = readText(json, where + ".type");
   const std::optional<std::int32_t> type = fileTypeFromName(name);
   if (!type) {
-    fail(where + ".type", shown(name) + " is no file type; the types are " + allFileTypeNames());
+    const std::string near = nearestFileType(name);
+    fail(where + ".type",
+         shown(name) + " is no file type; " +
+             (near.empty() ? "the types are " + allFileTypeNames() : "did you mean " + near + "?"));
   }
   return *type;
 }
@@ -263,9 +309,6 @@ std::int32_t ManifestReader::readType(const Json& json, const std::string& where
 std::string ManifestReader::readName(const Json& file, const std::string& path,
                                      const std::string& where) const {
   const bool given = file.contains("name");
-  if (!given && path.empty()) {
-    return "";  // the fault of the path is told already
-  }
   const std::string name =
       given ? readText(file["name"], where + ".name") : fs::path(path).filename().string();
   const std::string fault = findNameFault(name);
@@ -293,11 +336,16 @@ std::string ManifestReader::findFile(const std::string& path, const std::string&
   std::vector<std::string> folders = m_baseFolders;
   folders.insert(folders.begin(), m_source.folder);
   std::string tried;
+  std::string other;  // what is there instead of a file
   for (const std::string& folder : folders) {
     const fs::path candidate = fs::path(folder) / path;  // an absolute path stays itself
-    std::error_code error;
-    if (fs::is_regular_file(candidate, error)) {
+    struct stat status;
+    const bool isThere = stat(candidate.c_str(), &status) == 0;
+    if (isThere && S_ISREG(status.st_mode)) {
       return candidate.string();
+    }
+    if (isThere && other.empty()) {
+      other = shown(candidate.string()) + " is " + fileKind(status.st_mode);
     }
     tried += (tried.empty() ? "" : ", ") + (folder.empty() ? "." : folder);
   }
@@ -307,6 +355,9 @@ std::string ManifestReader::findFile(const std::string& path, const std::string&
     if (fs::is_regular_file(candidate, error)) {
       return candidate.string();
     }
+  }
+  if (!other.empty()) {
+    fail(where, other + "; name a regular file");
   }
   fail(where, "there is no file " + shown(path) + " in " + tried +
                   "; make it, or name its folder with --base");

@@ -16,6 +16,8 @@
 
 namespace authoring {
 
+inline constexpr std::int32_t kUnknownType = -1;  // of a file whose type is at fault
+
 struct ManifestFile {
   std::int32_t type = 0;
   std::int32_t id = 0;
@@ -26,6 +28,7 @@ struct ManifestFile {
 };
 
 struct Manifest {
+  bool isRead = false;  // else the text is no JSON or lists no files: there is nothing to check
   std::string path;
   std::string stub;  // where it was found; empty when the manifest names none
   std::int32_t purpose = 0;
@@ -48,7 +51,7 @@ ManifestText readManifest(std::FILE* file, const std::string& path, bool isStrea
 // The text may begin with a byte order mark and hold comments (// and /* */). Throws
 // AuthoringError: the manifest's path, the place in it, what is wrong and what to do. With
 // `findings`, all that is wrong is added there instead, and what is left of the manifest is
-// returned; only what is no JSON throws.
+// returned.
 Manifest loadManifest(const ManifestText& text, const std::vector<std::string>& baseFolders,
                       Findings* findings = nullptr);
 Manifest loadManifest(const std::string& path, const std::vector<std::string>& baseFolders,

@@ -144,13 +144,13 @@ PackResult packLauncher(const PackOptions& options) {
   const PackInputs inputs = loadPackInputs(options);
   for (const ManifestFile& file : inputs.manifest.files) {
     if (isTagFileType(file.type)) {
-      checkTagFile(file.path);
+      requireTagFile(file.path);
     }
   }
   return packLauncher(options, inputs);
 }
 
-void checkTagFile(const std::string& path) {
+void requireTagFile(const std::string& path) {
   try {
     const TagFile tagFile(path.c_str());
   } catch (const LauncherException& e) {

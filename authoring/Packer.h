@@ -42,7 +42,7 @@ PackInputs loadPackInputs(const PackOptions& options, Findings* findings = nullp
 PackResult packLauncher(const PackOptions& options);
 
 // Parses a tag file as a launcher would. Throws AuthoringError with the file and the line.
-void checkTagFile(const std::string& path);
+void requireTagFile(const std::string& path);
 
 }  // namespace authoring
 

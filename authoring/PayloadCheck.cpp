@@ -29,7 +29,10 @@ class PayloadCheck {
     for (const SetupFile& file : m_setup.files) {
       if (file.isReadable) {
         checkFile(file);
+      } else {
+        m_hasUnknownJar = m_hasUnknownJar || file.type == FILE_TYPE_JAR;
       }
+      m_hasUnknownJar = m_hasUnknownJar || file.type == kUnknownType;
     }
     checkMainClass();
   }

@@ -1,17 +1,10 @@
 #include "authoring/SafeText.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
 #include <cstdio>
 
 namespace authoring {
 namespace {
-
-struct Letter {
-  std::uint32_t code = 0;
-  std::size_t bytes = 0;  // 0: no letter begins here
-};
 
 // Length, first byte and smallest code of UTF-8's forms.
 struct Form {
@@ -28,10 +21,9 @@ struct Range {
   std::uint32_t last;
 };
 constexpr Range kUnsafe[] = {
-    {0x00, 0x1F},     {0x7F, 0x9F},            // control characters
-    {0x200E, 0x200F}, {0x202A, 0x202E},        // direction
-    {0x2066, 0x2069}, {0x2028, 0x2029},        // direction; ends of lines
-    {0xD800, 0xDFFF}, {0x110000, UINT32_MAX},  // no letters
+    {0x00, 0x1F},     {0x7F, 0x9F},      // control characters
+    {0x200E, 0x200F}, {0x202A, 0x202E},  // direction
+    {0x2066, 0x2069}, {0x2028, 0x2029},  // direction; ends of lines
 };
 
 Letter readForm(std::string_view text, const Form& form) {
@@ -47,16 +39,8 @@ Letter readForm(std::string_view text, const Form& form) {
     }
     code = code << 6 | (byte & 0x3Fu);
   }
-  return code < form.least ? Letter() : Letter{code, form.bytes};
-}
-
-Letter readLetter(std::string_view text) {
-  for (const Form& form : kForms) {
-    if (const Letter letter = readForm(text, form); letter.bytes != 0) {
-      return letter;
-    }
-  }
-  return {};
+  const bool isLetter = code >= form.least && (code < 0xD800 || code > 0xDFFF) && code <= 0x10FFFF;
+  return isLetter ? Letter{code, form.bytes} : Letter();
 }
 
 bool isUnsafe(std::uint32_t code) {
@@ -77,6 +61,15 @@ std::string escaped(std::string_view bytes) {
 }
 
 }  // namespace
+
+Letter readLetter(std::string_view text) {
+  for (const Form& form : kForms) {
+    if (const Letter letter = readForm(text, form); letter.bytes != 0) {
+      return letter;
+    }
+  }
+  return {};
+}
 
 std::string safeText(std::string_view text) {
   std::string safe;

@@ -237,9 +237,14 @@ const NeedRow kNeeds[] = {
     {Command::kInstallJVM, FILE_TYPE_JVM_INSTALLER, "no JVM installer", "INSTALL_JVM is an error"},
 };
 
+// A file whose type is misspelt may be the one.
+bool lacksType(const Setup& setup, std::int32_t type) {
+  return setup.findType(type) == nullptr && setup.findType(kUnknownType) == nullptr;
+}
+
 void checkNeeds(const Setup& setup, const std::set<Command>& commands, Findings& findings) {
   for (const NeedRow& row : kNeeds) {
-    if (commands.count(row.command) != 0 && setup.findType(row.type) == nullptr) {
+    if (commands.count(row.command) != 0 && lacksType(setup, row.type)) {
       findings.error({setup.label, 0}, row.what, row.why,
                      "add a file of the type " + std::string(fileTypeName(row.type)));
     }
@@ -249,7 +254,7 @@ void checkNeeds(const Setup& setup, const std::set<Command>& commands, Findings&
 // The commands of the instruction script; nothing when it has errors, since one may be a command.
 std::optional<std::set<Command>> checkInstructions(const Setup& setup, Findings& findings) {
   const SetupFile* const script = setup.findType(FILE_TYPE_INSTRUCTIONS);
-  if (script == nullptr) {
+  if (lacksType(setup, FILE_TYPE_INSTRUCTIONS)) {
     findings.error({setup.label, 0}, "no instruction script",
                    "the launcher says nothing and ends with status -1",
                    "add a file of the type instructions");
@@ -276,6 +281,9 @@ std::vector<std::string> labelsOf(const Setup& setup) {
 
 Findings checkSetup(const Setup& setup) {
   Findings findings = setup.findings;
+  if (!setup.isRead) {
+    return findings;
+  }
   checkManifest(setup, checkInstructions(setup, findings), findings);
   checkPayloads(setup, findings);
   const Surroundings surroundings(setup);

@@ -20,18 +20,20 @@ namespace {
 // --- Tag files ---
 
 struct ReasonRow {
-  const char* reason;
+  const char* reason;  // its beginning
   const char* advice;
 };
 const ReasonRow kReasons[] = {
     {"missing colon at the end of the tag name", "write NAME: value; there are no comments here"},
+    {"expected double quote to end argument near ",
+     "close the quote; a double quote inside the value is written twice"},
     {"missing /: tag completer", "end the block that begins here with a line /:"},
     {"invalid tag format", "write a value, or leave out the tag"},
 };
 
 std::string adviceFor(const std::string& reason) {
   for (const ReasonRow& row : kReasons) {
-    if (reason == row.reason) {
+    if (reason.starts_with(row.reason)) {
       return row.advice;
     }
   }
@@ -99,6 +101,10 @@ void addFile(Setup& setup, const ManifestFile& source) {
   file.payload = payloadOf(source.path);
   if (file.isReadable && isTagFileType(source.type)) {
     loadTagFile(setup.findings, file, [&] { loadTagFileOf(file, source.path); });
+  } else if (file.isReadable && file.payload.open() == nullptr) {
+    file.isReadable = false;
+    setup.findings.error(file.at(), std::string("cannot be read: ") + std::strerror(errno),
+                         "the setup cannot be packed", "");
   }
   setup.files.push_back(std::move(file));
 }
@@ -196,6 +202,7 @@ const SetupFile* Setup::findId(std::int32_t id) const {
 Setup loadSetup(const Manifest& manifest, const std::string& stub) {
   Setup setup;
   setup.label = manifest.path;
+  setup.isRead = manifest.isRead;
   setup.purpose = manifest.purpose;
   setup.stub = lookAtProgram(payloadOf(stub).read(0, kProgramBytes));
   for (const ManifestFile& file : manifest.files) {

@@ -17,7 +17,8 @@
 namespace authoring {
 
 struct Setup {
-  std::string label;  // the launcher file, or the manifest
+  std::string label;   // the launcher file, or the manifest
+  bool isRead = true;  // else the manifest is no JSON or lists no files
   std::int32_t purpose = 0;
   ProgramLook stub;              // the program that carries the files
   std::optional<Stub> stubMark;  // nothing for a manifest, or a program that is none of ours

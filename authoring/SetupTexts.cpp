@@ -1,5 +1,6 @@
 #include "authoring/SetupTexts.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
@@ -9,6 +10,7 @@
 
 #include "authoring/AuthoringError.h"
 #include "authoring/JavaPlaces.h"
+#include "authoring/SafeText.h"
 #include "tagfile/TagNames.h"
 
 namespace authoring {
@@ -67,41 +69,19 @@ std::string asTagValue(const std::string& value) {
   return isPlain ? value : inTagQuotes(value);
 }
 
-// The next character of UTF-8; nothing where there is none.
-std::optional<std::uint32_t> nextCharacter(std::string_view text, std::size_t& position) {
-  constexpr std::array<std::uint32_t, 5> kLeast = {0, 0, 0x80, 0x800, 0x10000};
-  const auto first = static_cast<unsigned char>(text[position++]);
-  if (first < 0x80) {
-    return first;
-  }
-  const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-  if (first < 0xC2 || first > 0xF4 || text.size() - position < length - 1) {
-    return std::nullopt;
-  }
-  std::uint32_t character = first & (0x7FU >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    const auto byte = static_cast<unsigned char>(text[position++]);
-    if ((byte & 0xC0U) != 0x80) {
-      return std::nullopt;
-    }
-    character = character << 6U | (byte & 0x3FU);
-  }
-  const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
-  return character < kLeast[length] || isSurrogate ? std::nullopt : std::optional(character);
-}
-
-// Titles are ASCII, with \uXXXX for all else, and for a backslash.
+// Titles are ASCII, with \uXXXX for all else, and for a backslash. `title` is UTF-8.
 std::string escapedTitle(const std::string& title) {
   std::string escaped;
-  for (std::size_t position = 0; position < title.size();) {
-    const std::uint32_t character = nextCharacter(title, position).value_or('?');
-    if (character < 0x80 && character != '\\') {
-      escaped += static_cast<char>(character);
+  for (std::string_view rest = title; !rest.empty();) {
+    const Letter letter = readLetter(rest);
+    if (letter.code < 0x80 && letter.code != '\\') {
+      escaped += rest.substr(0, letter.bytes);
     } else {
       std::array<char, 16> code{};
-      std::snprintf(code.data(), code.size(), "\\u%04x", character);
+      std::snprintf(code.data(), code.size(), "\\u%04x", letter.code);
       escaped += code.data();
     }
+    rest.remove_prefix(std::max<std::size_t>(letter.bytes, 1));
   }
   return escaped;
 }
@@ -180,14 +160,15 @@ std::string manifest(const SetupPlan& plan, const std::vector<NamedText>& jvms) 
 }  // namespace
 
 void checkTitle(const std::string& title) {
-  for (std::size_t position = 0; position < title.size();) {
-    const auto character = nextCharacter(title, position);
-    if (!character || *character > 0xFFFF) {
+  for (std::string_view rest = title; !rest.empty();) {
+    const auto [character, bytes] = readLetter(rest);
+    if (bytes == 0 || character > 0xFFFF) {
       throw AuthoringError("the title holds letters that a launcher cannot show; write others");
     }
-    if (*character < ' ' || (*character >= 0x7F && *character < 0xA0)) {
+    if (character < ' ' || (character >= 0x7F && character < 0xA0)) {
       throw AuthoringError("the title holds a control character; write it on one line");
     }
+    rest.remove_prefix(bytes);
   }
   if (title.find_first_not_of(' ') == std::string::npos) {
     throw AuthoringError("the title is empty; write what users are to read");

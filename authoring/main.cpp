@@ -20,6 +20,7 @@
 #include "authoring/Listing.h"
 #include "authoring/NewCommand.h"
 #include "authoring/Packer.h"
+#include "authoring/SafeText.h"
 #include "authoring/SeekableInput.h"
 #include "authoring/SetupCheck.h"
 #include "authoring/SetupContents.h"
@@ -48,6 +49,11 @@ struct Arguments {
 
 void print(const std::string& text) {
   std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+// Shows an error, or what the text says that it is.
+void complain(const std::string& text) {
+  std::fprintf(stderr, "corvane-pack: %s\n", authoring::safeText(text).c_str());
 }
 
 authoring::Findings findingsOf(const authoring::Setup& setup, const Arguments& arguments) {
@@ -87,7 +93,8 @@ int pack(const Arguments& arguments) {
   const std::string line = authoring::countOf(static_cast<std::int64_t>(result.files), "file") +
                            ", " + authoring::countOf(result.size, "byte") + "\n";
   std::fprintf(toStream ? stderr : stdout, "%s: %s",
-               toStream ? "standard output" : arguments.pack.output.c_str(), line.c_str());
+               toStream ? "standard output" : authoring::safeText(arguments.pack.output).c_str(),
+               line.c_str());
   return 0;
 }
 
@@ -107,7 +114,8 @@ int check(const Arguments& arguments) {
     return findings.hasErrors() ? kStatusFindings : 0;
   }
   if (setup.stubMark) {
-    print(setup.label + ": stub " + authoring::describeStub(*setup.stubMark) + "\n");
+    print(authoring::safeText(setup.label) + ": stub " + authoring::describeStub(*setup.stubMark) +
+          "\n");
   }
   print(authoring::reportAsText(setup.label, findings, authoring::wantsColor(stdout)));
   return findings.hasErrors() ? kStatusFindings : 0;
@@ -127,10 +135,10 @@ int extract(const Arguments& arguments) {
   const authoring::ExtractResult result =
       authoring::extractFiles(launcher, arguments.folder, arguments.selection);
   for (const std::string& warning : result.warnings) {
-    std::fprintf(stderr, "corvane-pack: warning: %s\n", warning.c_str());
+    complain("warning: " + warning);
   }
   const bool isWhole = !result.manifest.empty();
-  print(arguments.folder + ": " +
+  print(authoring::safeText(arguments.folder) + ": " +
         authoring::countOf(static_cast<std::int64_t>(result.files), "file") +
         (isWhole ? ", " + result.stub + ", " + result.manifest : "") + "\n");
   return 0;
@@ -239,9 +247,9 @@ int run(const std::function<int()>& command) {
     if (std::fflush(stdout) == 0) {
       return status;
     }
-    std::fprintf(stderr, "corvane-pack: standard output cannot be written\n");
+    complain("standard output cannot be written");
   } catch (const std::exception& e) {
-    std::fprintf(stderr, "corvane-pack: %s\n", e.what());
+    complain(e.what());
   }
   return kStatusFindings;
 }

@@ -410,7 +410,7 @@ const std::vector<SetupRow> kSetupRows = {
     {"tag file with an open quote",
      withScript({1, 2, "j", "A: \"1\n"}),
      {"j:1: error: expected double quote to end argument near 4; the launcher cannot load the "
-      "file"}},
+      "file; close the quote; a double quote inside the value is written twice"}},
     {"script that does not parse",
      {{0, 1, "i", "A\n"}},
      {"i:1: error: missing colon at the end of the tag name; the launcher cannot load the file; "

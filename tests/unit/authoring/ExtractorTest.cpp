@@ -384,7 +384,7 @@ const LossRow kLossRows[] = {
     {"a foreign stub", test::launcherFileBytes({{3, 1, "a", "A"}}),
      "the stub is none of ours; pack it again with --any-stub"},
     {"a name that is no text", test::launcherFileBytes({{3, 1, "\xFF", "A"}}, 0, kOurStub),
-     "entry 0 (\xFF): its name is not UTF-8, so the manifest does not hold it right"},
+     "entry 0 (\\xFF): its name is not UTF-8, so the manifest does not hold it right"},
     {"a name that the launcher writes itself",
      test::launcherFileBytes({{3, 1, "input.tag", "A"}}, 0, kOurStub),
      "DIR/out/manifest.json cannot be packed as it stands: files[0].name: \"input.tag\" is the "

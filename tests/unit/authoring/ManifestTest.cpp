@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "archive/StubMark.h"
 #include "authoring/AuthoringError.h"
 #include "support/TestFiles.h"
 #include "support/Texts.h"
@@ -95,8 +96,20 @@ const std::vector<ErrorRow> kErrorRows = {
     {"no path", withFile(R"("type": "jar")"), "files[0]: the key \"path\" is missing"},
     {"unknown type in the second file",
      R"({"files": [{"type": "jar", "path": "c.jar"}, {"type": "Jar", "path": "d.jar"}]})",
-     "files[1].type: \"Jar\" is no file type; the types are instructions, jvm, launchscript, jar, "
-     "jvm-installer, verify, archive, launcher, jvm-message"},
+     "files[1].type: \"Jar\" is no file type; did you mean jar?"},
+    {"program for a manifest",
+     "\x7F"
+     "ELF\1\1",
+     "this is no manifest; it looks like a program that is none "
+     "of ours"},
+    {"stub for a manifest",
+     "\x7F"
+     "ELF\1\1" +
+         std::string(kStubMarkBegin) +
+         " kind=a version=1 encoding=x "
+         "machine=y" +
+         kStubMarkEnd,
+     "this is no manifest; it looks like a launcher"},
     {"type as a number", withFile(R"("type": 3, "path": "c.jar")"),
      "files[0].type: this must be a text that is not empty"},
     {"empty path", withFile(R"("type": "jar", "path": "")"),
@@ -106,8 +119,7 @@ const std::vector<ErrorRow> kErrorRows = {
      "or "
      "name its folder with --base"},
     {"path of a folder", withFile(R"("type": "jar", "path": "sub")"),
-     "files[0].path: there is no file \"sub\" in DIR/project, DIR/base1, DIR/base2; make it, or "
-     "name its folder with --base"},
+     "files[0].path: \"DIR/project/sub\" is a folder; name a regular file"},
     {"id below 0", withFile(R"("type": "jar", "path": "c.jar", "id": -1)"),
      "files[0].id: this must be a whole number from 0 to 2147483647"},
     {"id above 2147483647", withFile(R"("type": "jar", "path": "c.jar", "id": 2147483648)"),

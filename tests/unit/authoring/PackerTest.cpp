@@ -237,13 +237,25 @@ const ListRow kListRows[] = {
      "{\n  \"size\": 23,\n  \"purpose\": 255,\n  \"stub\": null,\n  \"files\": []\n}\n"},
     {"one entry", test::launcherFileBytes({{6, 3, "\xFF\"", "PK\n", {{1, 2}}}}),
      "setup: 1 file, 52 bytes, purpose 0\n"
-     "pos  type     id  length  offset  name  unpacked\n"
-     "  0  archive   3       3      10  \xFF\"    1 file, 2 bytes\n",
+     "pos  type     id  length  offset  name   unpacked\n"
+     "  0  archive   3       3      10  \\xFF\"  1 file, 2 bytes\n",
      "{\n  \"size\": 52,\n  \"purpose\": 0,\n  \"stub\": null,\n  \"files\": [\n    {\n"
      "      \"position\": 0,\n      \"type\": \"archive\",\n      \"id\": 3,\n"
-     "      \"length\": 3,\n      \"offset\": 10,\n      \"name\": \"\xEF\xBF\xBD\\\"\",\n"
+     "      \"length\": 3,\n      \"offset\": 10,\n      \"name\": \"\\ufffd\\\"\",\n"
      "      \"decompressed\": {\n        \"files\": 1,\n        \"bytes\": 2\n      }\n"
      "    }\n  ]\n}\n"},
+    {"a name that would move the cursor and turn the line",
+     test::launcherFileBytes({{3, 1,
+                               "a\x1B[1m\xC2\x9B"
+                               "2J\xE2\x80\xAE\\",
+                               "PK\n"}}),
+     "setup: 1 file, 55 bytes, purpose 0\n"
+     "pos  type  id  length  offset  name                                unpacked\n"
+     "  0  jar    1       3      10  a\\x1B[1m\\xC2\\x9B2J\\xE2\\x80\\xAE\\x5C  -\n",
+     "{\n  \"size\": 55,\n  \"purpose\": 0,\n  \"stub\": null,\n  \"files\": [\n    {\n"
+     "      \"position\": 0,\n      \"type\": \"jar\",\n      \"id\": 1,\n"
+     "      \"length\": 3,\n      \"offset\": 10,\n"
+     "      \"name\": \"a\\u001b[1m\\u009b2J\\u202e\\\\\"\n    }\n  ]\n}\n"},
 };
 
 TEST_F(PackerTest, ListsForPeopleAndForPrograms) {

@@ -268,16 +268,74 @@ TEST(PayloadCheck, ReadsManifestsWithTheirLines) {
               "; make it, or name its folder with --base",
           path + ":8: error: files[3].id: another file has the number 7; give each file a "
                  "number of its own, or none",
-          path + ":8: error: files[3]: unknown key \"nmae\"; the keys here are type, id, "
-                 "path, name, decompressed",
           path + ":8: error: files[3].type: \"jra\" is no file type; the types are "
                  "instructions, jvm, launchscript, jar, jvm-installer, verify, archive, "
                  "launcher, jvm-message",
+          path + ":9: error: files[3]: unknown key \"nmae\"; the keys here are type, id, "
+                 "path, name, decompressed",
           path + ":9: error: files[3].name: \"..\" is a path; write the plain name of a file",
           (dir / "j.tag") +
               ":3: warning: SET_ENV_FOR_WIZARD is not looked at; the setup has the purpose 1, "
               "and only those of 0 and 2 set variables; write \"purpose\": 0 in the manifest"}),
       linesOf(authoring::loadSetup(path, {})));
+}
+
+struct BrokenManifestRow {
+  const char* name;
+  std::string json;
+  std::vector<std::string> findings;  // without the manifest's path
+};
+
+const BrokenManifestRow kBrokenManifests[] = {
+    {"no JSON",
+     "{\n  \"purpose\": 0,\n  \"files\": [}\n",
+     {":3: error: column 13: syntax error while parsing value - unexpected '}'; expected '[', '{', "
+      "or a literal"}},
+    {"control characters in what is no JSON",
+     "{\n\xC2\x9B",
+     {":2: error: column 1: syntax error while parsing object key - invalid literal; last read: "
+      "'{<U+000A>\\xC2'; expected string literal"}},
+    {"no list of files",
+     "{ \"fils\": [] }",
+     {":1: error: unknown key \"fils\"; the keys here are purpose, stub, files",
+      ":1: error: files: this must be the list of the files, as in \"files\": [ ... ]"}},
+    {"keys twice, keys that are none, and a misspelt type that may be the one that is needed",
+     "{ \"purpose\": 0,\n\"purpose\": 2,\n\"titel\": 1,\n\"name\": 2,\n"
+     "\"files\": [ { \"type\": \"instruction\", \"path\": \"i.tag\" } ] }",
+     {":2: error: purpose: this key stands twice in one object; remove one of them",
+      ":3: error: unknown key \"titel\"; the keys here are purpose, stub, files",
+      ":4: error: unknown key \"name\"; the keys here are purpose, stub, files",
+      ":5: error: files[0].type: \"instruction\" is no file type; did you mean instructions?"}},
+    {"lists in lists, too deep to be followed",
+     "{ \"files\": [], \"purpose\": " + std::string(100000, '[') + "\n",
+     {":2: error: column 1: syntax error while parsing value - unexpected end of input; expected "
+      "'[', '{', or a literal"}},
+};
+
+TEST(PayloadCheck, TellsOfABrokenManifestAllThatIsKnown) {
+  const test::TempDir dir;
+  test::writeFile(dir / "i.tag", "INSTRUCTIONS: //\n");
+  for (const BrokenManifestRow& row : kBrokenManifests) {
+    SCOPED_TRACE(row.name);
+    const std::string path = test::writeFile(dir / "m.json", row.json);
+    std::vector<std::string> findings = row.findings;
+    for (std::string& finding : findings) {
+      finding.insert(0, path);
+    }
+    EXPECT_EQ(findings, linesOf(authoring::loadSetup(path, {})));
+  }
+}
+
+TEST(PayloadCheck, TellsWhichFileCannotBeRead) {
+  authoring::Manifest manifest;
+  manifest.isRead = true;
+  manifest.files = {{FILE_TYPE_JAR, 1, 1, "/nowhere/x.jar", "x.jar", {}}};
+  const std::vector<std::string> findings = linesOf(loadSetup(manifest, ""));
+  ASSERT_EQ(2U, findings.size());
+  EXPECT_EQ(
+      "/nowhere/x.jar: error: cannot be read: No such file or directory; the setup cannot be "
+      "packed",
+      findings[1]);
 }
 
 }  // namespace
