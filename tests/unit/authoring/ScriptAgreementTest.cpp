@@ -89,7 +89,11 @@ TEST(ScriptAgreement, CheckFindsWhatTheInterpreterRefusesAndNothingElse) {
     const std::string error = errorOf(script);
     // Whether JMP0 jumps to its label shows at run time only; the label is looked at all the same.
     const bool mayFindMore = line.rfind("JMP0 ", 0) == 0;
-    ASSERT_TRUE(error.empty() == findings.empty() || (error.empty() && mayFindMore))
+    // What a text with an "@" becomes is looked at by the check of the ways through the script.
+    const bool mayFindLess = line.find('@') != std::string::npos &&
+                             (error.find("Label not found") != std::string::npos ||
+                              error.find("Invalid numeric expression (@)") != std::string::npos);
+    ASSERT_TRUE(error.empty() == findings.empty() || (error.empty() ? mayFindMore : mayFindLess))
         << "line: " << line << "\nerror: " << error
         << "\nfinding: " << (findings.empty() ? "" : findings.front());
   }
