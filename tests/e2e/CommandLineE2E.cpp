@@ -139,6 +139,16 @@ TEST_F(CommandLine, AMissingNameIsToldButTheRunsStatusCounts) {
   EXPECT_EQ("Missing original launcher file name.\nSample\n", orig.out);
 }
 
+// The manual page and formats.md promise it: the same lines, as they come.
+TEST_F(CommandLine, TheLogCanGoToStandardError) {
+  embedRecorder();
+  const Result toFile = run();
+  const Result shown = runBare({"-cv:tempdir", tempDir(), "-cv:log", "/dev/stderr"});
+  EXPECT_EQ(7, shown.status);
+  EXPECT_NE(std::string::npos, shown.err.find("Executing launch script command: "));
+  EXPECT_EQ(normalised(toFile.log, scratch()), normalised(shown.err, scratch()));
+}
+
 TEST_F(CommandLine, ALaterLogTakesOverWithoutASecondSeparator) {
   embedInstructions({"NONSENSE"});
   const std::string second = dir("second.txt");
