@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "archive/LauncherFileFormat.h"
+#include "authoring/FileLook.h"
 #include "authoring/FileTypes.h"
 #include "authoring/SafeText.h"
 #include "authoring/TextPatterns.h"
@@ -52,7 +53,7 @@ class EncodingCheck {
   void run() {
     const SourceLine& first =
         m_file.sources.tags().empty() ? m_file.sources.lastLine() : m_file.sources.tags()[0].head;
-    if (isOtherEncoding(first)) {
+    if (isOtherEncoding(first) || isOtherFormat(first)) {
       return;
     }
     checkMark(first);
@@ -75,6 +76,17 @@ class EncodingCheck {
     m_findings.error({m_file.label, 0}, "the file is UTF-16",
                      "the launcher finds no tag in it that it knows", "save it as UTF-8");
     return true;
+  }
+
+  // A jar that is listed as a jvm file, say.
+  bool isOtherFormat(const SourceLine& first) {
+    const std::string format = isText(first.text) ? "" : formatOf(first.text);
+    if (!format.empty()) {
+      m_findings.error({m_file.label, 0}, "the file is no tag file; it looks like " + format,
+                       "the launcher finds no tag in it that it knows",
+                       "correct its type in the manifest");
+    }
+    return !format.empty();
   }
 
   void checkMark(const SourceLine& first) {

@@ -73,6 +73,12 @@ bool isText(std::string_view bytes) {
   return std::all_of(bytes.begin(), bytes.end(), isTextByte);
 }
 
+std::string formatOf(std::string_view bytes) {
+  const auto row = std::find_if(std::begin(kLooks), std::end(kLooks),
+                                [bytes](const LookRow& r) { return bytes.starts_with(r.begin); });
+  return row == std::end(kLooks) ? "" : row->look;
+}
+
 std::string lookOf(std::string_view bytes) {
   if (bytes.empty()) {
     return "an empty file";
@@ -80,10 +86,8 @@ std::string lookOf(std::string_view bytes) {
   if (isTextModeCopy(bytes)) {
     return "a launcher that was damaged by a transfer as text; transfer it as binary";
   }
-  for (const LookRow& row : kLooks) {
-    if (bytes.starts_with(row.begin)) {
-      return row.look;
-    }
+  if (const std::string format = formatOf(bytes); !format.empty()) {
+    return format;
   }
   if (looksLikeManifest(bytes)) {
     return "a manifest";

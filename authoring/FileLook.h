@@ -8,6 +8,8 @@
 
 namespace authoring {
 
+// What begins as bytes of a known kind do, for messages; empty for any other.
+std::string formatOf(std::string_view bytes);
 // By its first bytes, for messages: "an empty file", "a zip archive", "a text".
 std::string lookOf(std::string_view bytes);
 std::string lookOf(std::FILE* file);

@@ -12,6 +12,7 @@
 #include "authoring/NearestName.h"
 #include "authoring/PayloadCheck.h"
 #include "authoring/ScriptCheck.h"
+#include "authoring/TagFileCheck.h"
 #include "authoring/TemplateCheck.h"
 #include "authoring/TextCheck.h"
 #include "authoring/TextPatterns.h"
@@ -129,7 +130,8 @@ class TagCheck {
   }
 
   void checkCount(const TagRow& row) {
-    if (row.values == TagValues::kFirst && m_file.tagFile->getTagValueCount(row.name) > 1) {
+    const bool isList = row.values != TagValues::kFirst;
+    if (!isList && countOwnValues(m_file, tagsOf(m_file.type), row.name) > 1) {
       m_findings.warning(m_file.at(row.name, 1), std::string(row.name) + " has several lines",
                          "the first alone counts", "write one line");
     }

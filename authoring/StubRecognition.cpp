@@ -14,7 +14,7 @@ namespace {
 // Far larger than any stub. A file without our trailer may have any size.
 constexpr std::int64_t kLargestStub = std::int64_t{64} << 20;
 
-std::int64_t sizeOfStub(const LauncherFile& launcher) {
+std::int64_t sizeToSearch(const LauncherFile& launcher) {
   std::int64_t size = std::min(launcher.size, kLargestStub);
   for (long i = 0; i < launcher.index.size(); ++i) {
     const std::int64_t offset = launcher.index.at(i)->getOffsetToBytes();
@@ -68,7 +68,7 @@ std::optional<Stub> readMark(const std::string& bytes, std::size_t place) {
 }  // namespace
 
 std::optional<Stub> recognizeStub(const LauncherFile& launcher) {
-  return findStubMark(firstBytes(launcher.file.get(), sizeOfStub(launcher)));
+  return findStubMark(firstBytes(launcher.file.get(), sizeToSearch(launcher)));
 }
 
 void requireLauncher(const LauncherFile& launcher, const std::string& path) {

@@ -1,5 +1,6 @@
 #include "authoring/UsageError.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "authoring/FileTypes.h"
@@ -52,6 +53,33 @@ std::string unknownCommand(const CLI::App& app, const std::string& word) {
          (hint.empty() ? "; " + allCommands(app) : hint);
 }
 
+// The option that the library's error names, or null.
+const CLI::Option* optionIn(const CLI::App& command, const std::string& error) {
+  const auto options = command.get_options();
+  const auto option = std::find_if(options.begin(), options.end(), [&error](const auto* each) {
+    return error.find(each->get_name()) != std::string::npos;
+  });
+  return option == options.end() ? nullptr : *option;
+}
+
+// In our own words where the library's are for developers.
+std::string describeValueError(const CLI::App& command, const CLI::ParseError& error) {
+  const std::string text = error.what();
+  const CLI::Option* const option = optionIn(command, text);
+  const bool isMismatch = dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr;
+  if (option == nullptr) {
+    return printable(text);
+  }
+  if (isMismatch && option->count() > 1) {
+    return option->get_name() + " is given more than once";
+  }
+  if (isMismatch) {
+    return option->get_name() + " lacks its " + option->get_type_name();
+  }
+  const bool isNoNumber = dynamic_cast<const CLI::ConversionError*>(&error) != nullptr;
+  return isNoNumber ? option->get_name() + " takes a whole number of 32 bits" : printable(text);
+}
+
 }  // namespace
 
 std::string describeUsageError(const CLI::App& app, const CLI::ParseError& error) {
@@ -59,7 +87,8 @@ std::string describeUsageError(const CLI::App& app, const CLI::ParseError& error
   const CLI::App& command = chosen.empty() ? app : *chosen.front();
   const Names unknown = app.remaining(true);
   if (unknown.empty()) {
-    return chosen.empty() ? "name a command; " + allCommands(app) : error.what();
+    return chosen.empty() ? "name a command; " + allCommands(app)
+                          : describeValueError(command, error);
   }
   const std::string word = unknown.front().substr(0, unknown.front().find('='));
   if (word.starts_with("-") && word != "-") {

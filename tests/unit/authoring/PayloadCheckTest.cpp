@@ -268,9 +268,7 @@ TEST(PayloadCheck, ReadsManifestsWithTheirLines) {
               "; make it, or name its folder with --base",
           path + ":8: error: files[3].id: another file has the number 7; give each file a "
                  "number of its own, or none",
-          path + ":8: error: files[3].type: \"jra\" is no file type; the types are "
-                 "instructions, jvm, launchscript, jar, jvm-installer, verify, archive, "
-                 "launcher, jvm-message",
+          path + ":8: error: files[3].type: \"jra\" is no file type; did you mean jar?",
           path + ":9: error: files[3]: unknown key \"nmae\"; the keys here are type, id, "
                  "path, name, decompressed",
           path + ":9: error: files[3].name: \"..\" is a path; write the plain name of a file",

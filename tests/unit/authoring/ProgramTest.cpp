@@ -229,7 +229,7 @@ const UsageRow kUsageRows[] = {
     {"", kNoCommand},
     {"none", "\"none\" is no command; the commands are "},
     {"pak", "\"pak\" is no command; did you mean pack?\n"},
-    {"lsit x", "\"lsit\" is no command; the commands are "},
+    {"lsit x", "\"lsit\" is no command; did you mean list?\n"},
     {"exctract x", "\"exctract\" is no command; did you mean extract?\n"},
     {"\"$(printf 'a\\033b')\"", "\"a\\x1Bb\" is no command; the commands are "},
     {"--json", "\"--json\" is no option\n"},
@@ -241,13 +241,15 @@ const UsageRow kUsageRows[] = {
     {"pack m.json --ouput x", "\"--ouput\" is no option of pack; did you mean --output?\n"},
     {"pack m.json --ouput=x", "\"--ouput\" is no option of pack; did you mean --output?\n"},
     {"pack --output x", "MANIFEST is required\n"},
-    {"pack m.json --output", "--output: 1 required FILE missing\n"},
+    {"pack m.json --output", "--output lacks its FILE\n"},
+    {"pack m.json --output x --output y", "--output is given more than once\n"},
+    {"extract setup --output x --id y", "--id takes a whole number of 32 bits\n"},
+    {"extract setup --output x --id 2147483648", "--id takes a whole number of 32 bits\n"},
     {"list", "FILE is required\n"},
     {"list a b", "\"b\" is one argument too many for list\n"},
     {"list -x setup", "\"-x\" is no option of list\n"},
     {"check", "FILE is required\n"},
     {"extract setup", "--output is required\n"},
-    {"extract setup --output x --id one", "Could not convert: --id = one\n"},
 };
 
 TEST_F(ProgramTest, EndsWithStatus2WhenCalledWrongly) {

@@ -49,8 +49,7 @@ const std::vector<mistakes::Mistake> kRows = {
      {"j: error: JVM_EXE is missing; no JVM is ever accepted",
       "j: warning: JVM_PROPERTIES is missing; hints are not looked at and VERIFY accepts no JVM",
       "j:2: error: JVM_EXE stands in the block of DESC, which begins in line 1; the line is a "
-      "value of that block and sets no tag; end the block with a line /: in front of it",
-      "j:3: warning: DESC has several lines; the first alone counts; write one line"}},
+      "value of that block and sets no tag; end the block with a line /: in front of it"}},
     {"tag twice",
      "j",
      "DESC: Java 17",
@@ -123,6 +122,21 @@ const std::vector<mistakes::Mistake> kRows = {
       "other; write a hyphen",
       "j:15: error: REQ_JAVA_ARGS: \"\342\200\223Xmx1g\" is no option; Java takes it for the "
       "class, and no Java is accepted; write options alone, such as -Xmx512m"}},
+    {"jar in the place of a jvm file",
+     "j",
+     mistakes::kJavaFile,
+     std::string("PK\3\4\n\0\0\0", 8),
+     {"j: error: the file is no tag file; it looks like a zip archive (a jar is one); the launcher "
+      "finds no tag in it that it knows; correct its type in the manifest",
+      "j:1: error: missing colon at the end of the tag name; the launcher cannot load the file; "
+      "write NAME: value; there are no comments here"}},
+    {"tag of one value without its value, which a block begins",
+     "j",
+     "JVM_EXE: bin/java",
+     "JVM_EXE:\n  bin/java",
+     {"j: warning: JVM_PROPERTIES is missing; hints are not looked at and VERIFY accepts no JVM",
+      "j:4: error: JVM_PROPERTIES stands in the block of JVM_EXE, which begins in line 2; the line "
+      "is a value of that block and sets no tag; end the block with a line /: in front of it"}},
     {"UTF-16",
      "j",
      "DESC",
