@@ -43,6 +43,16 @@ int makeNew(const NewSetupOptions& given) {
   return 0;
 }
 
+// An empty variable of a script is not meant to give the default.
+const CLI::Validator& notEmpty() {
+  static const CLI::Validator validator(
+      [](std::string& text) {
+        return std::string(text.empty() ? "it is empty; leave it out for the default" : "");
+      },
+      "");
+  return validator;
+}
+
 }  // namespace
 
 void addNewCommand(CLI::App& app, std::function<int()>& chosen) {
@@ -55,13 +65,16 @@ void addNewCommand(CLI::App& app, std::function<int()>& chosen) {
   command
       .add_option("--main", options->mainClass,
                   "The class that is started; default: what the first jar says")
-      ->type_name("CLASS");
+      ->type_name("CLASS")
+      ->check(notEmpty());
   command.add_option("--title", options->title, "What users see; default: the folder's name")
-      ->type_name("TEXT");
+      ->type_name("TEXT")
+      ->check(notEmpty());
   command
       .add_option("--java", options->java,
                   "17+, 8..17 or 21; default: what the class was compiled for, and later")
-      ->type_name("RANGE");
+      ->type_name("RANGE")
+      ->check(notEmpty());
   command.add_flag("--64-bit", options->needs64Bit, "Take no 32-bit Java");
   command.callback([options, &chosen] { chosen = [options] { return makeNew(*options); }; });
 }

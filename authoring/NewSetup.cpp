@@ -10,6 +10,7 @@
 #include <set>
 
 #include "authoring/AuthoringError.h"
+#include "authoring/FileTypes.h"
 #include "authoring/JavaClass.h"
 #include "authoring/JavaRange.h"
 #include "authoring/OutputFolder.h"
@@ -21,12 +22,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Names of letters, digits, _ and $, between dots.
+// Names of letters, digits, _ and $, between dots. All bytes of UTF-8 beyond ASCII count as
+// letters.
 bool isClassName(const std::string& name) {
   bool atStart = true;
   for (const char c : name) {
     const auto letter = static_cast<unsigned char>(c);
-    const bool isStart = std::isalpha(letter) || c == '_' || c == '$';
+    const bool isStart = std::isalpha(letter) || letter >= 0x80 || c == '_' || c == '$';
     if (atStart ? !isStart : !isStart && !std::isdigit(letter) && c != '.') {
       return false;
     }
@@ -106,6 +108,21 @@ SetupPlan planOf(const NewSetupOptions& options) {
   return plan;
 }
 
+// A launcher stores all files by their plain names.
+void checkNamesOfJars(const NewSetupOptions& options, const std::vector<NamedText>& texts) {
+  std::set<std::string> taken = {kVerifyName};
+  for (const NamedText& text : texts) {
+    taken.insert(text.name);
+  }
+  for (const std::string& jar : options.jars) {
+    const std::string name = fs::path(jar).filename().string();
+    if (taken.count(name) != 0) {
+      throw AuthoringError("a file of the setup is called " + name +
+                           ", too; give the jar another name");
+    }
+  }
+}
+
 }  // namespace
 
 void checkJars(const NewSetupOptions& options) {
@@ -119,6 +136,10 @@ void checkJars(const NewSetupOptions& options) {
       throw AuthoringError("there is no file " + jar + "; build it first, or correct --jar");
     }
     const std::string name = fs::path(jar).filename().string();
+    const std::string fault = findNameFault(name);
+    if (!fault.empty()) {
+      throw AuthoringError(quotedText(name) + " " + fault + "; give the jar another name");
+    }
     if (!names.insert(name).second) {
       throw AuthoringError("two jars are called " + name + "; give each a name of its own");
     }
@@ -139,9 +160,11 @@ NewSetupOptions completeOptions(NewSetupOptions options) {
 
 std::vector<std::string> makeSetup(const NewSetupOptions& options) {
   const SetupPlan plan = planOf(options);
+  const std::vector<NamedText> texts = setupTexts(plan);
+  checkNamesOfJars(options, texts);
   OutputFolder folder(options.folder);
   std::vector<std::string> names;
-  for (const NamedText& file : setupTexts(plan)) {
+  for (const NamedText& file : texts) {
     writeText(folder.staging() + "/" + file.name, file.text);
     names.push_back(file.name);
   }

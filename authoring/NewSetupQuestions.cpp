@@ -5,13 +5,15 @@
 
 #include "authoring/AuthoringError.h"
 #include "authoring/NewSetup.h"
+#include "authoring/SafeText.h"
 
 namespace authoring {
 namespace {
 
 // The answer without blanks at its ends.
 std::string ask(const std::string& question, const std::string& proposed) {
-  std::cout << question << (proposed.empty() ? "" : " [" + proposed + "]") << ": " << std::flush;
+  std::cout << question << (proposed.empty() ? "" : " [" + safeText(proposed) + "]") << ": "
+            << std::flush;
   std::string answer;
   if (!std::getline(std::cin, answer)) {
     std::cout << '\n' << std::flush;
@@ -33,7 +35,7 @@ void askUntil(const std::string& question, const std::string& proposed,
       if (!std::cin) {
         throw;
       }
-      std::cout << e.what() << "\n";
+      std::cout << safeText(e.what()) << "\n";
     }
   }
 }

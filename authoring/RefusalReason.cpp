@@ -5,6 +5,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "tagfile/TextUtils.h"
+
 namespace authoring {
 namespace {
 
@@ -80,7 +82,7 @@ std::string whyNoAnswer(const Candidate& candidate, const LoggedRun& run) {
   for (const SayingRow& row : kSayings) {
     for (const std::string& line : candidate.errors) {
       if (line.find(row.said) != std::string::npos) {
-        return std::string(row.means) + " (it said \"" + line + "\")";
+        return std::string(row.means) + " (it said \"" + std::string(withoutBlanks(line)) + "\")";
       }
     }
   }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "authoring/LogLines.h"
+#include "tagfile/TextUtils.h"
 
 namespace authoring {
 namespace {
@@ -136,10 +137,17 @@ class LogParser {
     }
     if (m_isInTrial && trial().errors.size() < kMostErrors && !line.empty()) {
       trial().errors.push_back(line);
-    } else if (m_isInWizard && !line.empty()) {
+    } else if (m_isInWizard && !line.empty() && !isOfStackTrace(line)) {
       run().wizards.back().lastError = line;
     }
     return true;
+  }
+
+  // What follows "Exception in thread ..." and "Caused by: ...", which tell more.
+  static bool isOfStackTrace(std::string_view line) {
+    const std::string_view words = withoutBlanks(line);
+    const bool isIndented = words.size() < line.size();
+    return isIndented && (words.starts_with("at ") || words.starts_with("... "));
   }
 
   void takeStandardOutput(const std::string& line) {

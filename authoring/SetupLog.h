@@ -48,7 +48,8 @@ struct Candidate {
 struct WizardRun {
   std::string command;
   bool hasEnded = false;  // and its output was logged
-  std::string lastError;  // the last line of its standard error that is not blank
+  std::string
+      lastError;  // the last line of its standard error; none of a stack trace, no blank one
 };
 
 struct LoggedRun {

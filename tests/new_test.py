@@ -71,6 +71,11 @@ class Place:
         jar(self.folder / "eight.jar", version=8)
         jar(self.folder / "nested.jar", class_name="com.example.Outer$Setup")
         (self.folder / "text.jar").write_text("no jar\n")
+        jar(self.folder / "coloured.jar", class_name="a\x1b[31mb")
+        jar(self.folder / "letters.jar", class_name="com.exämple.Größe")
+        jar(self.folder / "two\nlines.jar")
+        jar(self.folder / "verify.jar")
+        jar(self.folder / "java21.tag")
         (self.folder / "sub").mkdir()
         jar(self.folder / "sub" / "app.jar")
         (self.folder / "full").mkdir()
@@ -121,6 +126,21 @@ ROWS = [
      '"com/example/Setup" is no name of a class; write it as in com.example.Setup'),
     ("a class for the shell", ["setup", "--jar", "app.jar", "--main", "a;reboot"], 1, "",
      '"a;reboot" is no name of a class; write it as in com.example.Setup'),
+    ("a class of other letters", ["setup", "--jar", "letters.jar"], 0, ONE, ""),
+    ("a class for the terminal", ["setup", "--jar", "coloured.jar"], 1, "",
+     '"a\\x1B[31mb" is no name of a class; write it as in com.example.Setup'),
+    ("a jar with the name of the verify archive", ["setup", "--jar", "verify.jar"], 1, "",
+     "a file of the setup is called verify.jar, too; give the jar another name"),
+    ("a jar with the name of a jvm file", ["setup", "--jar", "java21.tag", "--java", "21"], 1, "",
+     "a file of the setup is called java21.tag, too; give the jar another name"),
+    ("a jar of two lines", ["setup", "--jar", "two\nlines.jar"], 1, "",
+     '"two\\x0Alines.jar" holds a newline, at which a launcher stops reading it; give the jar '
+     "another name"),
+] + [
+    (f"an empty {option}", ["setup", "--jar", "app.jar", option, ""], 2, "",
+     f"{option}: it is empty; leave it out for the default\nRun with --help for more information.")
+    for option in ["--main", "--title", "--java"]
+] + [
     ("a class that ends with a dot", ["setup", "--jar", "app.jar", "--main", "com."], 1, "",
      '"com." is no name of a class; write it as in com.example.Setup'),
     ("a Java older than the class", ["setup", "--jar", "app.jar", "--java", "11+"], 1, "",

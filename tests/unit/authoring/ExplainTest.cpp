@@ -191,6 +191,21 @@ TEST_F(ExplainTest, AShellThatDoesNotStart) {
               "ERROR: Invalid magic value: \n\nIn VERIFY, the jvm is invalid.\n"));
 }
 
+TEST_F(ExplainTest, TheErrorAboveAStackTrace) {
+  EXPECT_EQ(
+      "DIR/log: 1 run\nNo Java was considered.\nChosen: none by a search; the setup ran a Java "
+      "that it had installed or that its script names\nWizard: ended; its status is the "
+      "setup's and is not in the "
+      "log; its last error line: \"Caused by: java.io.IOException: No space\"\n",
+      explain("------------------\nExecuting launch script command: java Wizard in working "
+              "directory /\n"
+              "Output from the launch script execution\nStdOut:\n\nErrOut:\n"
+              "Exception in thread \"main\" java.lang.IllegalStateException\n\tat "
+              "Wizard.main(Wizard.java:1)\n"
+              "Caused by: java.io.IOException: No space\n\tat Wizard.write(Wizard.java:2)\n"
+              "\t... 1 more\n\n"));
+}
+
 TEST_F(ExplainTest, WhatIsNoLog) {
   const std::vector<std::string> rows = {"",
                                          "\n",
