@@ -19,6 +19,8 @@ namespace {
 
 constexpr std::string_view kJava = "java";
 constexpr std::string_view kExec = "exec";
+// Behind a home; more is no path of people.
+constexpr std::size_t kLongestPath = 200;
 
 bool holds(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
@@ -107,14 +109,8 @@ class CommandCheck {
     return bare;
   }
 
-  // "-Dname = value" and "-Xmx 512m"
+  // -Dname = value
   void checkOptions() {
-    for (const char* const option : {"-D", "-Xmx", "-Xms", "-Xss"}) {
-      if (holds(m_template, " " + std::string(option) + " ")) {
-        error(std::string("a blank stands behind ") + option,
-              "Java takes the next word for a class", "leave out the blank");
-      }
-    }
     for (std::size_t at = m_template.find(" -D"); at != std::string::npos;
          at = m_template.find(" -D", at + 1)) {
       const std::string_view option = firstWord(std::string_view(m_template).substr(at + 1));
@@ -139,22 +135,22 @@ class CommandCheck {
               "write " + home + "/" + m_template.substr(at + home.size(), 9));
         return;
       }
-      checkFolderOfExe(m_template.substr(at + home.size()));
+      checkFolderOfExe(std::string_view(m_template).substr(at + home.size(), kLongestPath));
     }
   }
 
   // "@JVM_HOME@/bin/@JVM_EXE@"; `behind` is what follows the home.
-  void checkFolderOfExe(const std::string& behind) {
+  void checkFolderOfExe(std::string_view behind) {
     const std::string exe = kTagMark + std::string(tagname::kJVMExe) + kTagMark;
     const std::size_t at = behind.find(exe);
-    const std::string folder = behind.substr(0, at);
+    const std::string_view folder = behind.substr(0, at);
     if (at == std::string::npos || folder.size() < 2 || folder[0] != '/' ||
         folder.find_first_of(" \"") != std::string::npos) {
       return;
     }
     if (anyExe([&folder](std::string_view path) { return path.starts_with(folder.substr(1)); })) {
-      error(exe + " begins with " + folder.substr(1) + " itself", "the program is not found",
-            "write @JVM_HOME@/" + exe);
+      error(exe + " begins with " + std::string(folder.substr(1)) + " itself",
+            "the program is not found", "write @JVM_HOME@/" + exe);
     }
   }
 
@@ -191,7 +187,10 @@ class CommandCheck {
   }
 
   void checkClass(const JavaCall& call) {
-    if (call.needsClass && call.className.empty()) {
+    if (!call.optionApart.empty()) {
+      error("a blank stands behind " + call.optionApart, "Java takes the next word for a class",
+            "leave out the blank");
+    } else if (call.needsClass && call.className.empty()) {
       error("no class is named", "Java has nothing to run",
             "write the class of the wizard at the end");
     } else if (call.hasJarsBehindClass && isClasspathInCommand(m_setup)) {

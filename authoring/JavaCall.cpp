@@ -1,10 +1,10 @@
 #include "authoring/JavaCall.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string_view>
 #include <vector>
 
+#include "authoring/JavaClass.h"
 #include "authoring/JavaOptions.h"
 #include "authoring/ShellWords.h"
 #include "authoring/TextPatterns.h"
@@ -54,7 +54,7 @@ class FunctionResults : public MacroHandler {
       case Function::kRuntimeJavaArgs:
         return "";
       case Function::kSystemProp:
-        return "-D";
+        return "-Dname=value";
       case Function::kLauncherFile:
       case Function::kLauncherDir:
       case Function::kTempDir:
@@ -74,16 +74,6 @@ bool isJava(std::string_view word) {
 bool isRunner(std::string_view word) {
   const std::string_view name = word.substr(word.find_last_of("@\x02") + 1);
   return std::find(std::begin(kRunners), std::end(kRunners), name) != std::end(kRunners);
-}
-
-bool isClassName(std::string_view word) {
-  const auto isPart = [](unsigned char byte) {
-    return std::isalnum(byte) != 0 || byte == '_' || byte == '$' || byte == '.' || byte == '/' ||
-           byte >= 0x80;
-  };
-  return !word.empty() && word[0] != '/' &&
-         std::isdigit(static_cast<unsigned char>(word[0])) == 0 &&
-         std::all_of(word.begin(), word.end(), isPart);
 }
 
 // Reads the words behind Java's name.
@@ -110,6 +100,8 @@ class CallReader {
     const bool isClasspath = isClasspathOption(word);
     if (word.find(kUnknown) != word.npos || word.find(kJars) != word.npos) {
       m_call.isReadable = false;
+    } else if (needsItsValue(word)) {
+      m_call.optionApart = word;
     } else if (isClasspath || word.starts_with("--class-path=")) {
       m_call.hasOwnClasspath = true;
     } else if (startsAJarOrModule(word) || startsNothing(word)) {
@@ -167,13 +159,13 @@ std::optional<JavaCall> findJavaCall(const SString& command) {
 
 std::optional<std::string> findMainClass(const SString& command) {
   const std::optional<JavaCall> call = findJavaCall(command);
-  if (!call || !call->isReadable || !call->needsClass || !call->hasJars || call->hasOwnClasspath ||
-      !isClassName(call->className)) {
+  if (!call || !call->isReadable || !call->needsClass || !call->hasJars || call->hasOwnClasspath) {
     return std::nullopt;
   }
+  // Java takes com/example/Setup, too.
   std::string name = call->className;
   std::replace(name.begin(), name.end(), '/', '.');
-  return name;
+  return isClassName(name) ? std::optional(name) : std::nullopt;
 }
 
 }  // namespace authoring

@@ -19,6 +19,7 @@ struct JavaCall {
   bool hasJars = false;             // %CP%() stands in front of the class
   bool hasJarsBehindClass = false;  // %CP%() stands behind it
   bool hasOwnClasspath = false;     // -cp or another name of it stands in front of the class
+  std::string optionApart;          // an option whose value stands behind a blank, as "-Xmx 1g"
 };
 
 // Nothing when the command starts no Java or cannot be read.

@@ -1,6 +1,7 @@
 #include "authoring/JavaClass.h"
 
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <sstream>
 
@@ -42,6 +43,19 @@ std::string findVerifyArchive() {
 }
 
 }  // namespace
+
+bool isClassName(const std::string& name) {
+  bool atStart = true;
+  for (const char c : name) {
+    const auto letter = static_cast<unsigned char>(c);
+    const bool isStart = std::isalpha(letter) || letter >= 0x80 || c == '_' || c == '$';
+    if (atStart ? !isStart : !isStart && !std::isdigit(letter) && c != '.') {
+      return false;
+    }
+    atStart = c == '.';
+  }
+  return !atStart;
+}
 
 std::optional<int> compiledFor(const std::string& jar, const std::string& className) {
   std::string entry = className + ".class";

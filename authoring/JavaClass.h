@@ -7,6 +7,9 @@
 
 namespace authoring {
 
+// Letters, digits, _ and $, between dots. All bytes of UTF-8 beyond ASCII count as letters.
+bool isClassName(const std::string& name);
+
 // The Java that the class (with dots) in the jar was compiled for; nothing when the jar has no such
 // class. Throws AuthoringError when the jar cannot be read, or the entry is no class.
 std::optional<int> compiledFor(const std::string& jar, const std::string& className);

@@ -19,6 +19,7 @@ constexpr std::string_view kWithWord[] = {
     "-p",
     "--module-path",
 };
+constexpr std::string_view kWithValue[] = {"-D", "-Xmx", "-Xms", "-Xss"};
 constexpr std::string_view kForClasspath[] = {"-cp", "-classpath", "--class-path"};
 constexpr std::string_view kForJarOrModule[] = {"-jar", "-m", "--module"};
 constexpr std::string_view kForNothing[] = {
@@ -48,6 +49,10 @@ bool contains(const Options& options, std::string_view option) {
 
 bool takesAWord(std::string_view option) {
   return contains(kWithWord, option);
+}
+
+bool needsItsValue(std::string_view option) {
+  return contains(kWithValue, option);
 }
 
 bool isClasspathOption(std::string_view option) {

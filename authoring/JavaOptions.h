@@ -8,6 +8,8 @@ namespace authoring {
 
 // The next word belongs to the option, such as that behind --add-modules.
 bool takesAWord(std::string_view option);
+// The value belongs into the same word, such as that of -Xmx.
+bool needsItsValue(std::string_view option);
 // -cp and its other names.
 bool isClasspathOption(std::string_view option);
 // The class is not found by the class path: a jar or a module is named instead.

@@ -22,21 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Names of letters, digits, _ and $, between dots. All bytes of UTF-8 beyond ASCII count as
-// letters.
-bool isClassName(const std::string& name) {
-  bool atStart = true;
-  for (const char c : name) {
-    const auto letter = static_cast<unsigned char>(c);
-    const bool isStart = std::isalpha(letter) || letter >= 0x80 || c == '_' || c == '$';
-    if (atStart ? !isStart : !isStart && !std::isdigit(letter) && c != '.') {
-      return false;
-    }
-    atStart = c == '.';
-  }
-  return !atStart;
-}
-
 void fillMainClass(NewSetupOptions& options) {
   if (options.mainClass.empty()) {
     options.mainClass = mainClassOf(options.jars.front());
