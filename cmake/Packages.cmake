@@ -16,7 +16,7 @@ install(TARGETS corvane-launcher corvane-launcher-any RUNTIME DESTINATION ${corv
 install(FILES LICENSE DESTINATION ${corvane_doc_dir} RENAME copyright)
 install(FILES docs/licences.md DESTINATION ${corvane_doc_dir}/docs)
 if(NOT CMAKE_CROSSCOMPILING)
-  install(FILES README.md CHANGELOG.md DESTINATION ${corvane_doc_dir})
+  install(FILES README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md LICENSE DESTINATION ${corvane_doc_dir})
   install(DIRECTORY docs/ DESTINATION ${corvane_doc_dir}/docs FILES_MATCHING
           PATTERN *.md PATTERN *.svg PATTERN man EXCLUDE)
   install(DIRECTORY examples DESTINATION ${corvane_doc_dir} USE_SOURCE_PERMISSIONS

@@ -39,6 +39,9 @@ PLANTS = [
     ("promise whose test is gone", "docs/promises.md",
      "\n- **Planted.** So it is.\n  Proved by `Planted.Gone`.\n", "promises",
      "there is no test 'Planted.Gone'"),
+    ("link to nothing", "docs/formats.md", "\n[x](none.md)\n", "links", "there is no none.md"),
+    ("link to no heading", "docs/formats.md", "\n[x](jvm-file.md#none)\n", "links",
+     "jvm-file.md has no heading #none"),
     ("page without promises", "docs/promises.md", lambda old: "", "promises", "no promise was found"),
 ]
 
@@ -69,7 +72,7 @@ def plant(row):
 
 def main():
     failures = [failure for failure in (plant(row) for row in PLANTS) if failure]
-    for check in ("rooms", "quirks", "tags", "version", "promises"):
+    for check in ("rooms", "quirks", "tags", "version", "promises", "links"):
         status, output = run_check(PROJECT, check)
         if status != 0:
             failures.append(f"the tree itself fails check_{check}:\n{output}")

@@ -52,6 +52,7 @@ for page in man1/corvane-pack.1 man1/corvane-launcher.1 man5/corvane-launcher-fi
     run "looking for $page" test -s "$here/usr/share/man/$page"
 done
 
+run "following the links of the pages" python3 -B "$tests/../tools/check_links.py" "$doc"
 run "following the tutorial" \
     python3 -B "$tests/tutorial_test.py" "$pack" "$doc/docs/tutorial.md"
 
