@@ -15,6 +15,7 @@
 #include "authoring/OutputFolder.h"
 #include "authoring/StubRecognition.h"
 #include "authoring/UnpackedManifest.h"
+#include "authoring/Verification.h"
 
 namespace authoring {
 namespace {
@@ -162,9 +163,10 @@ std::string stubName(const LauncherFile& launcher) {
   return freeName(launcher, isName ? stub->kind : "stub", "");
 }
 
-// A warning when `manifest` does not make the same bytes again.
+// A warning when `manifest` does not make the same bytes again; of a file that is not damaged.
 std::vector<std::string> findLosses(const LauncherFile& launcher, const std::string& staging,
-                                    const std::string& folder, const std::string& manifest) {
+                                    const std::string& folder, const std::string& manifest,
+                                    bool isWhole) {
   const long foreign = findForeignName(launcher);
   if (foreign >= 0) {
     return {place(foreign, *launcher.index.at(foreign)) +
@@ -181,7 +183,9 @@ std::vector<std::string> findLosses(const LauncherFile& launcher, const std::str
   if (!recognizeStub(launcher)) {
     losses.push_back("the stub is none of ours; pack it again with --any-stub");
   }
-  if (!hasOurLayout(launcher)) {
+  if (launcher.digests.state == DigestState::kNone) {
+    losses.push_back("the setup has no digests; packed again it has the same files, and digests");
+  } else if (isWhole && !hasOurLayout(launcher)) {
     losses.push_back(
         "another program made this setup; packed again it has the same files, but not the same "
         "bytes");
@@ -215,10 +219,13 @@ ExtractResult extractFiles(const LauncherFile& launcher, const std::string& fold
   }
   ExtractResult result;
   result.files = positions.size();
+  result.warnings = findDamage(launcher);
   if (selection.isAll()) {
     addManifest(launcher, writer, result);
-    result.warnings =
-        findLosses(launcher, writer.pathOf("").parent_path().string(), folder, result.manifest);
+    const std::string staging = writer.pathOf("").parent_path().string();
+    const std::vector<std::string> losses =
+        findLosses(launcher, staging, folder, result.manifest, result.warnings.empty());
+    result.warnings.insert(result.warnings.end(), losses.begin(), losses.end());
   }
   launcher.state.checkUnchanged(launcher.file.get());
   writer.commit();

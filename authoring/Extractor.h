@@ -13,9 +13,10 @@ namespace authoring {
 
 struct ExtractResult {
   std::size_t files = 0;
-  std::string stub;                   // the names in the folder of these two;
-  std::string manifest;               // empty when a part was taken
-  std::vector<std::string> warnings;  // why the manifest does not make the same bytes again
+  std::string stub;      // the names in the folder of these two;
+  std::string manifest;  // empty when a part was taken
+  // What is damaged, and why the manifest does not make the same bytes again.
+  std::vector<std::string> warnings;
 };
 
 // Writes the files that are meant under their names into `folder`, which must be new or empty;

@@ -27,6 +27,16 @@ std::int32_t readPurpose(std::FILE* file) {
   return fseeko(file, -kPurposeOffsetFromEnd, SEEK_END) == 0 ? std::fgetc(file) : -1;
 }
 
+// A block whose end is damaged is found behind the index.
+void readDigests(LauncherFile& launcher) {
+  std::FILE* const file = launcher.file.get();
+  launcher.indexEnd = ftello(file);
+  launcher.digests = findDigests(file, launcher.size);
+  if (launcher.digests.state == DigestState::kNone && isBlockBegin(file, launcher.indexEnd)) {
+    launcher.digests.state = DigestState::kDamaged;
+  }
+}
+
 }  // namespace
 
 // A file that is shorter than a trailer carries no files either.
@@ -59,6 +69,7 @@ LauncherFile readLauncherFile(const std::string& path) {
     throw AuthoringError(inputLabel(path) + ": entry " + std::to_string(launcher.index.size()) +
                          " of the file index cannot be read: " + e.what());
   }
+  readDigests(launcher);
   return launcher;
 }
 

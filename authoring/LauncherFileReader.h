@@ -9,6 +9,7 @@
 #include <string>
 
 #include "archive/FileIndex.h"
+#include "authoring/DigestBlock.h"
 #include "authoring/SourceFile.h"
 #include "tagfile/StreamUtils.h"
 
@@ -23,6 +24,8 @@ struct LauncherFile {
   std::int32_t indexOffset = 0;
   std::int32_t purpose = -1;  // -1: no trailer, or nothing before it
   FileIndex index;
+  std::int64_t indexEnd = 0;
+  DigestBlock digests;
 };
 
 // Where the index of the open launcher file lies; nothing when it does not end with our trailer.

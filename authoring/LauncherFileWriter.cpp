@@ -10,6 +10,8 @@
 namespace authoring {
 namespace {
 
+constexpr std::size_t kChunk = std::size_t{1} << 20;
+
 std::string encodeNumber(std::int64_t number, int bytes) {
   std::string encoded;
   for (int shift = 8 * (bytes - 1); shift >= 0; shift -= 8) {
@@ -56,6 +58,18 @@ std::string encodeTrailer(std::int64_t indexOffset) {
   return encodeNumber32(indexOffset) + encodeNumber32(kLauncherIdentification);
 }
 
+void LauncherFileWriter::addStub(std::FILE* source, const std::string& name) {
+  beginPiece();
+  copy(source, name);
+  endPiece();
+}
+
+void LauncherFileWriter::addStub(std::string_view bytes) {
+  beginPiece();
+  write(bytes);
+  endPiece();
+}
+
 void LauncherFileWriter::addFile(IndexRecord record, std::FILE* source, const std::string& name) {
   beginFile(record);
   copy(source, name);
@@ -70,15 +84,36 @@ void LauncherFileWriter::addFile(IndexRecord record, std::string_view bytes) {
 
 std::int64_t LauncherFileWriter::finish(std::int32_t purpose) {
   const std::int64_t indexOffset = m_position;
-  write(encodeIndex(m_records) + static_cast<char>(purpose) + encodeTrailer(indexOffset));
+  beginPiece();
+  write(encodeIndex(m_records));
+  endPiece();
+  const std::string end = static_cast<char>(purpose) + encodeTrailer(indexOffset);
+  if (m_observer != nullptr) {
+    write(m_observer->block(m_position, end));
+  }
+  write(end);
   return m_position;
+}
+
+void LauncherFileWriter::beginPiece() const {
+  if (m_observer != nullptr) {
+    m_observer->beginPiece();
+  }
+}
+
+void LauncherFileWriter::endPiece() const {
+  if (m_observer != nullptr) {
+    m_observer->endPiece();
+  }
 }
 
 void LauncherFileWriter::beginFile(IndexRecord& record) const {
   record.offset = static_cast<std::int32_t>(m_position);
+  beginPiece();
 }
 
 void LauncherFileWriter::endFile(IndexRecord& record) {
+  endPiece();
   record.length = static_cast<std::int32_t>(m_position - record.offset);
   if (record.length > 0 && m_lastByte != '\n') {
     write("\n");
@@ -87,7 +122,7 @@ void LauncherFileWriter::endFile(IndexRecord& record) {
 }
 
 void LauncherFileWriter::copy(std::FILE* source, const std::string& name) {
-  std::vector<char> chunk(262144);
+  std::vector<char> chunk(kChunk);
   std::size_t count;
   while ((count = std::fread(chunk.data(), 1, chunk.size(), source)) > 0) {
     DeferredSignals::throwIfCame();
@@ -102,6 +137,9 @@ void LauncherFileWriter::write(std::string_view bytes) {
   m_position += static_cast<std::int64_t>(bytes.size());
   if (m_position > kMaxLauncherFileSize) {
     throw AuthoringError("the launcher file grows beyond 2147483647 bytes");
+  }
+  if (m_observer != nullptr) {
+    m_observer->add(bytes);
   }
   if (std::fwrite(bytes.data(), 1, bytes.size(), m_output) != bytes.size()) {
     throw AuthoringError(std::string("the launcher file cannot be written: ") +

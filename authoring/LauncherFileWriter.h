@@ -2,7 +2,8 @@
 // LauncherFileFormat.h draws. Nothing else in the project encodes them; the tests use it, too.
 //
 // The free functions encode whatever numbers they are given, also wrong ones (the tests need them).
-// The writer adds the stub first, then the files, and ends with index, purpose byte and trailer. A
+// The writer adds the stub first, then the files, and ends with index, purpose byte and trailer; an
+// observer may put something between the index and the purpose byte, where nobody looks. A
 // file that does not end with a newline is followed by one outside its length, since the reader of
 // tag files reads whole lines.
 #ifndef CORVANE_AUTHORING_LAUNCHERFILEWRITER_H
@@ -39,15 +40,30 @@ std::string encodeEntry(const IndexRecord& record);
 std::string encodeIndex(const std::vector<IndexRecord>& records);
 std::string encodeTrailer(std::int64_t indexOffset);
 
+// Sees the bytes of a launcher file as they are written, and where its pieces begin and end: the
+// stub, each file, the index. (Some bytes lie between pieces.)
+class WriteObserver {
+ public:
+  virtual ~WriteObserver() = default;
+
+  virtual void add(std::string_view bytes) = 0;
+  virtual void beginPiece() = 0;
+  virtual void endPiece() = 0;
+  // What is to stand between the index and `end`, the purpose byte and the trailer. `offset` is its
+  // place.
+  virtual std::string block(std::int64_t offset, std::string_view end) = 0;
+};
+
 class LauncherFileWriter {
  public:
-  // `output` is not owned and must stand at the beginning of its file.
-  explicit LauncherFileWriter(std::FILE* output) : m_output(output) {}
+  // Neither is owned. `output` must stand at the beginning of its file; `observer` may be null.
+  explicit LauncherFileWriter(std::FILE* output, WriteObserver* observer = nullptr)
+      : m_output(output), m_observer(observer) {}
 
   // Throw AuthoringError when `source`, which the text calls by its `name`, cannot be read, the
   // output cannot be written, or the file grows beyond kMaxLauncherFileSize.
-  void addStub(std::FILE* source, const std::string& name) { copy(source, name); }
-  void addStub(std::string_view bytes) { write(bytes); }
+  void addStub(std::FILE* source, const std::string& name);
+  void addStub(std::string_view bytes);
   // Stores the bytes; the record's length and offset are filled in.
   void addFile(IndexRecord record, std::FILE* source, const std::string& name);
   void addFile(IndexRecord record, std::string_view bytes);
@@ -57,10 +73,13 @@ class LauncherFileWriter {
  private:
   void copy(std::FILE* source, const std::string& name);
   void write(std::string_view bytes);
+  void beginPiece() const;
+  void endPiece() const;
   void beginFile(IndexRecord& record) const;
   void endFile(IndexRecord& record);
 
   std::FILE* m_output;
+  WriteObserver* m_observer;
   std::int64_t m_position = 0;
   char m_lastByte = '\n';
   std::vector<IndexRecord> m_records;

@@ -6,6 +6,7 @@
 
 #include "authoring/FileTypes.h"
 #include "authoring/SafeText.h"
+#include "authoring/Sha256.h"
 #include "authoring/StubRecognition.h"
 
 namespace authoring {
@@ -82,6 +83,20 @@ Json stubAsJson(const std::optional<Stub>& stub) {
   return json;
 }
 
+const char* digestState(DigestState state) {
+  switch (state) {
+    case DigestState::kNone:
+      return "none";
+    case DigestState::kIntact:
+      return "stored";
+    case DigestState::kDamaged:
+      return "damaged";
+    case DigestState::kNewer:
+      return "later form";
+  }
+  return "";
+}
+
 }  // namespace
 
 std::string countOf(std::int64_t count, const char* what) {
@@ -92,7 +107,9 @@ std::string listAsTable(const std::string& path, const LauncherFile& launcher) {
   const std::string name = safeText(path);
   const std::string size = countOf(launcher.size, "byte");
   const auto stub = recognizeStub(launcher);
-  const std::string end = (stub ? ", stub " + describeStub(*stub) : "") + "\n";
+  const std::string end = (stub ? ", stub " + describeStub(*stub) : "") +
+                          (launcher.digests.state == DigestState::kIntact ? ", digests" : "") +
+                          "\n";
   if (!launcher.hasTrailer) {
     return name + ": no embedded files, " + size + end;
   }
@@ -109,6 +126,9 @@ std::string listAsJson(const LauncherFile& launcher) {
   json["size"] = launcher.size;
   json["purpose"] = launcher.purpose < 0 ? Json() : Json(launcher.purpose);
   json["stub"] = stubAsJson(recognizeStub(launcher));
+  json["digests"] = digestState(launcher.digests.state);
+  const bool hasDigests =
+      launcher.digests.pieces.size() == static_cast<std::size_t>(launcher.index.size()) + 2;
   json["files"] = Json::array();
   for (long i = 0; i < launcher.index.size(); ++i) {
     const FileIndexEntry& entry = *launcher.index.at(i);
@@ -122,6 +142,9 @@ std::string listAsJson(const LauncherFile& launcher) {
     if (entry.isCompressed()) {
       file["decompressed"]["files"] = entry.getDecompressedFileCount();
       file["decompressed"]["bytes"] = entry.getDecompressedSize();
+    }
+    if (hasDigests) {
+      file["sha256"] = hexOf(launcher.digests.pieces[static_cast<std::size_t>(i) + 1]);
     }
     json["files"].push_back(file);
   }

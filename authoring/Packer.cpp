@@ -8,6 +8,7 @@
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/AuthoringError.h"
+#include "authoring/DigestCollector.h"
 #include "authoring/FileLook.h"
 #include "authoring/Installation.h"
 #include "authoring/LauncherFileReader.h"
@@ -85,7 +86,8 @@ void checkSize(const std::string& stub, const Manifest& manifest) {
 }
 
 PackResult write(const std::string& stub, const Manifest& manifest, std::FILE* output) {
-  LauncherFileWriter writer(output);
+  DigestCollector digests;
+  LauncherFileWriter writer(output, &digests);
   const SourceFile bareLauncher(stub);
   writer.addStub(bareLauncher.stream(), stub);
   bareLauncher.checkUnchanged();

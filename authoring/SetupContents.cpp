@@ -11,6 +11,7 @@
 #include "authoring/Installation.h"
 #include "authoring/LauncherFileReader.h"
 #include "authoring/SeekableInput.h"
+#include "authoring/Verification.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
@@ -169,6 +170,10 @@ Setup loadFromLauncher(LauncherFile launcher, const std::string& label) {
   setup.label = label;
   setup.purpose = launcher.purpose;
   setup.stubMark = recognizeStub(launcher);
+  for (const std::string& fault : findDamage(launcher)) {
+    setup.findings.error({label, 0}, fault, "it is not as it was packed",
+                         "copy the setup again, or pack it again");
+  }
   const std::shared_ptr<std::FILE> stream = std::move(launcher.file);
   const Payload whole = {"", stream, 0, launcher.size};
   setup.stub = lookAtProgram(whole.read(0, kProgramBytes));

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "authoring/FileBytes.h"
 #include "authoring/FileTypes.h"
 #include "authoring/LauncherFileWriter.h"
 
@@ -24,19 +25,11 @@ Json fileAsJson(const FileIndexEntry& entry) {
   return file;
 }
 
-std::string readBytes(const LauncherFile& launcher, std::int64_t begin, std::int64_t size) {
-  std::string bytes(static_cast<std::size_t>(std::max<std::int64_t>(size, 0)), '\0');
-  std::FILE* const file = launcher.file.get();
-  bytes.resize(fseeko(file, begin, SEEK_SET) == 0 ? std::fread(bytes.data(), 1, bytes.size(), file)
-                                                  : 0);
-  return bytes;
-}
-
 // Where the writer would put the next file.
 std::int64_t endOf(const LauncherFile& launcher, const FileIndexEntry& entry) {
   const std::int64_t end = std::int64_t{entry.getOffsetToBytes()} + entry.getFileLength();
-  const bool isEnded =
-      entry.getFileLength() <= 0 || readBytes(launcher, end - 1, 1) == std::string(1, '\n');
+  const bool isEnded = entry.getFileLength() <= 0 ||
+                       bytesAt(launcher.file.get(), end - 1, 1) == std::string(1, '\n');
   return isEnded ? end : end + 1;
 }
 
@@ -53,13 +46,16 @@ IndexRecord recordOf(const FileIndexEntry& entry) {
   return record;
 }
 
-// Index, purpose byte and trailer.
+// Index, digests, purpose byte and trailer.
 bool hasOurEnd(const LauncherFile& launcher, const std::vector<IndexRecord>& records) {
-  const std::string wanted = encodeIndex(records) + static_cast<char>(launcher.purpose) +
-                             encodeTrailer(launcher.indexOffset);
+  const DigestBlock& digests = launcher.digests;
+  const std::string end = static_cast<char>(launcher.purpose) + encodeTrailer(launcher.indexOffset);
+  const std::string wanted =
+      encodeIndex(records) + encodeDigests(digests.offset, digests.pieces, end) + end;
   const std::int64_t size = launcher.size - launcher.indexOffset;
-  return size == static_cast<std::int64_t>(wanted.size()) &&
-         readBytes(launcher, launcher.indexOffset, size) == wanted;
+  return digests.pieces.size() == records.size() + 2 &&
+         size == static_cast<std::int64_t>(wanted.size()) &&
+         bytesAt(launcher.file.get(), launcher.indexOffset, size) == wanted;
 }
 
 }  // namespace
@@ -102,7 +98,7 @@ bool hasOurLayout(const LauncherFile& launcher) {
     const std::int64_t end = endOf(launcher, entry);
     const std::int64_t filled = std::int64_t{entry.getOffsetToBytes()} + entry.getFileLength();
     if (entry.getOffsetToBytes() != position ||
-        (end > filled && readBytes(launcher, filled, 1) != std::string(1, '\n'))) {
+        (end > filled && bytesAt(launcher.file.get(), filled, 1) != std::string(1, '\n'))) {
       return false;
     }
     position = end;

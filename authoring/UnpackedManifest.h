@@ -18,7 +18,8 @@ long findForeignName(const LauncherFile& launcher);
 // Where the stub ends and the files begin.
 std::int64_t sizeOfStub(const LauncherFile& launcher);
 
-// True when `pack` lays out the same files in the same way, so that it makes the same bytes.
+// True when `pack` lays out the same files in the same way, so that it makes the same bytes, unless
+// the launcher file is damaged.
 [[nodiscard]] bool hasOurLayout(const LauncherFile& launcher);
 
 }  // namespace authoring

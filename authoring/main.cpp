@@ -1,6 +1,7 @@
 // corvane-pack: makes launcher files, lists and checks them, and takes them apart.
 //
-// Exit status: 0 success, no errors found; 1 an error, or errors found; 2 wrong usage.
+// Exit status: 0 success, no errors found; 1 an error, or errors found; 2 wrong usage; 3 `verify`
+// can tell neither.
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <cstdio>
@@ -26,6 +27,7 @@
 #include "authoring/SetupContents.h"
 #include "authoring/StubRecognition.h"
 #include "authoring/UsageError.h"
+#include "authoring/VerifyCommand.h"
 
 namespace {
 
@@ -268,6 +270,7 @@ int main(int argc, char** argv) {
   std::function<int()> ownCommand;  // of a command with options of its own
   authoring::addNewCommand(app, ownCommand);
   authoring::addBundleCommand(app, ownCommand);
+  authoring::addVerifyCommand(app, ownCommand);
   authoring::addCompletionOption(app);
   for (CLI::App* const each : app.get_subcommands([](CLI::App*) { return true; })) {
     addVersion(*each);

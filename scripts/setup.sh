@@ -56,9 +56,9 @@ build     libgmock-dev           has_header gmock/gmock.h
 build     libbenchmark-dev       has_header benchmark/benchmark.h
 build     libarchive-dev         has_header archive.h
 build     libzip-dev             has_header zip.h
+build     libssl-dev             has_header openssl/evp.h
 build     libcli11-dev           has_header CLI/CLI.hpp
 build     nlohmann-json3-dev     has_header nlohmann/json.hpp
-build     libzip-dev             has_header zip.h
 build     gettext                has msgfmt
 build     libgettextpo-dev       has_header gettext-po.h
 build     default-jdk-headless   has_jdk

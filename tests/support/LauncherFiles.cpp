@@ -21,9 +21,9 @@ std::string collect(Write write) {
 }  // namespace
 
 std::string launcherFileBytes(const std::vector<StoredFile>& files, std::int32_t purpose,
-                              std::string_view stub) {
+                              std::string_view stub, authoring::WriteObserver* observer) {
   return collect([&](std::FILE* stream) {
-    authoring::LauncherFileWriter writer(stream);
+    authoring::LauncherFileWriter writer(stream, observer);
     writer.addStub(stub);
     for (const StoredFile& file : files) {
       writer.addFile({file.type, file.id, 0, 0, file.name, file.decompressed}, file.bytes);

@@ -24,7 +24,8 @@ inline constexpr std::string_view kStub = "#!/bin/sh\n";
 
 // The bytes of a launcher file that holds these files in this order.
 std::string launcherFileBytes(const std::vector<StoredFile>& files, std::int32_t purpose = 0,
-                              std::string_view stub = kStub);
+                              std::string_view stub = kStub,
+                              authoring::WriteObserver* observer = nullptr);
 // The same with an index of the caller's own making (a count and entries, right or wrong), which
 // stands directly behind the stub and the `stored` bytes.
 std::string launcherFileBytes(std::string_view stored, std::string_view index);

@@ -12,11 +12,14 @@
 
 #include "archive/StubMark.h"
 #include "authoring/AuthoringError.h"
+#include "authoring/DigestBlock.h"
 #include "authoring/LauncherFileReader.h"
 #include "authoring/Packer.h"
+#include "authoring/Sha256.h"
 #include "support/ArchiveFixture.h"
 #include "support/Texts.h"
 #include "support/Trees.h"
+#include "unit/authoring/SetupBytes.h"
 
 namespace {
 
@@ -350,7 +353,7 @@ const AgainRow kAgainRows[] = {
 TEST_F(ExtractorTest, WritesAManifestThatMakesTheSameBytes) {
   for (const AgainRow& row : kAgainRows) {
     SCOPED_TRACE(row.name);
-    const std::string bytes = test::launcherFileBytes(row.files, row.purpose, row.stub);
+    const std::string bytes = test::setupBytes(row.files, row.purpose, row.stub);
     const auto result = authoring::extractFiles(setupOf(bytes), m_dir / "out");
     EXPECT_EQ(row.names, test::listTree(m_dir / "out"));
     EXPECT_EQ(row.stub.empty() ? Names{"the stub is none of ours; pack it again with --any-stub"}
@@ -372,35 +375,52 @@ struct LossRow {
   const char* warning;
 };
 
-// Bytes behind the file that belong to nothing.
-std::string otherLayout() {
-  const auto end = static_cast<std::int32_t>(kOurStub.size());
-  const authoring::IndexRecord record{3, 1, 1, end, "a", std::nullopt};
-  return kOurStub + "A??" + authoring::encodeIndex({record}) + '\0' +
-         authoring::encodeTrailer(end + 3);
+// Of a compressed flag that means no, as 0 does.
+std::string otherFlag() {
+  const std::string begin = kOurStub + "A\n";
+  std::string index = authoring::encodeIndex(
+      {{3, 1, 2, static_cast<std::int32_t>(kOurStub.size()), "a", std::nullopt}});
+  index.back() = '\2';
+  const auto offset = static_cast<std::int64_t>(begin.size() + index.size());
+  const std::string end = '\0' + authoring::encodeTrailer(static_cast<std::int64_t>(begin.size()));
+  return begin + index +
+         authoring::encodeDigests(offset,
+                                  {authoring::sha256Of(kOurStub), authoring::sha256Of("A\n"),
+                                   authoring::sha256Of(index)},
+                                  end) +
+         end;
+}
+
+std::string withDamage() {
+  std::string bytes = test::setupBytes({{3, 1, "a", "A"}}, 0, kOurStub);
+  bytes[kOurStub.size()] = 'B';
+  return bytes;
 }
 
 const LossRow kLossRows[] = {
-    {"a foreign stub", test::launcherFileBytes({{3, 1, "a", "A"}}),
+    {"a foreign stub", test::setupBytes({{3, 1, "a", "A"}}),
      "the stub is none of ours; pack it again with --any-stub"},
-    {"a name that is no text", test::launcherFileBytes({{3, 1, "\xFF", "A"}}, 0, kOurStub),
+    {"a name that is no text", test::setupBytes({{3, 1, "\xFF", "A"}}, 0, kOurStub),
      "entry 0 (\\xFF): its name is not UTF-8, so the manifest does not hold it right"},
     {"a name that the launcher writes itself",
-     test::launcherFileBytes({{3, 1, "input.tag", "A"}}, 0, kOurStub),
+     test::setupBytes({{3, 1, "input.tag", "A"}}, 0, kOurStub),
      "DIR/out/manifest.json cannot be packed as it stands: files[0].name: \"input.tag\" is the "
      "name "
      "of the file that -cv:extract writes itself"},
-    {"a number twice", test::launcherFileBytes({{3, 1, "a", "A"}, {3, 1, "b", "B"}}, 0, kOurStub),
+    {"a number twice", test::setupBytes({{3, 1, "a", "A"}, {3, 1, "b", "B"}}, 0, kOurStub),
      "DIR/out/manifest.json cannot be packed as it stands: files[1].id: another file has the "
      "number "
      "1; give each file a number of its own, or none"},
-    {"a negative number", test::launcherFileBytes({{3, -1, "a", "A"}}, 0, kOurStub),
+    {"a negative number", test::setupBytes({{3, -1, "a", "A"}}, 0, kOurStub),
      "DIR/out/manifest.json cannot be packed as it stands: files[0].id: this must be a whole "
      "number "
      "from 0 to 2147483647"},
-    {"another layout", otherLayout(),
+    {"another layout", otherFlag(),
      "another program made this setup; packed again it has the same files, but not the same "
      "bytes"},
+    {"no digests", test::launcherFileBytes({{3, 1, "a", "A"}}, 0, kOurStub),
+     "the setup has no digests; packed again it has the same files, and digests"},
+    {"damage", withDamage(), "a is damaged (bytes 78 to 78)"},
 };
 
 TEST_F(ExtractorTest, SaysWhenTheManifestDoesNotMakeTheSameBytes) {

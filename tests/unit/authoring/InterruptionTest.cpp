@@ -147,6 +147,7 @@ const MomentRow kMomentRows[] = {
      {"part/", "part/big"}},
     {"list", {"list", "setup"}, {}},
     {"check", {"check", "big.json"}, {}},
+    {"verify", {"verify", "setup"}, {}},
 };
 
 class MomentTest : public InterruptionTest {

@@ -13,6 +13,7 @@
 #include "authoring/Listing.h"
 #include "support/ArchiveFixture.h"
 #include "support/Texts.h"
+#include "unit/authoring/SetupBytes.h"
 
 namespace {
 
@@ -53,7 +54,7 @@ TEST_F(PackerTest, MakesALauncherFile) {
   umask(027);
   const auto result = authoring::packLauncher(options("m.json", "stub", "setup"));
   EXPECT_EQ(2u, result.files);
-  EXPECT_EQ(test::launcherFileBytes(
+  EXPECT_EQ(test::setupBytes(
                 {{0, 1, "i.tag", "INSTRUCTIONS:\n//\n/:\n"}, {6, 2, "a.jar", "PK", {{3, 4}}}}, 2,
                 "the stub\n"),
             test::readFile(m_dir / "setup"));
@@ -230,16 +231,20 @@ struct ListRow {
 
 const ListRow kListRows[] = {
     {"no trailer", "#!/bin/sh\n", "setup: no embedded files, 10 bytes\n",
-     "{\n  \"size\": 10,\n  \"purpose\": null,\n  \"stub\": null,\n  \"files\": []\n}\n"},
+     "{\n  \"size\": 10,\n  \"purpose\": null,\n  \"stub\": null,\n  \"digests\": \"none\",\n  "
+     "\"files\": []\n}\n"},
     {"empty", "", "setup: no embedded files, 0 bytes\n",
-     "{\n  \"size\": 0,\n  \"purpose\": null,\n  \"stub\": null,\n  \"files\": []\n}\n"},
+     "{\n  \"size\": 0,\n  \"purpose\": null,\n  \"stub\": null,\n  \"digests\": \"none\",\n  "
+     "\"files\": []\n}\n"},
     {"no entries", test::launcherFileBytes({}, 255), "setup: 0 files, 23 bytes, purpose 255\n",
-     "{\n  \"size\": 23,\n  \"purpose\": 255,\n  \"stub\": null,\n  \"files\": []\n}\n"},
+     "{\n  \"size\": 23,\n  \"purpose\": 255,\n  \"stub\": null,\n  \"digests\": \"none\",\n  "
+     "\"files\": []\n}\n"},
     {"one entry", test::launcherFileBytes({{6, 3, "\xFF\"", "PK\n", {{1, 2}}}}),
      "setup: 1 file, 52 bytes, purpose 0\n"
      "pos  type     id  length  offset  name   unpacked\n"
      "  0  archive   3       3      10  \\xFF\"  1 file, 2 bytes\n",
-     "{\n  \"size\": 52,\n  \"purpose\": 0,\n  \"stub\": null,\n  \"files\": [\n    {\n"
+     "{\n  \"size\": 52,\n  \"purpose\": 0,\n  \"stub\": null,\n  \"digests\": \"none\",\n  "
+     "\"files\": [\n    {\n"
      "      \"position\": 0,\n      \"type\": \"archive\",\n      \"id\": 3,\n"
      "      \"length\": 3,\n      \"offset\": 10,\n      \"name\": \"\\ufffd\\\"\",\n"
      "      \"decompressed\": {\n        \"files\": 1,\n        \"bytes\": 2\n      }\n"
@@ -252,10 +257,20 @@ const ListRow kListRows[] = {
      "setup: 1 file, 55 bytes, purpose 0\n"
      "pos  type  id  length  offset  name                                unpacked\n"
      "  0  jar    1       3      10  a\\x1B[1m\\xC2\\x9B2J\\xE2\\x80\\xAE\\x5C  -\n",
-     "{\n  \"size\": 55,\n  \"purpose\": 0,\n  \"stub\": null,\n  \"files\": [\n    {\n"
+     "{\n  \"size\": 55,\n  \"purpose\": 0,\n  \"stub\": null,\n  \"digests\": \"none\",\n  "
+     "\"files\": [\n    {\n"
      "      \"position\": 0,\n      \"type\": \"jar\",\n      \"id\": 1,\n"
      "      \"length\": 3,\n      \"offset\": 10,\n"
      "      \"name\": \"a\\u001b[1m\\u009b2J\\u202e\\\\\"\n    }\n  ]\n}\n"},
+    {"digests", test::setupBytes({{3, 1, "a", "PK\n"}}),
+     "setup: 1 file, 207 bytes, purpose 0, digests\n"
+     "pos  type  id  length  offset  name  unpacked\n"
+     "  0  jar    1       3      10  a     -\n",
+     "{\n  \"size\": 207,\n  \"purpose\": 0,\n  \"stub\": null,\n  \"digests\": \"stored\",\n"
+     "  \"files\": [\n    {\n      \"position\": 0,\n      \"type\": \"jar\",\n"
+     "      \"id\": 1,\n      \"length\": 3,\n      \"offset\": 10,\n      \"name\": \"a\",\n"
+     "      \"sha256\": \""
+     "09d1bdfd0c497f9ffdd545221f1ebb4abbc3713ceaafc76da8f3f3226728b0b3\"\n    }\n  ]\n}\n"},
 };
 
 TEST_F(PackerTest, ListsForPeopleAndForPrograms) {

@@ -9,6 +9,7 @@
 
 #include "support/ArchiveFixture.h"
 #include "support/Texts.h"
+#include "unit/authoring/SetupBytes.h"
 
 namespace {
 
@@ -31,6 +32,9 @@ class ProgramTest : public testing::Test {
       {"type": "instructions", "path": "i.tag"}, {"type": "jvm-message", "path": "m.tag"},
       {"type": "jvm-message", "path": "n.tag"}]})");
     test::writeFile(m_dir / "doubtful", test::launcherFileBytes({}));
+    const std::string sound =
+        test::setupBytes({{0, 1, "i.tag", "INSTRUCTIONS: //\n"}}, 0, "stub\n");
+    test::writeFile(m_dir / "damaged", test::replaced(sound, ": //", ":\t//"));
   }
 
   // Runs in the scratch folder.
@@ -56,11 +60,15 @@ struct ProgramRow {
 
 constexpr const char* kHelpHint = "Run with --help for more information.\n";
 
+#define NO_DIGESTS                                                                             \
+  "has no digests: an older corvane-pack or another program packed it, and whether its bytes " \
+  "were changed cannot be told"
+
 // In this order: later rows use what the earlier ones made.
 const ProgramRow kProgramRows[] = {
-    {"pack m.json --any-stub --stub stub --output setup", 0, "setup: 1 file, 56 bytes\n", ""},
+    {"pack m.json --any-stub --stub stub --output setup", 0, "setup: 1 file, 220 bytes\n", ""},
     {"list setup", 0,
-     "setup: 1 file, 56 bytes, purpose 0\n"
+     "setup: 1 file, 220 bytes, purpose 0, digests\n"
      "pos  type          id  length  offset  name   unpacked\n"
      "  0  instructions   1      17       5  i.tag  -\n",
      ""},
@@ -85,9 +93,11 @@ const ProgramRow kProgramRows[] = {
     {"extract setup --file x --output -", 1, "",
      "corvane-pack: no file is stored as \"x\"; `corvane-pack list` shows what there is\n"},
     {"list --json - <setup", 0,
-     "{\n  \"size\": 56,\n  \"purpose\": 0,\n  \"stub\": null,\n  \"files\": [\n    {\n"
+     "{\n  \"size\": 220,\n  \"purpose\": 0,\n  \"stub\": null,\n  \"digests\": \"stored\",\n  "
+     "\"files\": [\n    {\n"
      "      \"position\": 0,\n      \"type\": \"instructions\",\n      \"id\": 1,\n"
-     "      \"length\": 17,\n      \"offset\": 5,\n      \"name\": \"i.tag\"\n    }\n  ]\n}\n",
+     "      \"length\": 17,\n      \"offset\": 5,\n      \"name\": \"i.tag\",\n      \"sha256\": \""
+     "88f1ea7113413500a572b748db2c60ad407d19873a9c6b3fd81538b225fa8242\"\n    }\n  ]\n}\n",
      ""},
     {"list stub", 1, "", "corvane-pack: stub is no launcher file; it looks like a text\n"},
     {"list --json stub", 1, "", "corvane-pack: stub is no launcher file; it looks like a text\n"},
@@ -99,9 +109,9 @@ const ProgramRow kProgramRows[] = {
     {"check copy", 1, "",
      "corvane-pack: copy is a folder; name the file in it: copy/manifest.json\n"},
     {"list - <&-", 1, "", "corvane-pack: standard input: Bad file descriptor\n"},
-    {"pack - --any-stub --stub stub --output again <m.json", 0, "again: 1 file, 56 bytes\n", ""},
+    {"pack - --any-stub --stub stub --output again <m.json", 0, "again: 1 file, 220 bytes\n", ""},
     {"pack m.json --any-stub --stub stub --output - | cmp - setup", 0, "",
-     "standard output: 1 file, 56 bytes\n"},
+     "standard output: 1 file, 220 bytes\n"},
     {"pack m.json --any-stub --stub stub --output - >/dev/full", 1, "",
      "corvane-pack: standard output cannot be written: No space left on device\n"},
     {"extract setup --output copy", 1, "",
@@ -124,7 +134,7 @@ const ProgramRow kProgramRows[] = {
     {"pack bad.json --no-check --any-stub --stub stub --output x --base a --base b", 1, "",
      "corvane-pack: bad.json: files[0].path: there is no file \"x\" in ., a, b; make it, or name "
      "its folder with --base\n"},
-    {"pack warned.json --any-stub --stub stub --output x", 0, "x: 3 files, 120 bytes\n",
+    {"pack warned.json --any-stub --stub stub --output x", 0, "x: 3 files, 348 bytes\n",
      "warned.json:2: warning: m.tag is never used; of the files of the type jvm-message the "
      "launcher "
      "takes the last, n.tag; leave it out\n"
@@ -134,7 +144,7 @@ const ProgramRow kProgramRows[] = {
      "takes the last, n.tag; leave it out\n"
      "warned.json: 1 error, 0 warnings\n"
      "corvane-pack: nothing was packed; correct the errors, or go on with --no-check\n"},
-    {"pack warned.json --no-check --any-stub --stub stub --output y", 0, "y: 3 files, 120 bytes\n",
+    {"pack warned.json --no-check --any-stub --stub stub --output y", 0, "y: 3 files, 348 bytes\n",
      ""},
     {"check warned.json --strict", 1,
      "warned.json:2: error: m.tag is never used; of the files of the type jvm-message the launcher "
@@ -146,6 +156,28 @@ const ProgramRow kProgramRows[] = {
      "{\n  \"file\": \"standard input\",\n  \"errors\": 0,\n  \"warnings\": 0,\n"
      "  \"findings\": []\n}\n",
      ""},
+    {"verify setup", 0, "setup: sound: 1 file, 220 bytes\n", ""},
+    {"verify - <setup", 0, "standard input: sound: 1 file, 220 bytes\n", ""},
+    {"verify doubtful setup", 3,
+     "doubtful: unknown: " NO_DIGESTS "\n"
+     "setup: sound: 1 file, 220 bytes\n",
+     ""},
+    {"verify --json setup doubtful none", 1,
+     "{\n  \"setups\": [\n    {\n      \"file\": \"setup\",\n      \"state\": \"sound\",\n"
+     "      \"faults\": []\n    },\n    {\n      \"file\": \"doubtful\",\n"
+     "      \"state\": \"unknown\",\n      \"faults\": [\n        \"" NO_DIGESTS "\"\n      ]\n"
+     "    },\n    {\n      \"file\": \"none\",\n      \"state\": \"unreadable\",\n"
+     "      \"faults\": [\n        \"none: No such file or directory\"\n      ]\n    }\n  ]\n}\n",
+     ""},
+    {"verify none doubtful", 1, "doubtful: unknown: " NO_DIGESTS "\n",
+     "corvane-pack: none: No such file or directory\n"},
+    {"verify stub", 1, "", "corvane-pack: stub is no launcher file; it looks like a text\n"},
+    {"check damaged", 1,
+     "damaged: error: i.tag is damaged (bytes 5 to 21); it is not as it was packed; copy the setup "
+     "again, or pack it again\ndamaged: 1 error, 0 warnings\n",
+     ""},
+    {"verify damaged doubtful", 1,
+     "damaged: damaged: i.tag is damaged (bytes 5 to 21)\ndoubtful: unknown: " NO_DIGESTS "\n", ""},
     {"pack m.json --stub setup --output x", 1, "",
      "corvane-pack: setup carries files already; a stub is the bare launcher, as it is built\n"},
     {"list setup >/dev/full", 1, "", "corvane-pack: standard output cannot be written\n"},
@@ -210,7 +242,7 @@ TEST_F(ProgramTest, TellsItsVersionAndThoseOfTheStubs) {
   const std::string wanted =
       "corvane-pack " CORVANE_VERSION "\ncorvane-launcher-any" OUR_VERSION ": " CORVANE_STUB_ANY
       "\ncorvane-launcher" OUR_VERSION ": " CORVANE_STUB "\n";
-  for (const std::string command : {"", "pack ", "list ", "check ", "extract "}) {
+  for (const std::string command : {"", "pack ", "list ", "check ", "extract ", "verify "}) {
     const Result result = run(command + "--version");
     EXPECT_EQ(0, result.status) << command;
     EXPECT_EQ(wanted, result.out) << command;
@@ -249,6 +281,8 @@ const UsageRow kUsageRows[] = {
     {"list a b", "\"b\" is one argument too many for list\n"},
     {"list -x setup", "\"-x\" is no option of list\n"},
     {"check", "FILE is required\n"},
+    {"verify", "SETUP is required\n"},
+    {"verfy x", "\"verfy\" is no command; did you mean verify?\n"},
     {"extract setup", "--output is required\n"},
 };
 
@@ -264,7 +298,7 @@ TEST_F(ProgramTest, EndsWithStatus2WhenCalledWrongly) {
 }
 
 TEST_F(ProgramTest, ExplainsEachCommand) {
-  for (const char* const command : {"", "pack ", "list ", "check ", "extract "}) {
+  for (const char* const command : {"", "pack ", "list ", "check ", "extract ", "verify "}) {
     SCOPED_TRACE(command);
     const Result result = run(std::string(command) + "--help");
     EXPECT_EQ(0, result.status);
@@ -432,7 +466,7 @@ TEST_F(ProgramTest, FindsTheInstalledVerifyArchive) {
                                             R"(", "path": "verify.jar"}]})");
       const Result result =
           runShell("p/bin/corvane-pack pack v.json --any-stub --no-check --stub stub --output v");
-      EXPECT_EQ(type[0] == 'v' ? "v: 1 file, 47 bytes\n" : "", result.out) << result.err;
+      EXPECT_EQ(type[0] == 'v' ? "v: 1 file, 211 bytes\n" : "", result.out) << result.err;
     }
   }
 }
