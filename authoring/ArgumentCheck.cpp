@@ -79,6 +79,7 @@ class ArgumentCheck {
       if (!call.isInQuotes) {
         checkEntry(entry);
       }
+      checkList(entry);
     }
   }
 
@@ -89,6 +90,18 @@ class ArgumentCheck {
             std::string("put the entry into double quotes, doubled as in ") +
                 (isArchive ? "ARCHIVE: \"\"\"my lib.jar\"\"\""
                            : "%CP%(\"\"\"my lib.jar\"\"\"), and separate entries by commas"));
+    }
+  }
+
+  // What the user's options -cp:p and -cp:a know, and what other lists look like.
+  void checkList(const std::string& entry) {
+    const bool namesAFile = entry.starts_with(kTagMark) && entry.find(kTagMark, 1) == entry.npos;
+    if (namesAFile) {
+      warn("the entry " + quotedText(entry) + " names no list",
+           "a file with entries is for -cp:p and -cp:a", "write the entries themselves");
+    } else if (entry.find(".jar,") != std::string::npos) {
+      error("the entry " + quotedText(entry) + " is a list with commas",
+            "Java takes it for the name of one file", "write %CP%(\"a.jar\",\"b.jar\")");
     }
   }
 

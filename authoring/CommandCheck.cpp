@@ -197,6 +197,9 @@ class CommandCheck {
       error("CP stands behind the class " + call.className,
             "Java takes the class path for arguments of the wizard",
             "write %CP%() in front of the class");
+    } else if (!call.optionBehindClass.empty()) {
+      warn(call.optionBehindClass + " stands behind the class " + call.className,
+           "Java gives it to the wizard", "write it in front of the class");
     } else if (call.hasJars && call.hasOwnClasspath && isClasspathInCommand(m_setup)) {
       error("a class path stands beside CP", "Java takes the last one only",
             "write the entries into the call: %CP%(\"...\")");

@@ -123,6 +123,13 @@ class HintCheck {
 
   // --- PATH_HINT ---
 
+  // "/opt/{jdk,jre}"
+  static bool isInBraces(const std::string& hint) {
+    const std::size_t open = hint.find('{');
+    const std::size_t comma = hint.find(',', std::min(open, hint.size()));
+    return comma != std::string::npos && hint.find('}', comma) != std::string::npos;
+  }
+
   void checkPath(const std::string& hint) {
     const std::string quoted = quotedText(hint);
     const bool isComment = looksLikeAComment(hint) && !hint.starts_with("/");
@@ -136,7 +143,7 @@ class HintCheck {
                hint.find('#') != hint.rfind('#') || hint.find('@') != hint.rfind('@')) {
       warn(quoted + " holds the name of a variable", std::string(kNotExpanded) + ": " + kNeverFound,
            "name the variable in PLATFORM_HINT");
-    } else if (holds(hint, "*?")) {
+    } else if (holds(hint, "*?") || isInBraces(hint)) {
       warn(quoted + " is a pattern", std::string(kNotExpanded) + ": " + kNeverFound,
            "write a line for each folder");
     } else if (isWindowsPath(hint)) {

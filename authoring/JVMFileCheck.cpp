@@ -268,6 +268,9 @@ class JVMFileCheck {
     } else if (text.find('$') != std::string_view::npos) {
       m_findings.warning(place, what + " holds a $", "no shell reads it: it stays as it stands",
                          "set the variable in COMMAND");
+    } else if (text.starts_with("~/")) {
+      m_findings.warning(place, what + " begins with ~", "no shell reads it: it stays as it stands",
+                         "set the variable in COMMAND");
     } else if (holdsMacro(text)) {
       m_findings.warning(place, what + " holds a macro", "values are taken as they stand",
                          "set the variable in COMMAND");

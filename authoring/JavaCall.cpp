@@ -88,6 +88,8 @@ class CallReader {
         (m_call.className.empty() ? m_call.hasJars : m_call.hasJarsBehindClass) = true;
       } else if (isOption) {
         i += readOption(words[i]);
+      } else if (isForTheMachine(words[i])) {
+        m_call.optionBehindClass = words[i];
       } else if (m_call.className.empty() && !words[i].empty()) {
         readClass(words[i]);
       }

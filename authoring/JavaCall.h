@@ -18,6 +18,7 @@ struct JavaCall {
   std::string className;            // as it is written; empty: none
   bool hasJars = false;             // %CP%() stands in front of the class
   bool hasJarsBehindClass = false;  // %CP%() stands behind it
+  std::string optionBehindClass;    // one such as -Xmx1g, which only Java knows
   bool hasOwnClasspath = false;     // -cp or another name of it stands in front of the class
   std::string optionApart;          // an option whose value stands behind a blank, as "-Xmx 1g"
 };

@@ -20,6 +20,7 @@ constexpr std::string_view kWithWord[] = {
     "--module-path",
 };
 constexpr std::string_view kWithValue[] = {"-D", "-Xmx", "-Xms", "-Xss"};
+constexpr std::string_view kForTheMachine[] = {"-Xmx", "-Xms", "-Xss", "-XX:"};
 constexpr std::string_view kForClasspath[] = {"-cp", "-classpath", "--class-path"};
 constexpr std::string_view kForJarOrModule[] = {"-jar", "-m", "--module"};
 constexpr std::string_view kForNothing[] = {
@@ -61,6 +62,11 @@ bool isClasspathOption(std::string_view option) {
 
 bool startsAJarOrModule(std::string_view option) {
   return contains(kForJarOrModule, option) || option.starts_with("--module=");
+}
+
+bool isForTheMachine(std::string_view option) {
+  const auto begins = [option](std::string_view text) { return option.starts_with(text); };
+  return std::any_of(std::begin(kForTheMachine), std::end(kForTheMachine), begins);
 }
 
 bool startsNothing(std::string_view option) {

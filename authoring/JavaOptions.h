@@ -14,6 +14,8 @@ bool needsItsValue(std::string_view option);
 bool isClasspathOption(std::string_view option);
 // The class is not found by the class path: a jar or a module is named instead.
 bool startsAJarOrModule(std::string_view option);
+// No program has such an option of its own: memory, and what begins with -XX:.
+bool isForTheMachine(std::string_view option);
 // Java prints something and starts no class, as with -version.
 bool startsNothing(std::string_view option);
 

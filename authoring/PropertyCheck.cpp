@@ -118,6 +118,16 @@ bool isSpecificationVersion(std::string_view text, bool isPrefix) {
   return isNumber && (isPrefix || text.size() > 1 || text == "9");
 }
 
+// True when one text fulfils both; each may end with the three full stops.
+bool canBothHold(std::string_view one, std::string_view other) {
+  const bool isOneOpen = one.ends_with(kAnyEnd);
+  const bool isOtherOpen = other.ends_with(kAnyEnd);
+  one.remove_suffix(isOneOpen ? kAnyEnd.size() : 0);
+  other.remove_suffix(isOtherOpen ? kAnyEnd.size() : 0);
+  return one == other || (isOneOpen && other.starts_with(one)) ||
+         (isOtherOpen && one.starts_with(other));
+}
+
 class PropertyCheck {
  public:
   PropertyCheck(const SetupFile& file, Findings& findings) : m_file(file), m_findings(findings) {}
@@ -159,8 +169,7 @@ class PropertyCheck {
   // Both lines must hold: they are no alternatives.
   void checkTwice(const std::string& name, const std::string& expected) {
     const auto [first, isNew] = m_seen.try_emplace(name, expected);
-    if (!isNew && first->second != expected && !expected.ends_with(kAnyEnd) &&
-        !first->second.ends_with(kAnyEnd)) {
+    if (!isNew && !canBothHold(first->second, expected)) {
       error(name + " is to be " + quotedText(first->second) + " and " + quotedText(expected),
             std::string("all lines must hold at once, so that ") + kNoJava,
             "write a jvm file for each");

@@ -243,6 +243,24 @@ const std::vector<mistakes::Mistake> kRows = {
      "Setup in %LAUNCHER_DIR%()",
      {"l:1: warning: DESC: %LAUNCHER_DIR% is not filled in here; users read it as it stands; write "
       "the text itself"}},
+    {"list with commas in an entry",
+     "l",
+     "%CP%()",
+     "%CP%(\"a.jar,b.jar\")",
+     {"l:2: error: COMMAND: the entry \"a.jar,b.jar\" is a list with commas; Java takes it for the "
+      "name of one file; write %CP%(\"a.jar\",\"b.jar\")"}},
+    {"file with entries",
+     "l",
+     "%CP%()",
+     "%CP%(\"@entries.txt\")",
+     {"l:2: warning: COMMAND: the entry \"@entries.txt\" names no list; a file with entries is for "
+      "-cp:p and -cp:a; write the entries themselves"}},
+    {"option of Java behind the class",
+     "l",
+     "Setup\n",
+     "Setup -Xmx512m\n",
+     {"l:2: warning: COMMAND: -Xmx512m stands behind the class com.example.Setup; Java gives it to "
+      "the wizard; write it in front of the class"}},
 };
 
 TEST(ArgumentMistakes, AreFoundAtTheirLines) {

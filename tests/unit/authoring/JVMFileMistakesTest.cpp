@@ -358,6 +358,12 @@ const std::vector<mistakes::Mistake> kRows = {
      "/usr/lib/jvm/",
      {"j:9: warning: PATH_HINT: \"/usr/lib/jvm/\" is a folder of Javas and no home of one; folders "
       "in it are not looked at; write a line for each Java in it"}},
+    {"folders in braces",
+     "j",
+     "/usr/lib/jvm/java-17",
+     "/opt/{jdk,jre}",
+     {"j:9: warning: PATH_HINT: \"/opt/{jdk,jre}\" is a pattern; it is taken as it stands: no "
+      "folder is called so; write a line for each folder"}},
 };
 
 TEST(JVMFileMistakes, AreFoundAtTheirLines) {

@@ -138,6 +138,12 @@ const std::vector<mistakes::Mistake> kRows = {
      "AA=1 BB=2",
      {"j:16: warning: SET_ENV_FOR_WIZARD: \"AA=1 BB=2\" sets one variable only; the rest of the "
       "line belongs to its value; write a line for each variable"}},
+    {"home folder in a variable",
+     "j",
+     "A=b",
+     "CONFIGURATION=~/x",
+     {"j:16: warning: SET_ENV_FOR_WIZARD: \"CONFIGURATION=~/x\" begins with ~; no shell reads it: "
+      "it stays as it stands; set the variable in COMMAND"}},
 };
 
 TEST(JavaTagMistakes, AreFoundAtTheirLines) {

@@ -222,6 +222,12 @@ const std::vector<mistakes::Mistake> kRows = {
      "java.vendor =",
      {"j:4: error: JVM_PROPERTIES: nothing is expected of java.vendor; Java says something there, "
       "and none is accepted; write what it is to say, or ..."}},
+    {"two beginnings for one property",
+     "j",
+     "java.specification.version = 17",
+     "java.version = 17...\n  java.version = 21...",
+     {"j:5: error: JVM_PROPERTIES: java.version is to be \"17...\" and \"21...\"; all lines must "
+      "hold at once, so that no Java is accepted; write a jvm file for each"}},
 };
 
 TEST(PropertyMistakes, AreFoundAtTheirLines) {
