@@ -36,6 +36,7 @@ class ScriptFlowCheck {
       if (!isEnd(step.state) && m_paths.commandAt(step.state.line) != nullptr) {
         checkLaunch(step.state);
         checkArguments(step.state);
+        checkAssignment(step.state);
       }
     }
     checkTests();
@@ -115,6 +116,15 @@ class ScriptFlowCheck {
       } else if (i == 0 || mayBeZero(state, words[0])) {
         checkLabel(state, words[i]);
       }
+    }
+  }
+
+  // A number that is set to a text.
+  void checkAssignment(const ScriptState& state) {
+    const auto assignment = m_paths.assignmentAt(state.line);
+    const bool isNumber = assignment && ScriptState::numberIn("@" + assignment->name + "@") != 0;
+    if (isNumber && assignment->value.find('@') != SString::npos) {
+      checkNumber(state, assignment->value);
     }
   }
 

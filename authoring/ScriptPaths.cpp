@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "instructions/ScriptSyntax.h"
 #include "tagfile/TextUtils.h"
 #include "util/LauncherException.h"
 
@@ -37,20 +36,6 @@ bool isBroken(const SString& text) {
 
 bool hasPattern(const SString& line, std::string_view begin, std::string_view end) {
   return line.size() >= begin.size() + end.size() && line.startsWith(begin) && line.endsWith(end);
-}
-
-void assign(ScriptState& next, const ScriptState& state, const SString& line) {
-  std::size_t position = 0;
-  (void)getTokenFromString(line, position);
-  const auto assignment = splitAssignment(line.view().substr(std::min(position, line.size())));
-  if (!assignment) {
-    return;
-  }
-  try {
-    next.assign(assignment->name, state.argument(unquotedArgument(assignment->value)));
-  } catch (const LauncherException&) {
-    // ScriptCheck tells
-  }
 }
 
 }  // namespace
@@ -105,6 +90,24 @@ std::vector<SString> ScriptPaths::wordsAt(long line) const {
     words.push_back(word);
   }
   return words;
+}
+
+std::optional<Assignment> ScriptPaths::assignmentAt(long line) const {
+  const std::string_view text = m_lines[line].view();
+  std::size_t position = 0;
+  (void)getTokenFromString(m_lines[line], position);
+  if (commandAt(line) == nullptr || commandAt(line)->command != Command::kSet) {
+    return std::nullopt;
+  }
+  try {
+    auto assignment = splitAssignment(text.substr(std::min(position, text.size())));
+    if (assignment) {
+      assignment->value = unquotedArgument(assignment->value);
+    }
+    return assignment;
+  } catch (const LauncherException&) {
+    return std::nullopt;  // ScriptCheck tells
+  }
 }
 
 void ScriptPaths::add(std::size_t from, ScriptState state, bool isFound) {
@@ -226,7 +229,9 @@ void ScriptPaths::follow(std::size_t index) {
     case Command::kJmp0:
       return branch(index, next, wordAt(line, 0), wordAt(line, 1));
     case Command::kSet:
-      assign(next, state, line);
+      if (const auto assignment = assignmentAt(state.line)) {
+        next.assign(assignment->name, state.argument(assignment->value));
+      }
       return add(index, next);
     case Command::kLaunch:
     case Command::kILaunch:

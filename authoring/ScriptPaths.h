@@ -6,6 +6,7 @@
 #define CORVANE_AUTHORING_SCRIPTPATHS_H
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "authoring/ScriptState.h"
 #include "instructions/LabelIndex.h"
 #include "instructions/ScriptGrammar.h"
+#include "instructions/ScriptSyntax.h"
 #include "util/StringDeque.h"
 
 namespace authoring {
@@ -47,6 +49,8 @@ class ScriptPaths {
   // The arguments of the line's command as they are written, as many as there are; empty ones for
   // the name of a jvm file, which may be several words. None for an assignment.
   std::vector<SString> wordsAt(long line) const;
+  // What the line sets, its value without quotes; nothing when it is no SET, or a wrong one.
+  std::optional<Assignment> assignmentAt(long line) const;
   bool hasLabel(const std::string& name) const {
     return m_labels.find(SString(":" + name)) != LabelIndex::kNone;
   }

@@ -60,7 +60,7 @@ const std::vector<ScriptRow> kScriptRows = {
      {}},
     {"values known at run time only",
      "FIND_JVM @N1@ @N2@\nVERIFY @N1@ @N1@ @N1@\nILAUNCH @N1@ @N1@\nEXECUTE_LAUNCHER @N1@\n"
-     "INSTALL_JVM @N1@\nJMP0 @N1@ x@N2@\nSET N1 = @S1@\n:x0\n"
+     "INSTALL_JVM @N1@\nJMP0 @N1@ x@N2@\nSET S5 = 5\nSET N1 = @S5@\n:x0\n"
      "ILAUNCH -1 0",
      {}},
     {"words behind the arguments are ignored", "FIND_JVM 1 1 really\nGOTO x y\n:x", {}},

@@ -204,6 +204,14 @@ const std::vector<mistakes::Mistake> kRows = {
      "  SET S5 = soon\n  LAUNCH @S2@ @S5@",
      {"i:8: error: @S5@ is another text here, and no number; the script ends with an error here; "
       "write a number, or a variable that holds one"}},
+    {"number that is set to a text",
+     "i",
+     "  LAUNCH @S2@ 1",
+     "  SET N3 = @S2@\n  SET N4 = @S5@\n  LAUNCH @S2@ 1",
+     {"i:7: error: @S2@ is the name of a jvm file here, and no number; the script ends with an "
+      "error here; write a number, or a variable that holds one",
+      "i:8: error: @S5@ is empty here, and no number; the script ends with an error here; write a "
+      "number, or a variable that holds one"}},
     {"jump to a variable that nothing has set",
      "i",
      "GOTO end",
