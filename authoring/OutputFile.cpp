@@ -20,11 +20,11 @@ std::string folderOf(const std::string& path) {
   return folder.empty() ? "." : folder;
 }
 
-// What a new program's mode would be.
-mode_t executableMode() {
+// What a new file's mode would be.
+mode_t modeOf(OutputKind kind) {
   const mode_t mask = umask(0);
   umask(mask);
-  return static_cast<mode_t>(0777 & ~mask);
+  return static_cast<mode_t>((kind == OutputKind::kProgram ? 0777 : 0666) & ~mask);
 }
 
 // By this path a file without a name is given one.
@@ -50,7 +50,8 @@ int openWithoutName(const std::string& folder) {
 
 }  // namespace
 
-OutputFile::OutputFile(std::string path) : m_path(std::move(path)), m_folder(folderOf(m_path)) {
+OutputFile::OutputFile(std::string path, OutputKind kind)
+    : m_path(std::move(path)), m_kind(kind), m_folder(folderOf(m_path)) {
   const int descriptor = open();
   m_file.reset(descriptor < 0 ? nullptr : fdopen(descriptor, "wb"));
   if (m_file == nullptr) {
@@ -83,13 +84,21 @@ bool OutputFile::giveName() {
   return !m_temporary.empty();
 }
 
-void OutputFile::commit() {
+void OutputFile::complete() {
   DeferredSignals::throwIfCame();
   const bool whole = std::fflush(m_file.get()) == 0 &&
-                     fchmod(fileno(m_file.get()), executableMode()) == 0 &&
+                     fchmod(fileno(m_file.get()), modeOf(m_kind)) == 0 &&
                      (!m_temporary.empty() || giveName());
-  if (!whole || std::fclose(m_file.release()) != 0 ||
-      std::rename(m_temporary.c_str(), m_path.c_str()) != 0) {
+  if (!whole || std::fclose(m_file.release()) != 0) {
+    fail(errno);
+  }
+}
+
+void OutputFile::commit() {
+  if (m_file != nullptr) {
+    complete();
+  }
+  if (std::rename(m_temporary.c_str(), m_path.c_str()) != 0) {
     fail(errno);
   }
   m_temporary.clear();

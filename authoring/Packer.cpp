@@ -1,10 +1,12 @@
 #include "authoring/Packer.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 
 #include "archive/LauncherFileFormat.h"
 #include "authoring/AuthoringError.h"
@@ -18,6 +20,7 @@
 #include "authoring/SeekableInput.h"
 #include "authoring/SourceFile.h"
 #include "authoring/StubRecognition.h"
+#include "authoring/SumFile.h"
 #include "tagfile/TagFile.h"
 #include "util/LauncherException.h"
 
@@ -47,11 +50,11 @@ void refuseToOverwrite(const std::string& output, const std::string& input) {
   }
 }
 
-void checkOutput(const PackOptions& options, const std::string& stub, const Manifest& manifest) {
-  refuseToOverwrite(options.output, stub);
-  refuseToOverwrite(options.output, manifest.path);
-  for (const ManifestFile& file : manifest.files) {
-    refuseToOverwrite(options.output, file.path);
+void checkOutput(const std::string& output, const PackInputs& inputs) {
+  refuseToOverwrite(output, inputs.stub);
+  refuseToOverwrite(output, inputs.manifest.path);
+  for (const ManifestFile& file : inputs.manifest.files) {
+    refuseToOverwrite(output, file.path);
   }
 }
 
@@ -97,7 +100,8 @@ PackResult write(const std::string& stub, const Manifest& manifest, std::FILE* o
                    file.path);
     source.checkUnchanged();
   }
-  return {manifest.files.size(), writer.finish(manifest.purpose)};
+  const std::int64_t size = writer.finish(manifest.purpose);
+  return {manifest.files.size(), size, hexOf(digests.wholeFile()), ""};
 }
 
 PackResult writeToStream(const std::string& stub, const Manifest& manifest) {
@@ -108,6 +112,35 @@ PackResult writeToStream(const std::string& stub, const Manifest& manifest) {
   if (std::fflush(stdout) != 0) {
     throw AuthoringError(std::string("standard output cannot be written: ") + std::strerror(errno));
   }
+  return result;
+}
+
+// Else that is noticed when the file gets its name, and the setup has its own already.
+void checkNameOfSum(const std::string& path) {
+  struct stat status;
+  if (lstat(path.c_str(), &status) != 0 && errno == ENAMETOOLONG) {
+    throw AuthoringError(path + " cannot be written: " + std::strerror(ENAMETOOLONG) +
+                         "; shorten the name, or add --no-sha256");
+  }
+}
+
+// Of the file that `output` stands for. An earlier sum would not fit any more, and is gone, too.
+PackResult writeToFile(const PackInputs& inputs, const std::string& output, bool withSum) {
+  const std::string target = findOutputTarget(output);
+  const std::string sumFile = withSum ? findOutputTarget(sumFileOf(target)) : sumFileOf(target);
+  checkOutput(sumFile, inputs);
+  OutputFile file(target);
+  std::optional<OutputFile> sum;
+  if (withSum) {
+    checkNameOfSum(sumFile);
+    sum.emplace(sumFile, OutputKind::kText);
+  }
+  PackResult result = write(inputs.stub, inputs.manifest, file.stream());
+  if (sum) {
+    std::fputs(sumLine(result.sha256, fs::path(target).filename().string()).c_str(), sum->stream());
+    result.sumFile = sumFileOf(target);
+  }
+  commitWithSum(file, sum ? &*sum : nullptr, sumFile, sumFileOf(output));
   return result;
 }
 
@@ -129,17 +162,14 @@ PackInputs loadPackInputs(const PackOptions& options, Findings* findings) {
 
 PackResult packLauncher(const PackOptions& options, const PackInputs& inputs) {
   const bool toStream = options.output == kStandardStream;
-  const std::string target = toStream ? "" : findOutputTarget(options.output);
-  checkStub(inputs.stub, options.anyStub);
-  checkOutput(options, inputs.stub, inputs.manifest);
-  checkSize(inputs.stub, inputs.manifest);
-  if (toStream) {
-    return writeToStream(inputs.stub, inputs.manifest);
+  if (!toStream) {
+    (void)findOutputTarget(options.output);
   }
-  OutputFile output(target);
-  const PackResult result = write(inputs.stub, inputs.manifest, output.stream());
-  output.commit();
-  return result;
+  checkStub(inputs.stub, options.anyStub);
+  checkOutput(options.output, inputs);
+  checkSize(inputs.stub, inputs.manifest);
+  return toStream ? writeToStream(inputs.stub, inputs.manifest)
+                  : writeToFile(inputs, options.output, options.sumFile);
 }
 
 PackResult packLauncher(const PackOptions& options) {

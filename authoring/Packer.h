@@ -16,6 +16,7 @@ struct PackOptions {
   std::string stub;      // empty: the manifest's, else findDefaultStub
   std::string output;    // "-": standard output
   bool anyStub = false;  // take any file as the stub
+  bool sumFile = true;   // write the checksum beside the output
 };
 
 // What is to be packed.
@@ -27,12 +28,14 @@ struct PackInputs {
 struct PackResult {
   std::size_t files = 0;
   std::int64_t size = 0;
+  std::string sha256;   // of the launcher file, as sha256sum prints it
+  std::string sumFile;  // where that was written; empty: nowhere
 };
 
-// Writes the launcher file, executable, and replaces any file of that name. Throws AuthoringError
-// and leaves nothing behind when a tag file does not parse, the stub is none of ours or carries
-// files already, the output is one of the inputs, the result would be too large, or something
-// cannot be read or written.
+// Writes the launcher file, executable, and its checksum beside it (SumFile.h), and replaces any
+// files of these names. Throws AuthoringError and leaves nothing behind when a tag file does not
+// parse, the stub is none of ours or carries files already, the output is one of the inputs, the
+// result would be too large, or something cannot be read or written.
 PackResult packLauncher(const PackOptions& options, const PackInputs& inputs);
 
 // Loads the manifest, as loadManifest, and chooses the stub.

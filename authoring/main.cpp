@@ -47,6 +47,7 @@ struct Arguments {
   bool json = false;
   bool strict = false;
   bool noCheck = false;
+  bool noSumFile = false;
 };
 
 void print(const std::string& text) {
@@ -81,8 +82,10 @@ bool passesCheck(const authoring::Setup& setup, const Arguments& arguments) {
 
 int pack(const Arguments& arguments) {
   authoring::Findings faults;
+  authoring::PackOptions options = arguments.pack;
+  options.sumFile = !arguments.noSumFile;
   const authoring::PackInputs inputs =
-      authoring::loadPackInputs(arguments.pack, arguments.noCheck ? nullptr : &faults);
+      authoring::loadPackInputs(options, arguments.noCheck ? nullptr : &faults);
   if (!arguments.noCheck) {
     authoring::Setup setup = authoring::loadSetup(inputs.manifest, inputs.stub);
     setup.findings.add(faults);
@@ -90,10 +93,11 @@ int pack(const Arguments& arguments) {
       return kStatusFindings;
     }
   }
-  const authoring::PackResult result = authoring::packLauncher(arguments.pack, inputs);
+  const authoring::PackResult result = authoring::packLauncher(options, inputs);
   const bool toStream = arguments.pack.output == authoring::kStandardStream;
   const std::string line = authoring::countOf(static_cast<std::int64_t>(result.files), "file") +
-                           ", " + authoring::countOf(result.size, "byte") + "\n";
+                           ", " + authoring::countOf(result.size, "byte") +
+                           (result.sumFile.empty() ? "" : ", checksum in " + result.sumFile) + "\n";
   std::fprintf(toStream ? stderr : stdout, "%s: %s",
                toStream ? "standard output" : authoring::safeText(arguments.pack.output).c_str(),
                line.c_str());
@@ -209,6 +213,8 @@ void addCommands(CLI::App& app, Arguments& arguments, int (*&chosen)(const Argum
                        "Take the stub as it is, even if it is none of ours");
   packCommand.add_flag("--no-check", arguments.noCheck, "Pack also what check finds errors in");
   packCommand.add_flag("--strict", arguments.strict, "Take warnings as errors");
+  packCommand.add_flag("--no-sha256", arguments.noSumFile,
+                       "Write no checksum FILE.sha256 beside the output");
   addBaseOption(packCommand, arguments);
   packCommand.callback([&chosen] { chosen = pack; });
 

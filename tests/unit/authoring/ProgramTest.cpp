@@ -66,7 +66,8 @@ constexpr const char* kHelpHint = "Run with --help for more information.\n";
 
 // In this order: later rows use what the earlier ones made.
 const ProgramRow kProgramRows[] = {
-    {"pack m.json --any-stub --stub stub --output setup", 0, "setup: 1 file, 220 bytes\n", ""},
+    {"pack m.json --any-stub --stub stub --output setup", 0,
+     "setup: 1 file, 220 bytes, checksum in setup.sha256\n", ""},
     {"list setup", 0,
      "setup: 1 file, 220 bytes, purpose 0, digests\n"
      "pos  type          id  length  offset  name   unpacked\n"
@@ -109,7 +110,8 @@ const ProgramRow kProgramRows[] = {
     {"check copy", 1, "",
      "corvane-pack: copy is a folder; name the file in it: copy/manifest.json\n"},
     {"list - <&-", 1, "", "corvane-pack: standard input: Bad file descriptor\n"},
-    {"pack - --any-stub --stub stub --output again <m.json", 0, "again: 1 file, 220 bytes\n", ""},
+    {"pack - --any-stub --stub stub --output again <m.json", 0,
+     "again: 1 file, 220 bytes, checksum in again.sha256\n", ""},
     {"pack m.json --any-stub --stub stub --output - | cmp - setup", 0, "",
      "standard output: 1 file, 220 bytes\n"},
     {"pack m.json --any-stub --stub stub --output - >/dev/full", 1, "",
@@ -134,7 +136,8 @@ const ProgramRow kProgramRows[] = {
     {"pack bad.json --no-check --any-stub --stub stub --output x --base a --base b", 1, "",
      "corvane-pack: bad.json: files[0].path: there is no file \"x\" in ., a, b; make it, or name "
      "its folder with --base\n"},
-    {"pack warned.json --any-stub --stub stub --output x", 0, "x: 3 files, 348 bytes\n",
+    {"pack warned.json --any-stub --stub stub --output x", 0,
+     "x: 3 files, 348 bytes, checksum in x.sha256\n",
      "warned.json:2: warning: m.tag is never used; of the files of the type jvm-message the "
      "launcher "
      "takes the last, n.tag; leave it out\n"
@@ -144,8 +147,8 @@ const ProgramRow kProgramRows[] = {
      "takes the last, n.tag; leave it out\n"
      "warned.json: 1 error, 0 warnings\n"
      "corvane-pack: nothing was packed; correct the errors, or go on with --no-check\n"},
-    {"pack warned.json --no-check --any-stub --stub stub --output y", 0, "y: 3 files, 348 bytes\n",
-     ""},
+    {"pack warned.json --no-check --any-stub --stub stub --output y", 0,
+     "y: 3 files, 348 bytes, checksum in y.sha256\n", ""},
     {"check warned.json --strict", 1,
      "warned.json:2: error: m.tag is never used; of the files of the type jvm-message the launcher "
      "takes the last, n.tag; leave it out\n"
@@ -156,6 +159,10 @@ const ProgramRow kProgramRows[] = {
      "{\n  \"file\": \"standard input\",\n  \"errors\": 0,\n  \"warnings\": 0,\n"
      "  \"findings\": []\n}\n",
      ""},
+    {"pack m.json --any-stub --stub stub --no-sha256 --output setup", 0,
+     "setup: 1 file, 220 bytes\n", ""},
+    {"pack m.json --any-stub --stub stub --output setup", 0,
+     "setup: 1 file, 220 bytes, checksum in setup.sha256\n", ""},
     {"verify setup", 0, "setup: sound: 1 file, 220 bytes\n", ""},
     {"verify - <setup", 0, "standard input: sound: 1 file, 220 bytes\n", ""},
     {"verify doubtful setup", 3,
@@ -402,7 +409,8 @@ TEST_F(ProgramTest, PacksTheSameBytesAnywhere) {
     SCOPED_TRACE(row.name);
     std::string words = test::replaced(row.words, "PACK", "'" CORVANE_PACK "'");
     words = "(" + test::replaced(words, "DIR", m_dir.path()) + " --any-stub --stub " +
-            (m_dir / "stub") + " --output " + (m_dir / "second") + ") && cmp first second";
+            (m_dir / "stub") + " --output " + (m_dir / "second") +
+            ") && cmp first second && sed s/first/second/ first.sha256 | cmp - second.sha256";
     const Result result = runShell(words);
     EXPECT_EQ(0, result.status) << result.out << result.err;
     EXPECT_EQ("", result.err);
@@ -466,7 +474,8 @@ TEST_F(ProgramTest, FindsTheInstalledVerifyArchive) {
                                             R"(", "path": "verify.jar"}]})");
       const Result result =
           runShell("p/bin/corvane-pack pack v.json --any-stub --no-check --stub stub --output v");
-      EXPECT_EQ(type[0] == 'v' ? "v: 1 file, 211 bytes\n" : "", result.out) << result.err;
+      EXPECT_EQ(type[0] == 'v' ? "v: 1 file, 211 bytes, checksum in v.sha256\n" : "", result.out)
+          << result.err;
     }
   }
 }
