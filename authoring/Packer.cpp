@@ -148,6 +148,9 @@ std::string chooseStub(const PackOptions& options, const Manifest& manifest) {
   if (!options.stub.empty()) {
     return options.stub;
   }
+  if (!options.machine.empty()) {
+    return findStubFor(options.machine);
+  }
   return manifest.stub.empty() ? findDefaultStub() : manifest.stub;
 }
 

@@ -13,10 +13,11 @@ namespace authoring {
 struct PackOptions {
   std::string manifest;
   std::vector<std::string> baseFolders;
-  std::string stub;      // empty: the manifest's, else findDefaultStub
-  std::string output;    // "-": standard output
-  bool anyStub = false;  // take any file as the stub
-  bool sumFile = true;   // write the checksum beside the output
+  std::string stub;          // empty: that for `machine`, else the manifest's, else findDefaultStub
+  std::string output;        // "-": standard output
+  bool anyStub = false;      // take any file as the stub
+  bool sumFile = true;       // write the checksum beside the output
+  std::string machine = {};  // empty: not named
 };
 
 // What is to be packed.

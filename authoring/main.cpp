@@ -206,9 +206,15 @@ void addCommands(CLI::App& app, Arguments& arguments, int (*&chosen)(const Argum
                   "The launcher file to be made; - for standard output")
       ->type_name("FILE")
       ->required();
+  CLI::Option* const stub = packCommand
+                                .add_option("--stub", arguments.pack.stub,
+                                            "The bare launcher; default: the one installed")
+                                ->type_name("FILE");
   packCommand
-      .add_option("--stub", arguments.pack.stub, "The bare launcher; default: the one installed")
-      ->type_name("FILE");
+      .add_option("--machine", arguments.pack.machine,
+                  "The machine whose installed stub is taken, such as aarch64")
+      ->type_name("MACHINE")
+      ->excludes(stub);
   packCommand.add_flag("--any-stub", arguments.pack.anyStub,
                        "Take the stub as it is, even if it is none of ours");
   packCommand.add_flag("--no-check", arguments.noCheck, "Pack also what check finds errors in");

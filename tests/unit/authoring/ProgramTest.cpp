@@ -5,13 +5,17 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
+#include "archive/StubMark.h"
 #include "support/ArchiveFixture.h"
 #include "support/Texts.h"
 #include "unit/authoring/SetupBytes.h"
 
 namespace {
+
+namespace fs = std::filesystem;
 
 struct Result {
   int status;
@@ -280,6 +284,7 @@ const UsageRow kUsageRows[] = {
     {"pack m.json --ouput x", "\"--ouput\" is no option of pack; did you mean --output?\n"},
     {"pack m.json --ouput=x", "\"--ouput\" is no option of pack; did you mean --output?\n"},
     {"pack --output x", "MANIFEST is required\n"},
+    {"pack m.json --output x --stub stub --machine x86_64", "--stub excludes --machine\n"},
     {"pack m.json --output", "--output lacks its FILE\n"},
     {"pack m.json --output x --output y", "--output is given more than once\n"},
     {"extract setup --output x --id y", "--id takes a whole number of 32 bits\n"},
@@ -477,6 +482,53 @@ TEST_F(ProgramTest, FindsTheInstalledVerifyArchive) {
       EXPECT_EQ(type[0] == 'v' ? "v: 1 file, 211 bytes, checksum in v.sha256\n" : "", result.out)
           << result.err;
     }
+  }
+}
+
+// --- Stubs for other machines ---
+
+struct MachineRow {
+  const char* arguments;
+  int status;
+  const char* out;
+  const char* err;
+};
+
+const MachineRow kMachineRows[] = {
+    {"pack m.json --machine aarch64 --output a", 0, "a: 1 file, 294 bytes, checksum in a.sha256\n",
+     ""},
+    {"pack m.json --machine arm64 --output a", 0, "a: 1 file, 294 bytes, checksum in a.sha256\n",
+     ""},
+    {"check a", 0, "a: stub corvane-launcher-any 1 (aarch64)\n", ""},
+    {"pack m.json --machine amd64 --output a", 0, "a: 1 file, 293 bytes, checksum in a.sha256\n",
+     ""},
+    {"pack m.json --machine vax --output b", 1, "",
+     "corvane-pack: there is no stub for the machine \"vax\", only for x86_64, aarch64; install "
+     "the "
+     "package corvane-stubs-vax, or name a stub with --stub\n"},
+    {"--version", 0,
+     "corvane-pack " CORVANE_VERSION
+     "\ncorvane-launcher-any 1 (x86_64): DIR/p/libexec/corvane/corvane-launcher-any\n"
+     "corvane-launcher-any 1 (aarch64): DIR/p/libexec/corvane/aarch64/corvane-launcher-any\n"
+     "corvane-launcher 1 (aarch64): DIR/p/libexec/corvane/aarch64/corvane-launcher\n",
+     ""},
+};
+
+TEST_F(ProgramTest, TakesTheStubOfAMachine) {
+  const std::string folder = m_dir / "p/libexec/corvane/";
+  const std::string any = "corvane-launcher-any";
+  test::writeFile(folder + any, CORVANE_STUB_MARK("corvane-launcher-any", "1", "user", "x86_64"));
+  test::writeFile(folder + "aarch64/" + any,
+                  CORVANE_STUB_MARK("corvane-launcher-any", "1", "user", "aarch64"));
+  test::writeFile(folder + "aarch64/corvane-launcher",
+                  CORVANE_STUB_MARK("corvane-launcher", "1", "traditional", "aarch64"));
+  ASSERT_EQ(0, runShell("mkdir p/bin && cp '" CORVANE_PACK "' p/bin").status);
+  for (const MachineRow& row : kMachineRows) {
+    SCOPED_TRACE(row.arguments);
+    const Result result = runShell("p/bin/corvane-pack " + std::string(row.arguments));
+    EXPECT_EQ(row.status, result.status);
+    EXPECT_EQ(row.out, test::replaced(result.out, fs::canonical(m_dir.path()).string(), "DIR"));
+    EXPECT_EQ(row.err, result.err);
   }
 }
 
