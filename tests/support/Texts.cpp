@@ -4,12 +4,15 @@
 
 namespace test {
 
-std::string replaced(std::string text, const std::string& from, const std::string& to) {
-  for (std::size_t found = text.find(from); found != std::string::npos;
-       found = text.find(from, found + to.size())) {
-    text.replace(found, from.size(), to);
+// In one pass: a text may be a whole program.
+std::string replaced(const std::string& text, const std::string& from, const std::string& to) {
+  std::string result;
+  std::size_t begin = 0;
+  for (std::size_t found; (found = text.find(from, begin)) != std::string::npos;
+       begin = found + from.size()) {
+    result.append(text, begin, found - begin).append(to);
   }
-  return text;
+  return result.append(text, begin);
 }
 
 int countOf(const std::string& part, const std::string& text) {

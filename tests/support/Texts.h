@@ -41,7 +41,7 @@ std::string errorOf(Step step) {
 }
 
 // Every `from` in `text` becomes `to`: rows write HOME or DIR for folders that each run makes.
-std::string replaced(std::string text, const std::string& from, const std::string& to);
+std::string replaced(const std::string& text, const std::string& from, const std::string& to);
 
 // How often `part` is in `text`.
 int countOf(const std::string& part, const std::string& text);
