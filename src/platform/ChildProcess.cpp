@@ -55,6 +55,20 @@ SString shellLine(const SString& command) {
   return fits ? kSurviveSignals + command : command;
 }
 
+// As exec wants them. They last as long as the words do.
+std::vector<const char*> argumentVector(std::vector<const char*> arguments,
+                                        const StringDeque& words) {
+  for (long i = 0; i < words.size(); ++i) {
+    arguments.push_back(words[i].c_str());
+  }
+  arguments.push_back(nullptr);
+  return arguments;
+}
+
+void become(const char* program, const std::vector<const char*>& arguments) {
+  execv(program, const_cast<char* const*>(arguments.data()));
+}
+
 KeptText::Limits limitsFor(const ProcessRequest& request) {
   return request.isTrial ? KeptText::Limits{kTrialLimits.outputSize, 0}
                          : KeptText::Limits{kKeptAtEachEnd, kKeptAtEachEnd};
@@ -91,12 +105,8 @@ void ChildProcess::start() {
   }
   // Before the fork, since in the child nothing may fail for want of memory.
   const SString line = shellLine(m_request.command);
-  std::vector<const char*> arguments{"sh", "-c", "--", line.c_str(), "sh"};
-  for (long i = 0; i < m_request.arguments.size(); ++i) {
-    arguments.push_back(m_request.arguments[i].c_str());
-  }
-  arguments.push_back(nullptr);
-  fork(arguments.data());
+  fork(argumentVector({}, m_request.program),
+       argumentVector({"sh", "-c", "--", line.c_str(), "sh"}, m_request.arguments));
   for (OutputCapture& capture : m_captures) {
     capture.beginReading();
   }
@@ -104,14 +114,14 @@ void ChildProcess::start() {
 
 // Not vfork, though it would spare 0.3 ms: a child that is stopped, or whose shell lies on a dead
 // disk, would hold us with it, deaf to every signal.
-void ChildProcess::fork(const char* const* arguments) {
+void ChildProcess::fork(const ArgumentVector& program, const ArgumentVector& shell) {
   const pid_t child = ::fork();
   if (child == -1) {
     const int error = errno;
     throw systemError(kForkError, error);
   }
   if (child == 0) {
-    becomeShell(arguments);
+    becomeCommand(program, shell);
   }
   m_child = child;
   m_startedAt = Clock::now();
@@ -124,7 +134,7 @@ void ChildProcess::fork(const char* const* arguments) {
 }
 
 // In the child.
-void ChildProcess::becomeShell(const char* const* arguments) const {
+void ChildProcess::becomeCommand(const ArgumentVector& program, const ArgumentVector& shell) const {
   if (m_request.isTrial) {
     setpgid(0, 0);
     SignalHold::forgetHeld();  // what was sent to the launcher's group
@@ -133,7 +143,10 @@ void ChildProcess::becomeShell(const char* const* arguments) const {
   if (!prepareDescriptors()) {
     failToStart(StartFailure::Step::Redirect);
   }
-  execv("/bin/sh", const_cast<char* const*>(arguments));
+  if (program.front() != nullptr) {
+    become(program.front(), program);
+  }
+  become("/bin/sh", shell);
   failToStart(StartFailure::Step::Start);
 }
 
