@@ -115,6 +115,7 @@ test_aarch64() {
         say "No tests on aarch64: g++-aarch64-linux-gnu or qemu-user is missing"
         skipped=$((skipped + 1))
     elif build aarch64 corvane-launcher corvane-launcher-any; then
+        stubs_build=$root/build/aarch64
         check "End to end on aarch64" end_to_end_on_aarch64
     else
         fail "build of the preset aarch64"
@@ -144,10 +145,11 @@ for lint in format shell tidy; do
 done
 test_preset release
 test_whole release
-check "The package" "$root/tests/package/package_test.sh" "$root/build/release"
 test_preset asan
 test_big_endian
+stubs_build=
 test_aarch64
+check "The packages" "$root/tests/package/package_test.sh" "$root/build/release" "$stubs_build"
 check "Torture, a choice of its cases" "$root/scripts/torture.sh" --short
 check "The demo" "$root/scripts/demo.sh"
 check "The demo once more" "$root/scripts/demo.sh"

@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Unpacks the .deb of a build into an empty root and goes an author's way there: asks the installed
 # program for its version, follows the installed tutorial, builds, packs and checks the installed
-# sample with the installed class, and runs it. Status 77: there are no tools for it.
+# sample with the installed class, and runs it. With a build of the stubs for another machine it
+# unpacks their .deb, too, and packs the sample with them. Status 77: there are no tools for it.
 #
-# Usage: tests/package/package_test.sh BUILD_DIR
+# Usage: tests/package/package_test.sh BUILD_DIR [BUILD_DIR_OF_STUBS]
 set -euo pipefail
 
-build=$1
+build=$1 stubs_build=${2-}
 tests=$(cd -- "$(dirname -- "$0")/.." && pwd)
 for tool in cpack dpkg-deb dpkg-shlibdeps javac jar jlink python3; do
     command -v "$tool" >/dev/null || {
@@ -33,13 +34,19 @@ run() {
 # wants TEXT: in the output of the last step.
 wants() { grep -qF -- "$1" "$scratch/output" || failed; }
 
-run "making the package" cpack --config "$build/CPackConfig.cmake" -G DEB -B "$scratch/packages"
-deb=$(echo "$scratch"/packages/corvane-pack_*.deb)
-run "reading its control file" dpkg-deb --field "$deb"
+# make_package BUILD NAME: NAME.deb, and NAME.files with the paths in it.
+make_package() {
+    run "making the package $2" cpack --config "$1/CPackConfig.cmake" -G DEB -B "$scratch/$2"
+    mv -- "$scratch/$2"/*.deb "$scratch/$2.deb"
+    dpkg-deb --fsys-tarfile "$scratch/$2.deb" | tar -t | grep -v '/$' | sort >"$scratch/$2.files"
+}
+
+mkdir "$here"
+make_package "$build" corvane-pack
+run "reading its control file" dpkg-deb --field "$scratch/corvane-pack.deb"
 wants "Package: corvane-pack"
 wants "libc6"
-mkdir "$here"
-run "unpacking it" dpkg-deb -x "$deb" "$here"
+run "unpacking it" dpkg-deb -x "$scratch/corvane-pack.deb" "$here"
 
 pack=$here/usr/bin/corvane-pack
 doc=$here/usr/share/doc/corvane-pack
@@ -48,8 +55,9 @@ for file in copyright README.md CHANGELOG.md docs/licences.md docs/authoring.md 
     examples/sample/manifest.json; do
     run "looking for $file" test -s "$doc/$file"
 done
-for page in man1/corvane-pack.1 man1/corvane-launcher.1 man5/corvane-launcher-files.5; do
-    run "looking for $page" test -s "$here/usr/share/man/$page"
+for page in "$tests"/../docs/man/*.in; do
+    name=$(basename "$page" .in)
+    run "looking for $name" test -s "$here/usr/share/man/man${name##*.}/$name"
 done
 
 run "following the links of the pages" python3 -B "$tests/../tools/check_links.py" "$doc"
@@ -65,4 +73,19 @@ run "checking it" "$pack" check setup
 wants "corvane-launcher-any"
 run "running it" env CI=true ./setup -silent -dest "$scratch/installed"
 run "looking at what it installed" test -s "$scratch/installed/README.txt"
+
+if [ -n "$stubs_build" ]; then
+    make_package "$stubs_build" stubs
+    run "looking for files that are in both packages" \
+        comm -12 "$scratch/corvane-pack.files" "$scratch/stubs.files"
+    [ ! -s "$scratch/output" ] || failed
+    run "unpacking the stubs" dpkg-deb -x "$scratch/stubs.deb" "$here"
+    machine=$(basename "$(dirname "$(echo "$here"/usr/libexec/corvane/*/corvane-launcher-any)")")
+    run "asking for the version with them" "$pack" --version
+    wants "$machine"
+    run "packing for $machine" "$pack" pack manifest.json --machine "$machine" --output other
+    run "verifying that" "$pack" verify other
+    run "listing that" "$pack" list other
+    wants "$machine"
+fi
 echo "The package works."
