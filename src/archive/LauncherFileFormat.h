@@ -2,8 +2,10 @@
 //
 //   executable | embedded files ... | file index | purpose byte | trailer
 //
-// (The order of embedded files and index is free; the offsets say where they are.) Numbers are
-// signed and big-endian; offsets count from the beginning of the file.
+// (The order of embedded files and index is free; the offsets say where they are. Between the index
+// and the purpose byte there may be anything: corvane-pack stores its digests there, and draws them
+// in authoring/DigestBlock.h.) Numbers are signed and big-endian; offsets count from the beginning
+// of the file.
 //
 //   trailer, the last 8 bytes       file index entry
 //     4  offset of the file index     1  file type, 0..8
