@@ -15,7 +15,9 @@ void DigestCollector::add(std::string_view bytes) {
   // Where no thread can be started, `async` computes within `wait`.
   const auto how = bytes.size() < kWorthAThread ? std::launch::deferred
                                                 : std::launch::async | std::launch::deferred;
-  m_fileStep = std::async(how, [this] { m_file.add(m_bytes); });
+  if (m_wantsWholeFile) {
+    m_fileStep = std::async(how, [this] { m_file.add(m_bytes); });
+  }
   if (m_isInPiece) {
     m_pieceStep = std::async(how, [this] { m_piece.add(m_bytes); });
   }

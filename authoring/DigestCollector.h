@@ -15,6 +15,9 @@ namespace authoring {
 
 class DigestCollector : public WriteObserver {
  public:
+  // A digest of the whole file costs as much again as those of its pieces.
+  explicit DigestCollector(bool wantsWholeFile) : m_wantsWholeFile(wantsWholeFile) {}
+
   // Throw AuthoringError as Sha256 does.
   void add(std::string_view bytes) override;
   void beginPiece() override;
@@ -22,12 +25,13 @@ class DigestCollector : public WriteObserver {
   // As encodeDigests (DigestBlock.h) makes it.
   std::string block(std::int64_t offset, std::string_view end) override;
 
-  // Of all bytes that were added.
+  // Of all bytes that were added; only where it is wanted.
   std::string wholeFile();
 
  private:
   void wait();
 
+  bool m_wantsWholeFile;
   Sha256 m_file;
   Sha256 m_piece;
   bool m_isInPiece = false;

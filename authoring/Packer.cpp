@@ -88,8 +88,9 @@ void checkSize(const std::string& stub, const Manifest& manifest) {
   }
 }
 
-PackResult write(const std::string& stub, const Manifest& manifest, std::FILE* output) {
-  DigestCollector digests;
+PackResult write(const std::string& stub, const Manifest& manifest, std::FILE* output,
+                 bool withSum) {
+  DigestCollector digests(withSum);
   LauncherFileWriter writer(output, &digests);
   const SourceFile bareLauncher(stub);
   writer.addStub(bareLauncher.stream(), stub);
@@ -101,14 +102,14 @@ PackResult write(const std::string& stub, const Manifest& manifest, std::FILE* o
     source.checkUnchanged();
   }
   const std::int64_t size = writer.finish(manifest.purpose);
-  return {manifest.files.size(), size, hexOf(digests.wholeFile()), ""};
+  return {manifest.files.size(), size, withSum ? hexOf(digests.wholeFile()) : "", ""};
 }
 
 PackResult writeToStream(const std::string& stub, const Manifest& manifest) {
   if (isatty(STDOUT_FILENO) != 0) {
     throw AuthoringError("standard output is a terminal; name a file with --output");
   }
-  const PackResult result = write(stub, manifest, stdout);
+  const PackResult result = write(stub, manifest, stdout, false);
   if (std::fflush(stdout) != 0) {
     throw AuthoringError(std::string("standard output cannot be written: ") + std::strerror(errno));
   }
@@ -135,7 +136,7 @@ PackResult writeToFile(const PackInputs& inputs, const std::string& output, bool
     checkNameOfSum(sumFile);
     sum.emplace(sumFile, OutputKind::kText);
   }
-  PackResult result = write(inputs.stub, inputs.manifest, file.stream());
+  PackResult result = write(inputs.stub, inputs.manifest, file.stream(), withSum);
   if (sum) {
     std::fputs(sumLine(result.sha256, fs::path(target).filename().string()).c_str(), sum->stream());
     result.sumFile = sumFileOf(target);

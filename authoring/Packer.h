@@ -29,7 +29,7 @@ struct PackInputs {
 struct PackResult {
   std::size_t files = 0;
   std::int64_t size = 0;
-  std::string sha256;   // of the launcher file, as sha256sum prints it
+  std::string sha256;   // of the launcher file, as sha256sum prints it; empty without a sum file
   std::string sumFile;  // where that was written; empty: nowhere
 };
 

@@ -325,7 +325,7 @@ TEST(Sha256Test, MakesTheDigestsOfTheStandard) {
 
 // Large and small stretches, within pieces and between them.
 TEST(DigestCollectorTest, SeesTheSameBytesAsTheWriter) {
-  authoring::DigestCollector digests;
+  authoring::DigestCollector digests(true);
   const std::string large(300000, 'x');
   const std::string bytes =
       test::launcherFileBytes({{3, 1, "a", large}, {3, 2, "b", "b"}}, 0, large, &digests);
