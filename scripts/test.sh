@@ -64,18 +64,39 @@ test_preset() {
     fi
 }
 
-# Each test program of a preset whole, in one process: in order, and shuffled by five seeds, one after
-# the other. ctest gives each test a process of its own, which hides what a test leaves behind.
+# Test programs whole, each in one process: in order, and shuffled by five seeds, one after the other.
+# Each leaves its log in the folder $1, and one that passes a file PROGRAM.passed.
+run_whole() {
+    local logs=$1 program name
+    shift
+    for program in "$@"; do
+        name=$(basename "$program")
+        { "$program" --gtest_brief=1 && "$program" --gtest_brief=1 --gtest_shuffle \
+            --gtest_random_seed=1 --gtest_repeat=5; } >"$logs/$name.log" 2>&1 &&
+            touch -- "$logs/$name.passed"
+    done
+}
+
+# Each test program of a preset whole. ctest gives each test a process of its own, which hides what a
+# test leaves behind. The longest, unit_base, mostly waits: it runs beside the others.
 test_whole() {
-    local program log=$root/build/$1-whole.log
+    local program name longest=$root/build/$1/bin/unit_base others=() logs=$root/build/$1-whole
     for program in "$root/build/$1"/bin/unit_*; do
-        say "Whole: $(basename "$program")"
-        if "$program" --gtest_brief=1 >"$log" 2>&1 && "$program" --gtest_brief=1 --gtest_shuffle \
-            --gtest_random_seed=1 --gtest_repeat=5 >"$log" 2>&1; then
+        [ "$program" = "$longest" ] || others+=("$program")
+    done
+    say "Whole: unit_base beside $(basename -a "${others[@]}" | tr '\n' ' ')"
+    rm -rf -- "$logs"
+    mkdir -p -- "$logs"
+    run_whole "$logs" "$longest" &
+    run_whole "$logs" "${others[@]}"
+    wait
+    for program in "$longest" "${others[@]}"; do
+        name=$(basename "$program")
+        if [ -e "$logs/$name.passed" ]; then
             pass
         else
-            cat "$log"
-            fail "$(basename "$program") whole, in one process"
+            cat "$logs/$name.log"
+            fail "$name whole, in one process"
         fi
     done
 }

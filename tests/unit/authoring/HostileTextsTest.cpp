@@ -162,8 +162,16 @@ struct LargeRow {
   Texts texts;
 };
 
+// The sanitizers' slow build looks at the memory, the other at the time.
+#ifdef __SANITIZE_ADDRESS__
+constexpr int kMany = 600;
+constexpr std::size_t kLong = 200'000;
+#else
+constexpr int kMany = 3'000;
+constexpr std::size_t kLong = 1'000'000;
+#endif
+
 std::vector<LargeRow> largeRows() {
-  constexpr int kMany = 3000;
   const std::string begin = "INSTRUCTIONS:\n";
   const std::string end = "/:\n";
   return {
@@ -178,12 +186,12 @@ std::vector<LargeRow> largeRows() {
        {.script = begin + "SET S1 = x\n:a\n" + repeated(100, "SET S1 = @S1@@S1@\n") +
                   "SET S2 = @S2@x\nJMP0 @N1@ a\n" + end}},
       {"a loop over a long line",
-       {.script = begin + "//\n:a\nSET S1 = @S1@x\nLAUNCH " + std::string(1000000, 'x') +
+       {.script = begin + "//\n:a\nSET S1 = @S1@x\nLAUNCH " + std::string(kLong, 'x') +
                   " 1\nGOTO a\n" + end}},
       {"names that nothing sets", {.launchScript = "COMMAND: " + repeated(kMany, "@A?@ #B?# ")}},
       {"calls in calls",
        {.launchScript = "COMMAND: " + repeated(kMany, "%IF_EXISTS%(\"A?\",\"@B?@\")")}},
-      {"percent signs", {.launchScript = "COMMAND: " + std::string(1000000, '%')}},
+      {"percent signs", {.launchScript = "COMMAND: " + std::string(kLong, '%')}},
       {"a chain of tags that ends in a circle",
        {.jvmFiles = {repeated(kMany, "A?: @A1?@@A2?@\n") + "REQ_JAVA_ARGS: @A0@\n" +
                      repeated(kMany, "B?: @B0@\n")}}},
@@ -192,7 +200,7 @@ std::vector<LargeRow> largeRows() {
       {"properties",
        {.jvmFiles = {"JVM_PROPERTIES:\n" + repeated(kMany, "java.versio? >= 1?\n") + end}}},
       {"a block in a block", {.jvmFiles = {repeated(kMany, "PATH_HINT:\n")}}},
-      {"quotes", {.jvmFiles = {"A: " + std::string(1000000, '"') + "\n"}}},
+      {"quotes", {.jvmFiles = {"A: " + std::string(kLong, '"') + "\n"}}},
   };
 }
 

@@ -56,6 +56,9 @@ class DeepTree {
 
 // The system opens no path of 4096 bytes and more: what lies deeper is passed over.
 TEST(WalkTest, DeepTreesAreWalkedAsDeepAsPathsCanBeOpened) {
+#ifdef CORVANE_CROSS_BUILD
+  GTEST_SKIP() << "newer emulators follow each path anew, step by step";
+#endif
   const test::TempDir folder;
   const test::ScopedCurrentDir inside(folder.path());
   const DeepTree tree(folder.path(), 2100);
