@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "launcher/LauncherState.h"
-#include "launchscript/PlainWords.h"
 #include "platform/PlatformImpl.h"
 #include "platform/WorkingDirectory.h"
 #include "tagfile/Paths.h"
@@ -27,6 +26,28 @@ constexpr int kUncaughtException = 1;
 constexpr const char* kTooOldForClass = "java.lang.UnsupportedClassVersionError";
 // No Java's answer is longer; a scan may meet many programs that say much.
 constexpr std::size_t kMostBytesKept = std::size_t{64} << 10;
+
+constexpr std::string_view kPlainOutsideQuotes =
+    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789 +,-./:=@%_^";
+constexpr std::string_view kNotPlainInQuotes("$`\\\0", 4);
+
+bool isPlain(char byte, bool isInQuotes) {
+  return isInQuotes ? kNotPlainInQuotes.find(byte) == std::string_view::npos
+                    : kPlainOutsideQuotes.find(byte) != std::string_view::npos;
+}
+
+// True when the shell takes the text for words, some of them in double quotes, and expands nothing.
+bool hasOnlyPlainWords(std::string_view shape) {
+  bool isInQuotes = false;
+  for (const char byte : shape) {
+    if (byte == '"') {
+      isInQuotes = !isInQuotes;
+    } else if (!isPlain(byte, isInQuotes)) {
+      return false;
+    }
+  }
+  return !isInQuotes;
+}
 
 SString environmentWithoutJavaHome() {
   SString all;
@@ -76,19 +97,6 @@ SString placesOf(const VerificationQuestion& question) {
   return places + baseNameOf(question.name);
 }
 
-// Spares the start of a shell and its fork. A Java that a signal ended is asked once more in the
-// usual way: the shell's words about such an end belong to the log.
-ProcessResult startWithoutShell(const VerificationQuestion& question, ProcessRequest request) {
-  request.program = question.arguments;
-  ProcessResult result = PlatformImpl::executeProcess(request);
-  const bool endedBySignal = result.endedByItself && result.status > PlatformImpl::kSignalStatus;
-  if (!endedBySignal) {
-    return result;
-  }
-  request.program.clear();
-  return PlatformImpl::executeProcess(request);
-}
-
 // The same as a start does, up to where the Java would be run.
 ProcessResult repeat(const ProcessResult& result, const ProcessRequest& request) {
   const WorkingDirectory during(request.workingDir);
@@ -106,21 +114,16 @@ std::optional<VerificationQuestion> VerificationQuestion::of(const CommandText& 
   const SString& shape = command.shape();
   const std::size_t end = shape.find('"', 1);
   const bool isAbsolute = shape.startsWith("\"") && command.bytes()[1] == '/';
-  if (!isAbsolute || end == SString::npos || shape[end + 1] != ' ') {
+  if (!isAbsolute || end == SString::npos || shape[end + 1] != ' ' || !hasOnlyPlainWords(shape)) {
     return std::nullopt;
   }
-  std::optional<StringDeque> arguments = plainWords(command);
-  if (!arguments) {
-    return std::nullopt;
-  }
-  const SString name = arguments->at(0);
+  const SString name = command.bytes().substr(1, end - 1);
   std::optional<ProgramFile> program = ProgramFile::at(name);
   if (!program) {
     return std::nullopt;
   }
   return VerificationQuestion{.name = name,
                               .words = command.bytes().substr(end + 1),
-                              .arguments = *std::move(arguments),
                               .workingDir = workingDir,
                               .javaHome = PlatformImpl::getEnvironmentVariable(kJavaHome),
                               .environment = environmentWithoutJavaHome(),
@@ -131,25 +134,24 @@ ProcessResult VerificationMemory::ask(const CommandText& command, const ProcessR
                                       bool isPackedClass) {
   const std::optional<VerificationQuestion> question =
       VerificationQuestion::of(command, request.workingDir);
-  if (!question) {
-    return PlatformImpl::executeProcess(request);
+  if (question) {
+    if (const ProcessResult* answer = find(*question)) {
+      return repeat(*answer, request);
+    }
   }
-  if (const ProcessResult* answer = find(*question)) {
-    return repeat(*answer, request);
-  }
-  const ProgramFile::Kind kind = question->program.kind();
-  // Nobody is there to see who its parent is.
-  const bool needsNoShell = isPackedClass && kind == ProgramFile::Kind::OpenJDKLauncher;
-  ProcessResult result =
-      needsNoShell ? startWithoutShell(*question, request) : PlatformImpl::executeProcess(request);
-  if (kind != ProgramFile::Kind::Script && isWorthKeeping(*question, result)) {
-    keep(*question, kind, result, isPackedClass);
+  ProcessResult result = PlatformImpl::executeProcess(request);
+  if (question && isWorthKeeping(*question, result)) {
+    keep(*question, result, isPackedClass);
   }
   return result;
 }
 
-void VerificationMemory::keep(const VerificationQuestion& question, ProgramFile::Kind kind,
-                              const ProcessResult& result, bool isPackedClass) {
+void VerificationMemory::keep(const VerificationQuestion& question, const ProcessResult& result,
+                              bool isPackedClass) {
+  const ProgramFile::Kind kind = question.program.kind();
+  if (kind == ProgramFile::Kind::Script) {
+    return;
+  }
   const Names names = isPackedClass ? namesFor(question, kind, result) : Names::None;
   m_answers.push_back(
       {question, result, names, names == Names::InSameFolder ? placesOf(question) : SString()});

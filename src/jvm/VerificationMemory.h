@@ -16,7 +16,6 @@
 #include "platform/ProcessRequest.h"
 #include "platform/ProgramFile.h"
 #include "util/SString.h"
-#include "util/StringDeque.h"
 
 // A start of a Java, as far as its answer may depend on it.
 struct VerificationQuestion {
@@ -24,9 +23,8 @@ struct VerificationQuestion {
   static std::optional<VerificationQuestion> of(const CommandText& command,
                                                 const SString& workingDir);
 
-  SString name;           // the program's path as the command spells it
-  SString words;          // the rest of the command
-  StringDeque arguments;  // the same in single words, the name first
+  SString name;   // the program's path as the command spells it
+  SString words;  // the rest of the command
   SString workingDir;
   SString javaHome;
   SString environment;  // without JAVA_HOME
@@ -37,8 +35,7 @@ class VerificationMemory {
  public:
   // Answers as `PlatformImpl::executeProcess` does, the progress that it shows included.
   // `isPackedClass`: the class prints properties and nothing else, so that only the Java decides on
-  // the answer. Nothing in an OpenJDK can then tell whether a shell stands above it: it is started
-  // without one.
+  // the answer.
   ProcessResult ask(const CommandText& command, const ProcessRequest& request, bool isPackedClass);
 
   // The memory of this run.
@@ -57,8 +54,7 @@ class VerificationMemory {
     SString places;  // for InSameFolder only
   };
 
-  void keep(const VerificationQuestion& question, ProgramFile::Kind kind,
-            const ProcessResult& result, bool isPackedClass);
+  void keep(const VerificationQuestion& question, const ProcessResult& result, bool isPackedClass);
   static Names namesFor(const VerificationQuestion& question, ProgramFile::Kind kind,
                         const ProcessResult& result);
   static bool holdsForName(const Answer& answer, const VerificationQuestion& question);

@@ -55,20 +55,6 @@ SString shellLine(const SString& command) {
   return fits ? kSurviveSignals + command : command;
 }
 
-// As exec wants them. They last as long as the words do.
-std::vector<const char*> argumentVector(std::vector<const char*> arguments,
-                                        const StringDeque& words) {
-  for (long i = 0; i < words.size(); ++i) {
-    arguments.push_back(words[i].c_str());
-  }
-  arguments.push_back(nullptr);
-  return arguments;
-}
-
-void become(const char* program, const std::vector<const char*>& arguments) {
-  execv(program, const_cast<char* const*>(arguments.data()));
-}
-
 KeptText::Limits limitsFor(const ProcessRequest& request) {
   return request.isTrial ? KeptText::Limits{kTrialLimits.outputSize, 0}
                          : KeptText::Limits{kKeptAtEachEnd, kKeptAtEachEnd};
@@ -105,8 +91,12 @@ void ChildProcess::start() {
   }
   // Before the fork, since in the child nothing may fail for want of memory.
   const SString line = shellLine(m_request.command);
-  fork(argumentVector({}, m_request.program),
-       argumentVector({"sh", "-c", "--", line.c_str(), "sh"}, m_request.arguments));
+  std::vector<const char*> arguments{"sh", "-c", "--", line.c_str(), "sh"};
+  for (long i = 0; i < m_request.arguments.size(); ++i) {
+    arguments.push_back(m_request.arguments[i].c_str());
+  }
+  arguments.push_back(nullptr);
+  fork(arguments.data());
   for (OutputCapture& capture : m_captures) {
     capture.beginReading();
   }
@@ -114,14 +104,14 @@ void ChildProcess::start() {
 
 // Not vfork, though it would spare 0.3 ms: a child that is stopped, or whose shell lies on a dead
 // disk, would hold us with it, deaf to every signal.
-void ChildProcess::fork(const ArgumentVector& program, const ArgumentVector& shell) {
+void ChildProcess::fork(const char* const* arguments) {
   const pid_t child = ::fork();
   if (child == -1) {
     const int error = errno;
     throw systemError(kForkError, error);
   }
   if (child == 0) {
-    becomeCommand(program, shell);
+    becomeShell(arguments);
   }
   m_child = child;
   m_startedAt = Clock::now();
@@ -134,7 +124,7 @@ void ChildProcess::fork(const ArgumentVector& program, const ArgumentVector& she
 }
 
 // In the child.
-void ChildProcess::becomeCommand(const ArgumentVector& program, const ArgumentVector& shell) const {
+void ChildProcess::becomeShell(const char* const* arguments) const {
   if (m_request.isTrial) {
     setpgid(0, 0);
     SignalHold::forgetHeld();  // what was sent to the launcher's group
@@ -143,10 +133,7 @@ void ChildProcess::becomeCommand(const ArgumentVector& program, const ArgumentVe
   if (!prepareDescriptors()) {
     failToStart(StartFailure::Step::Redirect);
   }
-  if (program.front() != nullptr) {
-    become(program.front(), program);
-  }
-  become("/bin/sh", shell);
+  execv("/bin/sh", const_cast<char* const*>(arguments));
   failToStart(StartFailure::Step::Start);
 }
 

@@ -11,8 +11,6 @@
 #include <poll.h>
 #include <sys/types.h>
 
-#include <vector>
-
 #include "platform/Clock.h"
 #include "platform/CommandTree.h"
 #include "platform/OutputCapture.h"
@@ -38,10 +36,8 @@ class ChildProcess {
   // What we have done to end the command.
   enum class Ending { NotYet, Asked, Killed };
 
-  using ArgumentVector = std::vector<const char*>;  // as exec wants it, with nullptr at its end
-
-  void fork(const ArgumentVector& program, const ArgumentVector& shell);
-  [[noreturn]] void becomeCommand(const ArgumentVector& program, const ArgumentVector& shell) const;
+  void fork(const char* const* arguments);
+  [[noreturn]] void becomeShell(const char* const* arguments) const;
   static bool readNothing();
   bool prepareDescriptors() const;
   [[noreturn]] void failToStart(StartFailure::Step step) const;

@@ -10,10 +10,7 @@
 struct ProcessRequest {
   SString command;        // a text for /bin/sh
   StringDeque arguments;  // its "$1" and so on, byte for byte
-  // When it is not empty, these words are started in the shell's place, the path of the program
-  // first. Where the system refuses that, the shell is asked all the same.
-  StringDeque program;
-  SString workingDir;  // empty: the current directory
+  SString workingDir;     // empty: the current directory
   // Collects both output streams. Of each the first and the last 8 MiB are kept.
   bool captures = false;
   // A foreign program that is run only for its answer: it has nothing to read, a process group of

@@ -64,10 +64,6 @@ void say(const std::string& way, const char* name) {
     std::fprintf(stderr, "%s: a warning\n", name);
   } else if (way == "shows JAVA_HOME") {
     std::printf("in %s\n", std::getenv("JAVA_HOME"));
-  } else if (way == "shows who started it") {
-    std::string parent;
-    std::getline(std::ifstream("/proc/" + std::to_string(getppid()) + "/comm"), parent);
-    std::puts(parent.c_str());
   } else if (const int count = numberBehind("says ", way); count > 0) {
     std::puts(std::string(static_cast<std::size_t>(count), '-').c_str());
   }

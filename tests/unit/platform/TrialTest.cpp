@@ -131,51 +131,6 @@ TEST(TrialTest, AShellThatDoesNotStartIsAResult) {
   EXPECT_EQ("", std::string(result.output.beginning()));
 }
 
-// --- A program in the shell's place ---
-
-ProcessResult runProgram(const std::vector<const char*>& words) {
-  PlatformImpl::setSilent(true);
-  ProcessRequest request = trialOf("printf shell; exit 3");
-  request.program = test::wordsOf(words);
-  return PlatformImpl::executeProcess(request);
-}
-
-TEST(TrialTest, AProgramIsOurOwnChildAndGetsItsWordsAsTheyAre) {
-  const ProcessResult result = runProgram(
-      {"/bin/sh", "-c", "printf '%s ' $PPID \"$@\"; exit 7", "name", "a b", "", "$x\"'*"});
-  EXPECT_EQ(std::to_string(getpid()) + " a b  $x\"'* ", std::string(result.output.beginning()));
-  EXPECT_EQ(7, result.status);
-  EXPECT_TRUE(result.endedByItself);
-}
-
-TEST(TrialTest, AProgramThatASignalEnds) {
-  const ProcessResult result = runProgram({"/bin/sh", "-c", "kill -9 $$"});
-  EXPECT_EQ(PlatformImpl::kSignalStatus + SIGKILL, result.status);
-  EXPECT_TRUE(result.endedByItself);
-  EXPECT_EQ("", std::string(result.errors.beginning()));
-}
-
-TEST(TrialTest, AProgramThatIsLateIsEnded) {
-  const test::TempDir folder;
-  const std::string processes = folder / "processes";
-  const ProcessResult result = runProgram({kStandIn.c_str(), "deaf", processes.c_str()});
-  EXPECT_TRUE(result.isTimedOut);
-  EXPECT_FALSE(result.endedByItself);
-  EXPECT_EQ(0, test::countLeft(processes));
-}
-
-TEST(TrialTest, WhereTheSystemRefusesAProgramTheShellIsAsked) {
-  if (test::isUnderValgrind()) {
-    GTEST_SKIP() << test::kNoFailingExec;
-  }
-  for (const char* program : {"/no/program", "/dev/null", "/etc"}) {
-    SCOPED_TRACE(program);
-    const ProcessResult result = runProgram({program, "x"});
-    EXPECT_EQ("shell", std::string(result.output.beginning()));
-    EXPECT_EQ(3, result.status);
-  }
-}
-
 // The first signal asks the trial to end, the second does not wait for that.
 TEST(TrialTest, ACancelEndsItsGroup) {
   for (const char* way : {"deaf", "stopped", "slow", "escaped", "straggler"}) {
