@@ -187,6 +187,10 @@ class CommandCheck {
   }
 
   void checkClass(const JavaCall& call) {
+    if (!call.badSize.empty()) {
+      error(call.badSize + " is no size that Java knows", "Java refuses to start",
+            "write a number and k, m or g, such as -Xmx512m");
+    }
     if (!call.optionApart.empty()) {
       error("a blank stands behind " + call.optionApart, "Java takes the next word for a class",
             "leave out the blank");

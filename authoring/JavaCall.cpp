@@ -104,6 +104,8 @@ class CallReader {
       m_call.isReadable = false;
     } else if (needsItsValue(word)) {
       m_call.optionApart = word;
+    } else if (hasBadSize(word)) {
+      m_call.badSize = word;
     } else if (isClasspath || word.starts_with("--class-path=")) {
       m_call.hasOwnClasspath = true;
     } else if (startsAJarOrModule(word) || startsNothing(word)) {

@@ -20,6 +20,7 @@ struct JavaCall {
   bool hasJarsBehindClass = false;  // %CP%() stands behind it
   std::string optionBehindClass;    // one such as -Xmx1g, which only Java knows
   bool hasOwnClasspath = false;     // -cp or another name of it stands in front of the class
+  std::string badSize;              // an option with a size that Java refuses, as -Xmx512MB
   std::string optionApart;          // an option whose value stands behind a blank, as "-Xmx 1g"
 };
 

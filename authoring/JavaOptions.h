@@ -10,6 +10,8 @@ namespace authoring {
 bool takesAWord(std::string_view option);
 // The value belongs into the same word, such as that of -Xmx.
 bool needsItsValue(std::string_view option);
+// A size that Java refuses, as in -Xmx512MB. False for one that is filled in later.
+bool hasBadSize(std::string_view option);
 // -cp and its other names.
 bool isClasspathOption(std::string_view option);
 // The class is not found by the class path: a jar or a module is named instead.

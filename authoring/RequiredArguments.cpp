@@ -77,6 +77,11 @@ class RequiredArguments {
                      std::string("Java does not find the class that it is to run, and ") + kNoJava,
                      "write the entries as JVM_CLASSPATH");
       }
+      if (hasBadSize(word)) {
+        return error(word + " is no size that Java knows",
+                     std::string("Java refuses to start, and ") + kNoJava,
+                     "write a number and k, m or g, such as -Xmx512m");
+      }
       if (startsAJarOrModule(word) || startsNothing(word)) {
         return error("with " + word + " Java runs no class", kNoJava, "leave it out");
       }

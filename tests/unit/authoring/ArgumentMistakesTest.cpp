@@ -170,6 +170,12 @@ const std::vector<mistakes::Mistake> kRows = {
      "-Xmx 512m %RUNTIME",
      {"l:2: error: COMMAND: a blank stands behind -Xmx; Java takes the next word for a class; "
       "leave out the blank"}},
+    {"size with a unit of two letters",
+     "l",
+     "%RUNTIME",
+     "-Xms64m -Xmx512MB %RUNTIME",
+     {"l:2: error: COMMAND: -Xmx512MB is no size that Java knows; Java refuses to start; write a "
+      "number and k, m or g, such as -Xmx512m"}},
     {"option -D and its name apart",
      "l",
      "%RUNTIME",

@@ -22,6 +22,18 @@ const std::vector<mistakes::Mistake> kRows = {
      "Xmx1g",
      {"j:15: error: REQ_JAVA_ARGS: \"Xmx1g\" is no option; Java takes it for the class, and no "
       "Java is accepted; write options alone, such as -Xmx512m"}},
+    {"size that ends with a comma",
+     "j",
+     "-Xmx1g",
+     "-Xms64m, -Xmx1g",
+     {"j:15: error: REQ_JAVA_ARGS: -Xms64m, is no size that Java knows; Java refuses to start, and "
+      "no Java is accepted; write a number and k, m or g, such as -Xmx512m"}},
+    {"size without its number",
+     "j",
+     "-Xmx1g",
+     "-Xssm",
+     {"j:15: error: REQ_JAVA_ARGS: -Xssm is no size that Java knows; Java refuses to start, and "
+      "no Java is accepted; write a number and k, m or g, such as -Xmx512m"}},
     {"jar among the arguments",
      "j",
      "-Xmx1g",

@@ -51,11 +51,12 @@ const std::vector<SoundRow> kRows = {
           "%CP%() %REPLACE%(\"@FROM@\",\"-\",\"a_b\") @ARGUMENTS@ -Dtitle=\"\u201cA\u00a0B\u201d\" "
           "Setup\n"
           "ARCHIVE: %LAUNCHER_DIR%()/@MORE@\n",
-      .jvmFiles = {mistakes::kJavaFile +
-                       "NATIVE: --enable-native-access=ALL-UNNAMED\nMEMORY: @MAX@\n"
-                       "MAX: -Xmx2g\nFROM: _\nMORE: more.jar\nNote: of the author\u2013me\n"
-                       "ARGUMENTS: @REQ_JAVA_ARGS@ -Xss1m\n",
-                   mistakes::kOtherJavaFile, mistakes::kNoJavaFile}}},
+      .jvmFiles =
+          {mistakes::kJavaFile +
+               "NATIVE: --enable-native-access=ALL-UNNAMED\nMEMORY: @MAX@\n"
+               "MAX: -Xmx2g\nMOST: 900\nFROM: _\nMORE: more.jar\nNote: of the author\u2013me\n"
+               "ARGUMENTS: @REQ_JAVA_ARGS@ -Xss0x80000 -Xms64M -Xmn8000k -Xmx@MOST@m\n",
+           mistakes::kOtherJavaFile, mistakes::kNoJavaFile}}},
     {"properties of every kind",
      {.jvmFiles =
           {"JVM_EXE: bin/java\nJVM_PROPERTIES:\njava.specification.version=2...\n"
@@ -91,7 +92,8 @@ const std::vector<SoundRow> kRows = {
                       "ARCHIVE: \"\"\"%LAUNCHER_DIR%()/my lib.jar\"\"\"\n"}},
     {"arguments that a shell reads",
      {.jvmFiles = {mistakes::kOtherJavaFile +
-                       "REQ_JAVA_ARGS: --add-opens java.base/java.lang=ALL-UNNAMED "
+                       "REQ_JAVA_ARGS: -Xms64M -Xss0x80000 -Xmx#MEMORY#m --add-opens "
+                       "java.base/java.lang=ALL-UNNAMED "
                        "-Dq=\"a b;c\" '-Dx=a&b' -Dy=a\\;b @MORE@ $OPTIONS\n"
                        "MORE: -Xss1m\nJVM_CLASSPATH: \"\"\"/opt/my lib.jar\"\"\"\n",
                    mistakes::kJavaFile, mistakes::kNoJavaFile}}},
