@@ -337,6 +337,23 @@ class NoRoom : public ProgramTest {
     ASSERT_EQ(0, run("pack big.json --no-check --any-stub --stub stub --output setup").status);
     ASSERT_EQ(0, mkdir((m_dir / "room").c_str(), 0755));
   }
+
+  // Disks of the test's own, which nobody else sees.
+  bool hasDisks() { return runShell("unshare -rm " + mountOf(100 << 10)).status == 0; }
+  static std::string mountOf(std::uintmax_t size) {
+    return "mount -t tmpfs -o size=" + std::to_string(size) + " none room";
+  }
+  // With `room` on a disk of that size.
+  void expectNoRoom(const RoomRow& row, std::uintmax_t size) {
+    test::writeScript(m_dir / "inside", "#!/bin/sh\n" + mountOf(size) + "\n'" CORVANE_PACK "' " +
+                                            row.arguments + "\nstatus=$?\nls room\nexit $status\n");
+    const Result result = runShell("unshare -rm ./inside");
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ(row.out, result.out);
+    EXPECT_EQ(row.err, result.err);
+  }
+
+  static constexpr const char* kNoDisks = "no mount namespace of one's own here";
 };
 
 // As set by ulimit(1).
@@ -362,11 +379,9 @@ TEST_F(NoRoom, FilesMayNotGrow) {
   }
 }
 
-// A disk of the test's own, which nobody else sees.
 TEST_F(NoRoom, TheDiskIsFull) {
-  const std::string mount = "mount -t tmpfs -o size=100k none room";
-  if (runShell("unshare -rm " + mount).status != 0) {
-    GTEST_SKIP() << "no mount namespace of one's own here";
+  if (!hasDisks()) {
+    GTEST_SKIP() << kNoDisks;
   }
   const RoomRow rows[] = {
       {"pack", "pack big.json --no-check --any-stub --stub stub --output room/new", "",
@@ -378,13 +393,20 @@ TEST_F(NoRoom, TheDiskIsFull) {
   };
   for (const RoomRow& row : rows) {
     SCOPED_TRACE(row.name);
-    test::writeScript(m_dir / "inside", "#!/bin/sh\n" + mount + "\n'" CORVANE_PACK "' " +
-                                            row.arguments + "\nstatus=$?\nls room\nexit $status\n");
-    const Result result = runShell("unshare -rm ./inside");
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ(row.out, result.out);
-    EXPECT_EQ(row.err, result.err);
+    expectNoRoom(row, 100 << 10);
   }
+}
+
+// The setup fits to the last page, and its checksum has no room.
+TEST_F(NoRoom, TheDiskIsFullForTheChecksum) {
+  if (!hasDisks()) {
+    GTEST_SKIP() << kNoDisks;
+  }
+  constexpr std::uintmax_t kPage = 4096;
+  const std::uintmax_t pages = (fs::file_size(m_dir / "setup") + kPage - 1) / kPage;
+  expectNoRoom({"pack", "pack big.json --no-check --any-stub --stub stub --output room/new", "",
+                "corvane-pack: room/new.sha256 cannot be written: No space left on device\n"},
+               pages * kPage);
 }
 
 // --- The same bytes, whoever packs them and where ---
