@@ -130,6 +130,7 @@ PackResult writeToFile(const PackInputs& inputs, const std::string& output, bool
   const std::string target = findOutputTarget(output);
   const std::string sumFile = withSum ? findOutputTarget(sumFileOf(target)) : sumFileOf(target);
   checkOutput(sumFile, inputs);
+  checkOutput(sumFileOf(output), inputs);  // beside a link, too, an earlier sum goes
   OutputFile file(target);
   std::optional<OutputFile> sum;
   if (withSum) {

@@ -108,6 +108,22 @@ TEST_F(SumFileTest, StandsBesideWhatALinkLeadsTo) {
   EXPECT_EQ((Names{"latest", "setup-1", "setup-1.sha256"}), tree());
 }
 
+// What would be an earlier sum beside the link is to be packed.
+TEST_F(SumFileTest, BesideALinkNoInputGoes) {
+  test::writeFile(m_dir / "out/setup-1", "old");
+  fs::create_symlink("setup-1", m_dir / "out/latest");
+  fs::rename(m_dir / "in/a", m_dir / "out/latest.sha256");
+  test::writeFile(m_dir / "in/m.json",
+                  R"({"files": [{"type": "jar", "path": "../out/latest.sha256"}]})");
+  const Names before = tree();
+  EXPECT_EQ(
+      "DIR/out/latest.sha256 is one of the inputs (DIR/in/../out/latest.sha256); name another file "
+      "with --output",
+      errorOf(m_dir / "out/latest"));
+  EXPECT_EQ(before, tree());
+  EXPECT_EQ("old", test::readFile(m_dir / "out/setup-1"));
+}
+
 TEST_F(SumFileTest, MayBeALink) {
   test::writeFile(m_dir / "out/sums", "old");
   fs::create_symlink("sums", m_dir / "out/setup.sha256");
