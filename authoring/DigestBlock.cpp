@@ -18,8 +18,6 @@ constexpr std::int64_t kOffsetSize = 4;
 constexpr std::int64_t kDigest = kSha256Size;
 constexpr std::int64_t kBlockEnd = kOffsetSize + kMagicSize + kDigest;  // behind the last digest
 constexpr std::int64_t kSearched = std::int64_t{1} << 20;
-// Room for two million files; what claims to be larger is not read into memory.
-constexpr std::int64_t kLargestBlock = std::int64_t{64} << 20;
 
 // In front of `end`, when the block's own offset leads nowhere.
 std::int64_t searchBegin(std::FILE* file, std::int64_t end) {
@@ -53,9 +51,6 @@ DigestBlock readBlock(std::FILE* file, std::int64_t offset, std::int64_t end) {
   DigestBlock block{DigestState::kDamaged, offset, 0, {}};
   if (!isBlockBegin(file, offset)) {
     block.offset = searchBegin(file, end - kBlockEnd);
-  }
-  if (end - block.offset > kLargestBlock) {
-    return block;
   }
   const std::string bytes = bytesAt(file, block.offset, end - block.offset);
   if (isWhole(bytes, bytesAt(file, end, kPurposeOffsetFromEnd))) {

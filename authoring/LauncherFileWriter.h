@@ -3,7 +3,7 @@
 //
 // The free functions encode whatever numbers they are given, also wrong ones (the tests need them).
 // The writer adds the stub first, then the files, and ends with index, purpose byte and trailer; an
-// observer may put something between the index and the purpose byte, where nobody looks. A
+// observer may put something between the index and the purpose byte, where no launcher looks. A
 // file that does not end with a newline is followed by one outside its length, since the reader of
 // tag files reads whole lines.
 #ifndef CORVANE_AUTHORING_LAUNCHERFILEWRITER_H

@@ -33,7 +33,7 @@ class LauncherInputFiles {
   // Reads the launcher file's index, once in a run, and with `loadTagFilesToo` parses its tag
   // files. A launcher file without our trailer holds no files, which is no error. Throws
   // LauncherException; entries read before the error stay. Memory is bounded by the file's size: an
-  // index that names the same bytes over and over ends with "Unable to read tag file.".
+  // index that names the same bytes over and over ends with an error that says so.
   void load(bool loadTagFilesToo);
   // Copies every embedded file into the current directory and writes "input.tag" beside them, an
   // input file that runs the same setup from disk.

@@ -13,7 +13,7 @@ namespace test {
 
 inline std::string setupBytes(const std::vector<StoredFile>& files, std::int32_t purpose = 0,
                               std::string_view stub = kStub) {
-  authoring::DigestCollector digests(true);
+  authoring::DigestCollector digests(false);
   return launcherFileBytes(files, purpose, stub, &digests);
 }
 
