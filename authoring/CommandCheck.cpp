@@ -176,6 +176,10 @@ class CommandCheck {
            "the user's arguments, such as -silent, are put at the end and do not reach the wizard",
            "let the wizard be the last command");
     }
+    if (!call->optionWithBadSize.empty()) {
+      error(call->optionWithBadSize + " is no size that Java knows", "Java refuses to start",
+            "write a number and k, m or g, such as -Xmx512m");
+    }
     if (call->isReadable) {
       checkClass(*call);
     }
@@ -187,10 +191,6 @@ class CommandCheck {
   }
 
   void checkClass(const JavaCall& call) {
-    if (!call.badSize.empty()) {
-      error(call.badSize + " is no size that Java knows", "Java refuses to start",
-            "write a number and k, m or g, such as -Xmx512m");
-    }
     if (!call.optionApart.empty()) {
       error("a blank stands behind " + call.optionApart, "Java takes the next word for a class",
             "leave out the blank");

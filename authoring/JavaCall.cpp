@@ -105,7 +105,9 @@ class CallReader {
     } else if (needsItsValue(word)) {
       m_call.optionApart = word;
     } else if (hasBadSize(word)) {
-      m_call.badSize = word;
+      if (m_call.optionWithBadSize.empty()) {
+        m_call.optionWithBadSize = word;
+      }
     } else if (isClasspath || word.starts_with("--class-path=")) {
       m_call.hasOwnClasspath = true;
     } else if (startsAJarOrModule(word) || startsNothing(word)) {

@@ -12,6 +12,7 @@ namespace authoring {
 struct JavaCall {
   bool isCertain = true;  // false: another program, such as test, may be what gets Java's name
   bool isLast = true;     // false: the command goes on, by a sign such as ; or |
+  std::string optionWithBadSize;  // the first one that Java refuses, as -Xmx512MB
   // What follows is known only when isReadable is true: no word can be anything.
   bool isReadable = true;
   bool needsClass = true;           // false: -jar, a module, -version, or Java alone
@@ -20,7 +21,6 @@ struct JavaCall {
   bool hasJarsBehindClass = false;  // %CP%() stands behind it
   std::string optionBehindClass;    // one such as -Xmx1g, which only Java knows
   bool hasOwnClasspath = false;     // -cp or another name of it stands in front of the class
-  std::string badSize;              // an option with a size that Java refuses, as -Xmx512MB
   std::string optionApart;          // an option whose value stands behind a blank, as "-Xmx 1g"
 };
 

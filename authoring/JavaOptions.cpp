@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "authoring/TextPatterns.h"
+
 namespace authoring {
 namespace {
 
@@ -19,12 +21,12 @@ constexpr std::string_view kWithWord[] = {
     "-p",
     "--module-path",
 };
-constexpr std::string_view kWithValue[] = {"-D", "-Xmx", "-Xms", "-Xss"};
+// A size belongs into the same word. Other Javas have longer options that begin so: -Xmso256k.
 constexpr std::string_view kWithSize[] = {"-Xmx", "-Xms", "-Xss", "-Xmn"};
-constexpr std::string_view kDigits = "0123456789";
-constexpr std::string_view kHexDigits = "0123456789abcdefABCDEF";
 constexpr std::string_view kUnits = "kKmMgGtT";
-constexpr std::string_view kForTheMachine[] = {"-Xmx", "-Xms", "-Xss", "-XX:"};
+// What a word holds that is filled in later, or that a shell has still to read; a zero byte ends a
+// value, which has a finding of its own.
+constexpr std::string_view kOpen("@#$`*?%\\\"'\0", 11);
 constexpr std::string_view kForClasspath[] = {"-cp", "-classpath", "--class-path"};
 constexpr std::string_view kForJarOrModule[] = {"-jar", "-m", "--module"};
 constexpr std::string_view kForNothing[] = {
@@ -50,22 +52,22 @@ bool contains(const Options& options, std::string_view option) {
   return std::find(std::begin(options), std::end(options), option) != std::end(options);
 }
 
-// No macro, variable or pattern is in it.
-bool isFixed(std::string_view option) {
-  return std::all_of(option.begin(), option.end(), [](char byte) {
-    return byte > ' ' && std::string_view("@#$`*?%\\\"'").find(byte) == std::string_view::npos;
-  });
+// A number, in hexadecimal digits behind 0x, and a unit.
+bool isSize(std::string_view text) {
+  const bool hasUnit = !text.empty() && kUnits.find(text.back()) != std::string_view::npos;
+  text.remove_suffix(hasUnit ? 1 : 0);
+  const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
+  return isHexadecimal ? isHex(text.substr(2)) : isDigits(text);
 }
 
-// A number, also in hexadecimal digits behind 0x, and a unit.
-bool isSize(std::string_view text) {
-  if (kUnits.find(text.back()) != std::string_view::npos) {
-    text.remove_suffix(1);
+// What stands behind the option's name; empty for another option.
+std::string_view sizeIn(std::string_view option) {
+  for (const std::string_view name : kWithSize) {
+    if (option.starts_with(name)) {
+      return option.substr(name.size());
+    }
   }
-  const bool isHex = text.starts_with("0x") || text.starts_with("0X");
-  text.remove_prefix(isHex ? 2 : 0);
-  return !text.empty() &&
-         text.find_first_not_of(isHex ? kHexDigits : kDigits) == std::string_view::npos;
+  return {};
 }
 
 }  // namespace
@@ -75,13 +77,13 @@ bool takesAWord(std::string_view option) {
 }
 
 bool needsItsValue(std::string_view option) {
-  return contains(kWithValue, option);
+  return option == "-D" || contains(kWithSize, option);
 }
 
 bool hasBadSize(std::string_view option) {
-  const bool hasSize =
-      option.size() > 4 && contains(kWithSize, option.substr(0, 4));  // all are of 4 letters
-  return hasSize && isFixed(option) && !isSize(option.substr(4));
+  const std::string_view size = sizeIn(option);
+  const bool isMeant = isDigits(size.substr(0, 1)) && size.find_first_of(kOpen) == size.npos;
+  return isMeant && !isSize(size);
 }
 
 bool isClasspathOption(std::string_view option) {
@@ -94,7 +96,7 @@ bool startsAJarOrModule(std::string_view option) {
 
 bool isForTheMachine(std::string_view option) {
   const auto begins = [option](std::string_view text) { return option.starts_with(text); };
-  return std::any_of(std::begin(kForTheMachine), std::end(kForTheMachine), begins);
+  return begins("-XX:") || std::any_of(std::begin(kWithSize), std::end(kWithSize), begins);
 }
 
 bool startsNothing(std::string_view option) {

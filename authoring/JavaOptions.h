@@ -1,4 +1,5 @@
-// JavaOptions: what Java makes of its options, as far as it tells where the class stands.
+// JavaOptions: what Java makes of its options, as far as it tells where the class stands, and
+// whether Java starts at all.
 #ifndef CORVANE_AUTHORING_JAVAOPTIONS_H
 #define CORVANE_AUTHORING_JAVAOPTIONS_H
 
@@ -10,7 +11,8 @@ namespace authoring {
 bool takesAWord(std::string_view option);
 // The value belongs into the same word, such as that of -Xmx.
 bool needsItsValue(std::string_view option);
-// A size that Java refuses, as in -Xmx512MB. False for one that is filled in later.
+// A number that is no size, as in -Xmx512MB: Java refuses to start. False for every other option,
+// and where something is filled in later.
 bool hasBadSize(std::string_view option);
 // -cp and its other names.
 bool isClasspathOption(std::string_view option);

@@ -9,6 +9,7 @@
 #include "authoring/FileTypes.h"
 #include "authoring/JavaOptions.h"
 #include "authoring/ShellWords.h"
+#include "authoring/TextPatterns.h"
 #include "tagfile/TagNames.h"
 
 namespace authoring {
@@ -55,12 +56,12 @@ class RequiredArguments {
             "put the argument into double quotes");
     } else if (hasShellComment(text)) {
       error("# begins a comment of the shell", why + kNoJava, "leave it out");
-    } else {
+    } else if (isJavaPath(m_file.tagFile->getTagValue(tagname::kJVMExe, 0).view())) {
       checkWords(commands[0].words);
     }
   }
 
-  // One fault is enough.
+  // One fault is enough. Other programs than Java's have options of their own.
   void checkWords(const std::vector<std::string>& words) {
     for (std::size_t i = 0; i < words.size(); ++i) {
       const std::string& word = words[i];
@@ -72,7 +73,7 @@ class RequiredArguments {
                      std::string("Java takes it for the class, and ") + kNoJava,
                      "write options alone, such as -Xmx512m");
       }
-      if (isClasspathOption(word)) {
+      if (isClasspathOption(word) || word.starts_with("--class-path=")) {
         return error(word + " takes the place of the class path",
                      std::string("Java does not find the class that it is to run, and ") + kNoJava,
                      "write the entries as JVM_CLASSPATH");

@@ -176,6 +176,18 @@ const std::vector<mistakes::Mistake> kRows = {
      "-Xms64m -Xmx512MB %RUNTIME",
      {"l:2: error: COMMAND: -Xmx512MB is no size that Java knows; Java refuses to start; write a "
       "number and k, m or g, such as -Xmx512m"}},
+    {"size with a fraction, in front of what nobody knows yet",
+     "l",
+     "%RUNTIME",
+     "-Xmn1.5g -Xmx512MB @JVM_FILE@ %RUNTIME",
+     {"l:2: error: COMMAND: -Xmn1.5g is no size that Java knows; Java refuses to start; write a "
+      "number and k, m or g, such as -Xmx512m"}},
+    {"option -Xmn and its size apart",
+     "l",
+     "%RUNTIME",
+     "-Xmn 64m %RUNTIME",
+     {"l:2: error: COMMAND: a blank stands behind -Xmn; Java takes the next word for a class; "
+      "leave out the blank"}},
     {"option -D and its name apart",
      "l",
      "%RUNTIME",

@@ -28,12 +28,13 @@ const std::vector<mistakes::Mistake> kRows = {
      "-Xms64m, -Xmx1g",
      {"j:15: error: REQ_JAVA_ARGS: -Xms64m, is no size that Java knows; Java refuses to start, and "
       "no Java is accepted; write a number and k, m or g, such as -Xmx512m"}},
-    {"size without its number",
+    {"class path in one word among the arguments",
      "j",
      "-Xmx1g",
-     "-Xssm",
-     {"j:15: error: REQ_JAVA_ARGS: -Xssm is no size that Java knows; Java refuses to start, and "
-      "no Java is accepted; write a number and k, m or g, such as -Xmx512m"}},
+     "--class-path=extra.jar",
+     {"j:15: error: REQ_JAVA_ARGS: --class-path=extra.jar takes the place of the class path; Java "
+      "does not find the class that it is to run, and no Java is accepted; write the entries as "
+      "JVM_CLASSPATH"}},
     {"jar among the arguments",
      "j",
      "-Xmx1g",

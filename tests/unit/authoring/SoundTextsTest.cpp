@@ -51,12 +51,11 @@ const std::vector<SoundRow> kRows = {
           "%CP%() %REPLACE%(\"@FROM@\",\"-\",\"a_b\") @ARGUMENTS@ -Dtitle=\"\u201cA\u00a0B\u201d\" "
           "Setup\n"
           "ARCHIVE: %LAUNCHER_DIR%()/@MORE@\n",
-      .jvmFiles =
-          {mistakes::kJavaFile +
-               "NATIVE: --enable-native-access=ALL-UNNAMED\nMEMORY: @MAX@\n"
-               "MAX: -Xmx2g\nMOST: 900\nFROM: _\nMORE: more.jar\nNote: of the author\u2013me\n"
-               "ARGUMENTS: @REQ_JAVA_ARGS@ -Xss0x80000 -Xms64M -Xmn8000k -Xmx@MOST@m\n",
-           mistakes::kOtherJavaFile, mistakes::kNoJavaFile}}},
+      .jvmFiles = {mistakes::kJavaFile +
+                       "NATIVE: --enable-native-access=ALL-UNNAMED\nMEMORY: @MAX@\n"
+                       "MAX: -Xmx2g\nFROM: _\nMORE: more.jar\nNote: of the author\u2013me\n"
+                       "ARGUMENTS: @REQ_JAVA_ARGS@ -Xss1m\n",
+                   mistakes::kOtherJavaFile, mistakes::kNoJavaFile}}},
     {"properties of every kind",
      {.jvmFiles =
           {"JVM_EXE: bin/java\nJVM_PROPERTIES:\njava.specification.version=2...\n"
@@ -81,6 +80,13 @@ const std::vector<SoundRow> kRows = {
                    "JVM_EXE: bin/java\nJVM_PROPERTIES: java.specification.version = 17\n"
                    "CLASSPATH: -Djava.class.path=\nCLASSPATH_SEPARATOR: \":\"\n",
                    mistakes::kNoJavaFile}}},
+    {"sizes of memory, and options of other Javas that begin like them",
+     {.launchScript = "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" -Xms64M -Xmn8000k -Xss0x80000 -Xmx1T "
+                      "-Xmso256k -Xmns64m -Xmnx256m -Xssi16k --add-modules -Xmx1x %CP%() "
+                      "%RUNTIME_JAVAARGS%() Setup\n"}},
+    {"sizes of memory that are filled in later",
+     {.launchScript = "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" -Xmx#USER# -Xms1#USER# -Xss1\"$S\" "
+                      "%CP%() %RUNTIME_JAVAARGS%() Setup\n"}},
     {"a class that Java reads from its source",
      {.launchScript = "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" %CP%() %RUNTIME_JAVAARGS%() "
                       "\"%LAUNCHER_DIR%()/Setup.java\"\n"}},
@@ -92,7 +98,7 @@ const std::vector<SoundRow> kRows = {
                       "ARCHIVE: \"\"\"%LAUNCHER_DIR%()/my lib.jar\"\"\"\n"}},
     {"arguments that a shell reads",
      {.jvmFiles = {mistakes::kOtherJavaFile +
-                       "REQ_JAVA_ARGS: -Xms64M -Xss0x80000 -Xmx#MEMORY#m --add-opens "
+                       "REQ_JAVA_ARGS: -Xms64M -Xss0x80000 -Xmso256k -Xmx#MEMORY#m --add-opens "
                        "java.base/java.lang=ALL-UNNAMED "
                        "-Dq=\"a b;c\" '-Dx=a&b' -Dy=a\\;b @MORE@ $OPTIONS\n"
                        "MORE: -Xss1m\nJVM_CLASSPATH: \"\"\"/opt/my lib.jar\"\"\"\n",
@@ -115,8 +121,9 @@ const std::vector<SoundRow> kRows = {
           "COMMAND: exec \"@JVM_HOME@/@JVM_EXE@\" %CP%() %RUNTIME_JAVAARGS%() -version\n"}},
     {"a Java that is no java",
      {.script = "INSTRUCTIONS: FIND_JVM 1 1\n",
-      .launchScript = "COMMAND: @JVM_HOME@/@JVM_EXE@ %CP%() setup.scm\n",
-      .jvmFiles = {"JVM_EXE: guile\nJVM_PROPERTIES: version = 3...\nSEARCH_ALL: 1\n"
+      .launchScript = "COMMAND: @JVM_HOME@/@JVM_EXE@ @REQ_JAVA_ARGS@ %CP%() setup.scm\n",
+      .jvmFiles = {"JVM_EXE: guile\nREQ_JAVA_ARGS: -l start.scm -h\nJVM_PROPERTIES: version = "
+                   "3...\nSEARCH_ALL: 1\n"
                    "PLATFORM_HINT:\nGUILE_HOME\nJAVA17_HOME\nJAVA_HOME\n/:\n"}}},
     {"a Java that was named, and a scan at the end",
      {.script = "INSTRUCTIONS:\n// Was one named?\nVERIFY 0 0 17\nJMP0 @N1@ search\nILAUNCH 17 1\n"
